@@ -1,0 +1,50 @@
+# How every target of this project is built: language level, warnings, sanitizers, tests.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTOUIC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+if(TARNWICK_SANITIZE)
+  add_compile_options(-fsanitize=${TARNWICK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TARNWICK_SANITIZE})
+endif()
+if(TARNWICK_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+
+# tarnwick_library(<folder> SOURCES ... LINKS ...): the static library of one folder of src/.
+function(tarnwick_library name)
+  cmake_parse_arguments(LIB "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(tarnwick_${name} STATIC ${LIB_SOURCES})
+  target_include_directories(tarnwick_${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+  target_link_libraries(tarnwick_${name} PUBLIC ${LIB_LINKS})
+endfunction()
+
+# tarnwick_test(<name> [THREADS] SOURCES ... LINKS ... [PROCESSORS n]): one test program. It runs on
+# Qt's offscreen platform. THREADS marks the ones that ThreadSanitizer is to watch.
+function(tarnwick_test name)
+  cmake_parse_arguments(TEST "THREADS" "PROCESSORS" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE ${TEST_LINKS} tarnwick_testsupport GTest::gmock)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp second_deadlock_stack=1")
+  if(TEST_THREADS)
+    set_tests_properties(${name} PROPERTIES LABELS threads)
+  endif()
+  if(TEST_PROCESSORS)
+    set_tests_properties(${name} PROPERTIES PROCESSORS ${TEST_PROCESSORS})
+  endif()
+endfunction()

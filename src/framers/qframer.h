@@ -1,0 +1,42 @@
+// The frame layer of the device library: turns payload into frames on the way down and back on the
+// way up.
+#pragma once
+
+#include <QObject>
+
+// Error codes of framers, beside those of links.
+//
+//   FRAMER_CLOSED     -1   QFramerNull: the link is closed
+//   FRAMER_BAD_FRAME  -5   a frame came but failed its check: wrong address, CRC or prefix
+//   FRAMER_NO_LAYER  -19   no framer or link below
+enum FramerError : int { FRAMER_CLOSED = -1, FRAMER_BAD_FRAME = -5, FRAMER_NO_LAYER = -19 };
+
+// Framers stack: each holds the one below it and owns none. A frame is what one read of the layer
+// below returns before the link's time-out; nothing is searched for or kept between calls.
+class QFramer : public QObject
+{
+    Q_OBJECT
+
+public:
+    QFramer();
+    ~QFramer() override;
+
+    // Drops what waits to be read in the layer below.
+    virtual void flush() = 0;
+    // Sends nbytes of payload as one frame. What a success returns is told by each framer; or an
+    // error code.
+    virtual int write(const char* buffer, int nbytes) = 0;
+    // Payload bytes stored in buffer, which holds nbytes, 0 when nothing came, or an error code.
+    virtual int read(char* buffer, int nbytes) = 0;
+
+    void lower_set(QFramer* lower);
+    void lower_flush();
+    int lower_write(const char* buffer, int nbytes);
+    int lower_read(char* buffer, int nbytes);
+
+signals:
+    void log(QString s);
+
+protected:
+    QFramer* lower = nullptr;
+};

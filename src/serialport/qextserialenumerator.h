@@ -1,0 +1,56 @@
+// The serial ports of this machine, and the news of ports that come and go.
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QList>
+#include <QMetaType>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+struct QextPortInfo
+{
+    QString portName;   // what QextSerialPort opens: a system location, /dev/ttyUSB0 or COM3
+    QString physName;   // the device behind it, links resolved
+    QString friendName; // description for people
+    QString enumName;   // the manufacturer, or "virtual"
+    int vendorID;       // USB vendor, 0 where there is none
+    int productID;      // USB product, 0 where there is none
+};
+Q_DECLARE_METATYPE(QextPortInfo)
+
+// Virtual ports: each entry of virtual_ports_folder() that leads to a tty is a port, named by its
+// path. So pseudo-terminals, pairs made by socat, simulators and oddly named devices can be opened
+// by whoever may make a link. The folder counts only when it belongs to the user and nobody else
+// can write to it.
+class QextSerialEnumerator : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit QextSerialEnumerator(QObject* parent = nullptr);
+    ~QextSerialEnumerator() override;
+
+    // Hardware and virtual ports; names that both begin with "COM" by their number, others as
+    // strings.
+    static QList<QextPortInfo> getPorts();
+
+    // <runtime directory of the user>/tarnwick/ports
+    static QString virtual_ports_folder();
+
+    // From now on the signals tell of each port that comes or goes. Needs an event loop on this
+    // thread.
+    void setUpNotifications();
+
+signals:
+    void deviceDiscovered(QextPortInfo info);
+    void deviceRemoved(QextPortInfo info);
+
+private:
+    void compare();
+    void watch_folders();
+
+    QList<QextPortInfo> known;
+    QFileSystemWatcher watcher;
+    QTimer timer; // for systems whose ports are no files
+};

@@ -1,0 +1,89 @@
+// A serial port as a QIODevice, in two query modes: event driven for a window, polling for a
+// dialogue.
+#pragma once
+
+#include <QIODevice>
+#include <QString>
+#include <memory>
+
+// Bits per second, as a plain number: any rate that the device can make, not only the usual ones.
+enum BaudRateType : int {};
+
+enum DataBitsType : int { DATA_5 = 5, DATA_6 = 6, DATA_7 = 7, DATA_8 = 8 };
+
+enum ParityType : int { PAR_NONE = 0, PAR_ODD = 1, PAR_EVEN = 2, PAR_MARK = 3, PAR_SPACE = 4 };
+
+// 1.5 stop bits exist with 5 data bits; a POSIX port sends 2 with the others, which every receiver
+// of 1.5 takes.
+enum StopBitsType : int { STOP_1 = 0, STOP_1_5 = 1, STOP_2 = 2 };
+
+enum FlowType : int { FLOW_OFF = 0, FLOW_HARDWARE = 1, FLOW_XONXOFF = 2 };
+
+struct PortSettings
+{
+    BaudRateType BaudRate;
+    DataBitsType DataBits;
+    ParityType Parity;
+    StopBitsType StopBits;
+    FlowType FlowControl;
+    long Timeout_Millisec; // ms; what it bounds is told at QextSerialPort
+};
+
+class EventPort;
+class PolledPort;
+
+// EventDriven: lives on the thread of an event loop. What arrives is announced by readyRead(); a
+// read
+//   gives what is there and never waits. write() never waits either: it takes all bytes, or gives
+//   -1 on a port that has gone and when more than WRITE_LIMIT bytes would wait to go out. close()
+//   lets accepted bytes out for at most Timeout_Millisec and discards the rest.
+// Polling: works without an event loop, on any one thread at a time, also another than the one that
+//   opened it. read(n) returns when n bytes have come or Timeout_Millisec has run out, with what
+//   has come. write() returns when the bytes are out or Timeout_Millisec has run out, with the
+//   count.
+//
+// In both modes a device that goes away leaves the port open (isOpen() is the owner's state) but
+// dead: reads give what had arrived, then 0 bytes (event driven) or -1 (polling); writes give -1;
+// errorString() and lastError() tell why; no CPU is used. Enumerators that watch are told at once.
+class QextSerialPort : public QIODevice
+{
+    Q_OBJECT
+
+public:
+    enum QueryMode { Polling, EventDriven };
+
+    // Bytes of accepted, unsent data that an event-driven port holds at most: six minutes at
+    // 115200.
+    static constexpr qint64 WRITE_LIMIT = 4 * 1024 * 1024;
+
+    QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode = EventDriven,
+                   QObject* parent = nullptr);
+    ~QextSerialPort() override;
+
+    // False, with errorString(), when the device can't be opened or refuses one of the settings.
+    bool open(OpenMode mode) override;
+    void close() override;
+    bool isSequential() const override;
+    // Bytes that a read would give without waiting.
+    qint64 bytesAvailable() const override;
+    // Bytes accepted by write() and not yet handed to the system.
+    qint64 bytesToWrite() const override;
+    bool canReadLine() const override;
+
+    QString portName() const;
+    // Why the last operation that failed did: a QSerialPort::SerialPortError as a number, 0 for
+    // none.
+    ulong lastError() const;
+
+protected:
+    qint64 readData(char* data, qint64 maxSize) override;
+    qint64 writeData(const char* data, qint64 maxSize) override;
+
+private:
+    QString name;
+    PortSettings settings;
+    QueryMode mode;
+    std::unique_ptr<EventPort> event_port;   // set while open in event-driven mode
+    std::unique_ptr<PolledPort> polled_port; // set while open in polling mode
+    ulong last_error = 0;
+};

@@ -1,0 +1,36 @@
+#include "sandbox.h"
+
+#include <QDir>
+#include <QFile>
+
+Sandbox::Sandbox()
+    : old_working_dir(QDir::currentPath())
+    , old_runtime_dir(qgetenv("XDG_RUNTIME_DIR"))
+{
+    const QString runtime = path("runtime");
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
+    QDir().mkpath(ports_folder());
+    QDir().mkpath(path("work"));
+    QDir::setCurrent(path("work"));
+}
+
+Sandbox::~Sandbox()
+{
+    QDir::setCurrent(old_working_dir);
+    if (old_runtime_dir.isNull())
+        qunsetenv("XDG_RUNTIME_DIR");
+    else
+        qputenv("XDG_RUNTIME_DIR", old_runtime_dir);
+}
+
+QString Sandbox::path(const QString& name) const
+{
+    return dir.filePath(name);
+}
+
+QString Sandbox::ports_folder() const
+{
+    return path("runtime/tarnwick/ports");
+}

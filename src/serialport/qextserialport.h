@@ -71,6 +71,7 @@ public:
     bool canReadLine() const override;
 
     QString portName() const;
+    PortSettings portSettings() const { return settings; }
     // Why the last operation that failed did: a QSerialPort::SerialPortError as a number, 0 for
     // none.
     ulong lastError() const;

@@ -25,3 +25,12 @@ template <typename Value> struct Setting
             write(settings, value);
     }
 };
+
+// A comma that somebody typed into the file without quotes makes a list of a text, and toString()
+// nothing of the list; here it is joined again.
+template <> inline QString Setting<QString>::read(const QSettings& settings) const
+{
+    const QVariant value = settings.value(QLatin1String(key), fallback);
+    return value.userType() == QMetaType::QStringList ? value.toStringList().join(", ")
+                                                      : value.toString();
+}

@@ -2,13 +2,12 @@
 
 #include "filesend.h"
 #include "pacedlabel.h"
+#include "settingkeys.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
 #include <QMessageBox>
 
-static const char ROOT_FILE[] = "tarnwick.ini";
-static const char DEFAULT_LANGUAGE[] = "zh_CN";
 static const char WEB_ADDRESS[] = "www.corvane.example";
 
 MainWindow::MainWindow(QWidget* parent)
@@ -31,9 +30,11 @@ MainWindow::MainWindow(QWidget* parent)
     frame_clock = wall_time();
 
     QSettings root(ROOT_FILE, QSettings::IniFormat);
-    cfg_file = root.value("global/cfg_file", ROOT_FILE).toString();
+    root.beginGroup("global");
+    cfg_file = CFG_FILE.read(root);
     QSettings current(cfg_file, QSettings::IniFormat);
-    language = current.value("global/language", DEFAULT_LANGUAGE).toString();
+    current.beginGroup("global");
+    language = LANGUAGE.read(current);
 
     language_load(language);
     config_load();

@@ -2,8 +2,8 @@
 
 #include "filesend.h"
 #include "hashselectdialog.h"
-#include "inistring.h"
 #include "sendtext.h"
+#include "settingkeys.h"
 #include "ui_mainwindow.h"
 
 #include <QFileDialog>
@@ -99,7 +99,7 @@ void MainWindow::on_checkBox_hex_mode_stateChanged(int arg1)
     hex_mode_send = arg1 == Qt::Checked;
     settings.beginGroup("serial_tool");
     ui->plainTextEdit_send->clear();
-    ui->plainTextEdit_send->appendPlainText(ini_string(settings, hex_mode_send ? "hex" : "ascii"));
+    ui->plainTextEdit_send->appendPlainText(send_text_setting(hex_mode_send).read(settings));
     settings.endGroup();
     ui->checkBox_raw_text->setEnabled(!hex_mode_send);
 }

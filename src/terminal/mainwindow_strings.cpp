@@ -1,9 +1,7 @@
 #include "mainwindow.h"
 
+#include "stringcolumns.h"
 #include "ui_mainwindow.h"
-
-// Columns of the list, and the two of them that hold something.
-enum Column { OPERATION, ALIAS, VALUE };
 
 void MainWindow::row_insert(int row)
 {
@@ -11,8 +9,8 @@ void MainWindow::row_insert(int row)
     table->insertRow(row);
     auto* const send = new QTableWidgetItem(tr("send"));
     send->setFlags(Qt::ItemIsEnabled);
-    table->setItem(row, OPERATION, send);
-    for (const int column : {ALIAS, VALUE}) {
+    table->setItem(row, OPERATION_COLUMN, send);
+    for (const int column : {ALIAS_COLUMN, VALUE_COLUMN}) {
         auto* const cell = new QTableWidgetItem;
         cell->setCheckState(Qt::Unchecked);
         table->setItem(row, column, cell);
@@ -21,7 +19,7 @@ void MainWindow::row_insert(int row)
 
 void MainWindow::row_load(int row)
 {
-    const QTableWidgetItem* const cell = ui->tableWidget_strings->item(row, VALUE);
+    const QTableWidgetItem* const cell = ui->tableWidget_strings->item(row, VALUE_COLUMN);
     const QString text = cell->text();
     if (text.isEmpty())
         return;
@@ -32,7 +30,8 @@ void MainWindow::row_load(int row)
 
 void MainWindow::on_tableWidget_strings_cellClicked(int row, int column)
 {
-    if (column != OPERATION || ui->tableWidget_strings->item(row, VALUE)->text().isEmpty())
+    if (column != OPERATION_COLUMN ||
+        ui->tableWidget_strings->item(row, VALUE_COLUMN)->text().isEmpty())
         return;
     row_load(row);
     if (send_data_valid)
@@ -44,7 +43,7 @@ void MainWindow::on_pushButton_table_row_add_clicked()
     QTableWidget* const table = ui->tableWidget_strings;
     const int row = table->currentRow() + 1;
     row_insert(row);
-    table->setCurrentCell(row, VALUE);
+    table->setCurrentCell(row, VALUE_COLUMN);
     table->resizeRowToContents(row);
 }
 
@@ -56,18 +55,18 @@ void MainWindow::on_pushButton_table_row_del_clicked()
         return;
     table->removeRow(row);
     if (row < table->rowCount())
-        table->setCurrentCell(row, VALUE);
+        table->setCurrentCell(row, VALUE_COLUMN);
 }
 
 void MainWindow::row_swap(int row, int other)
 {
     QTableWidget* const table = ui->tableWidget_strings;
-    for (int column = ALIAS; column < table->columnCount(); ++column) {
+    for (int column = ALIAS_COLUMN; column < table->columnCount(); ++column) {
         QTableWidgetItem* const cell = table->takeItem(row, column);
         table->setItem(row, column, table->takeItem(other, column));
         table->setItem(other, column, cell);
     }
-    table->setCurrentCell(other, OPERATION,
+    table->setCurrentCell(other, OPERATION_COLUMN,
                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
@@ -106,8 +105,8 @@ void MainWindow::on_checkBox_send_in_turn_stateChanged(int arg1)
 bool MainWindow::row_qualifies(int row) const
 {
     const QTableWidget* const table = ui->tableWidget_strings;
-    return table->item(row, ALIAS)->checkState() == Qt::Checked &&
-           !table->item(row, VALUE)->text().isEmpty();
+    return table->item(row, ALIAS_COLUMN)->checkState() == Qt::Checked &&
+           !table->item(row, VALUE_COLUMN)->text().isEmpty();
 }
 
 void MainWindow::strings_send_in_turn()

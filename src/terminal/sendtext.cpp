@@ -1,5 +1,10 @@
 #include "sendtext.h"
 
+static SendText success(QByteArray bytes)
+{
+    return {std::move(bytes), SendText::NONE, 0, QChar(0)};
+}
+
 static SendText failure(QByteArray bytes, SendText::Error error, int offset, char character)
 {
     return {std::move(bytes), error, offset, QChar::fromLatin1(character)};
@@ -51,7 +56,7 @@ SendText send_text_escaped(const QByteArray& text)
         bytes[count++] = byte;
     }
     bytes.truncate(count);
-    return {bytes};
+    return success(bytes);
 }
 
 static bool is_white_space(char c)
@@ -89,5 +94,5 @@ SendText send_text_hex(const QByteArray& text)
         pending = NO_DIGIT;
     }
     bytes.truncate(count);
-    return {bytes};
+    return success(bytes);
 }

@@ -1,0 +1,76 @@
+// A real window over a real pseudo-terminal, and somebody who answers the dialogs it opens.
+#pragma once
+
+#include "mainwindow.h"
+#include "portsettings.h"
+#include "pty.h"
+#include "sandbox.h"
+#include "wait.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTimer>
+#include <functional>
+#include <gtest/gtest.h>
+
+class QLinkCfgDlg;
+
+// Answers each modal dialog as soon as it is up, and remembers the message boxes.
+class Answers : public QObject
+{
+public:
+    Answers();
+
+    QStringList boxes;                             // "title|text" of each, in order
+    QString file;                                  // for file dialogs; empty cancels them
+    QString file_caption;                          // of the last one
+    std::function<bool(QLinkCfgDlg&)> link_dialog; // true for OK; null takes what it shows
+    std::function<void()> under_box;               // runs once while a message box is open
+
+private:
+    void answer();
+
+    QTimer timer;
+};
+
+class WindowTest : public testing::Test
+{
+protected:
+    WindowTest();
+
+    // English texts, and what else a test wants in the configuration file. Before window_start().
+    void configure(const QString& key, const QVariant& value);
+    void window_start();
+    void window_end() { window.reset(); }
+    // Presses open and accepts the dialog with the pseudo-terminal chosen.
+    bool port_open();
+
+    template <typename Widget> Widget* find(const char* name) const
+    {
+        Widget* const widget = window->findChild<Widget*>(name);
+        if (!widget)
+            throw std::runtime_error(std::string("no widget ") + name);
+        return widget;
+    }
+    bool enabled(const char* name) const { return find<QWidget>(name)->isEnabled(); }
+    void check(const char* box, bool on = true) { find<QCheckBox>(box)->setChecked(on); }
+    void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
+    void type(const QString& text)
+    {
+        find<QPlainTextEdit>("plainTextEdit_send")->setPlainText(text);
+    }
+    QString shown() const { return find<QPlainTextEdit>("plainTextEdit_recv")->toPlainText(); }
+    // Status bar texts: "RX: 3" and the like.
+    bool status_shows(const QString& text) const;
+    // Sends bytes to the window and waits until it has counted `total` received ones.
+    bool receive(const QByteArray& data, int total);
+
+    Sandbox sandbox;
+    Pty pty;
+    QString port_name;
+    Answers answers;
+    std::unique_ptr<MainWindow> window;
+};

@@ -19,6 +19,9 @@ struct QextPortInfo
 };
 Q_DECLARE_METATYPE(QextPortInfo)
 
+// The order of port lists: COM2 before COM10, any other pair as strings.
+bool port_name_less(const QString& a, const QString& b);
+
 // Virtual ports: each entry of virtual_ports_folder() that leads to a tty is a port, named by its
 // path. So pseudo-terminals, pairs made by socat, simulators and oddly named devices can be opened
 // by whoever may make a link. The folder counts only when it belongs to the user and nobody else
@@ -48,6 +51,8 @@ signals:
 
 private:
     void compare();
+    // An open port has lost its device: it is gone, whatever the folders say.
+    void report_lost(const QString& port_name);
     void watch_folders();
 
     QList<QextPortInfo> known;

@@ -71,6 +71,7 @@ public:
     bool canReadLine() const override;
 
     QString portName() const;
+    PortSettings portSettings() const { return settings; }
     // Why the last operation that failed did: a QSerialPort::SerialPortError as a number, 0 for
     // none.
     ulong lastError() const;
@@ -80,10 +81,14 @@ protected:
     qint64 writeData(const char* data, qint64 maxSize) override;
 
 private:
+    bool open_event(OpenMode mode);
+    bool open_polled(OpenMode mode);
+    void report(ulong error, const QString& text);
+
     QString name;
     PortSettings settings;
     QueryMode mode;
-    std::unique_ptr<EventPort> event_port;   // set while open in event-driven mode
+    EventPort* event_port = nullptr;         // a child; set while open in event-driven mode
     std::unique_ptr<PolledPort> polled_port; // set while open in polling mode
     ulong last_error = 0;
 };

@@ -1,0 +1,37 @@
+#include "hextext.h"
+
+#include <QByteArray>
+#include <cstdlib>
+
+QString hex_text(const void* data, int nbytes)
+{
+    if (data == nullptr)
+        return QString();
+    if (nbytes <= 0)
+        return QString("");
+
+    static constexpr char DIGITS[] = "0123456789ABCDEF";
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    QByteArray text(nbytes * 3, Qt::Uninitialized);
+    char* pair = text.data();
+    for (int n = 0; n < nbytes; ++n) {
+        *pair++ = DIGITS[bytes[n] >> 4];
+        *pair++ = DIGITS[bytes[n] & 0x0F];
+        *pair++ = ' ';
+    }
+    return QString::fromLatin1(text.constData(), text.size() - 1);
+}
+
+int hex_to_bytes(const char* text, int textlen, void* out, int outsize)
+{
+    const int nbytes = textlen / 2;
+    if (text == nullptr || out == nullptr || nbytes <= 0 || nbytes > outsize)
+        return 0;
+
+    auto* bytes = static_cast<unsigned char*>(out);
+    for (int n = 0; n < nbytes; ++n) {
+        const char pair[] = {text[2 * n], text[2 * n + 1], '\0'};
+        bytes[n] = static_cast<unsigned char>(std::strtoul(pair, nullptr, 16));
+    }
+    return nbytes;
+}

@@ -1,0 +1,130 @@
+#include "qtcpipcfgwidget.h"
+
+#include "setting.h"
+#include "ui_qtcpipcfgwidget.h"
+
+#include <QByteArray>
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+const QString GROUP = QStringLiteral("tcpip_cfg");
+const Setting<int> IP_VERSION = {"ip_version", TCPIP_V4};
+const Setting<int> PROTOCOL = {"protocol", TCPIP_TCP_CLIENT};
+const Setting<QString> IPV4_ADDR = {"ipv4_addr", "192.168.100.101"};
+const Setting<QString> IPV6_ADDR = {"ipv6_addr", "fe80::0001%1"};
+const Setting<int> REMOTE_PORT = {"remote_port", 8080};
+const Setting<int> LOCAL_PORT = {"local_port", 8081};
+const Setting<bool> LOCAL_PORT_RANDOM = {"local_port_random", true};
+const Setting<int> TIMEOUT = {"timeout", 500};
+
+} // namespace
+
+QTcpipCfgWidget::QTcpipCfgWidget(QWidget* parent, const QString& filename)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::QTcpipCfgWidget>())
+    , filename(filename)
+{
+    ui->setupUi(this);
+    settings_load();
+}
+
+QTcpipCfgWidget::~QTcpipCfgWidget()
+{
+    settings_store();
+}
+
+int QTcpipCfgWidget::ip_version() const
+{
+    return ui->comboBox_ip_version->currentIndex();
+}
+
+int QTcpipCfgWidget::protocol() const
+{
+    return ui->comboBox_protocol->currentIndex();
+}
+
+QString QTcpipCfgWidget::ipv4_addr() const
+{
+    return ui->lineEdit_ipv4_addr->text();
+}
+
+QString QTcpipCfgWidget::ipv6_addr() const
+{
+    return ui->lineEdit_ipv6_addr->text();
+}
+
+int QTcpipCfgWidget::remote_port() const
+{
+    return ui->spinBox_remote_port->value();
+}
+
+int QTcpipCfgWidget::local_port() const
+{
+    return ui->spinBox_local_port->value();
+}
+
+bool QTcpipCfgWidget::local_port_random() const
+{
+    return ui->checkBox_random_local_port->isChecked();
+}
+
+int QTcpipCfgWidget::timeout() const
+{
+    return ui->spinBox_timeot->value();
+}
+
+void QTcpipCfgWidget::settings_get(tcpip_cfg* cfg) const
+{
+    cfg->ip_version = ip_version();
+    cfg->protocol = protocol();
+    cfg->remote_port = remote_port();
+    cfg->local_port = local_port();
+    cfg->local_port_random = local_port_random();
+    cfg->timeout = timeout();
+
+    const QString text = cfg->ip_version == TCPIP_V4 ? ipv4_addr() : ipv6_addr();
+    const QByteArray addr = text.toLatin1().left(int(sizeof cfg->addr) - 1);
+    std::fill(std::begin(cfg->addr), std::end(cfg->addr), '\0');
+    std::copy(addr.cbegin(), addr.cend(), cfg->addr);
+}
+
+void QTcpipCfgWidget::on_comboBox_ip_version_currentIndexChanged(int index)
+{
+    ui->lineEdit_ipv4_addr->setEnabled(index != TCPIP_V6);
+    ui->lineEdit_ipv6_addr->setEnabled(index == TCPIP_V6);
+}
+
+void QTcpipCfgWidget::on_checkBox_random_local_port_stateChanged(int arg1)
+{
+    ui->spinBox_local_port->setEnabled(arg1 == Qt::Unchecked);
+}
+
+void QTcpipCfgWidget::settings_load()
+{
+    QSettings settings(filename, QSettings::IniFormat);
+    settings.beginGroup(GROUP);
+    ui->comboBox_ip_version->setCurrentIndex(IP_VERSION.read(settings));
+    ui->comboBox_protocol->setCurrentIndex(PROTOCOL.read(settings));
+    ui->lineEdit_ipv4_addr->setText(IPV4_ADDR.read(settings));
+    ui->lineEdit_ipv6_addr->setText(IPV6_ADDR.read(settings));
+    ui->spinBox_remote_port->setValue(REMOTE_PORT.read(settings));
+    ui->spinBox_local_port->setValue(LOCAL_PORT.read(settings));
+    ui->checkBox_random_local_port->setChecked(LOCAL_PORT_RANDOM.read(settings));
+    ui->spinBox_timeot->setValue(TIMEOUT.read(settings));
+}
+
+void QTcpipCfgWidget::settings_store() const
+{
+    QSettings settings(filename, QSettings::IniFormat);
+    settings.beginGroup(GROUP);
+    IP_VERSION.write_if_changed(settings, ip_version());
+    PROTOCOL.write_if_changed(settings, protocol());
+    IPV4_ADDR.write_if_changed(settings, ipv4_addr());
+    IPV6_ADDR.write_if_changed(settings, ipv6_addr());
+    REMOTE_PORT.write_if_changed(settings, remote_port());
+    LOCAL_PORT.write_if_changed(settings, local_port());
+    LOCAL_PORT_RANDOM.write_if_changed(settings, local_port_random());
+    TIMEOUT.write_if_changed(settings, timeout());
+}

@@ -1,0 +1,51 @@
+// The event-driven side of QextSerialPort: a QSerialPort that goes quiet when its device has gone.
+#pragma once
+
+#include "qextserialport.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QSerialPort>
+
+// A QSerialPort whose device has gone repeats its error in a busy loop. This one closes it at the
+// first.
+class EventPort : public QObject
+{
+    Q_OBJECT
+
+public:
+    EventPort(const QString& name, const PortSettings& settings, QObject* parent);
+
+    bool open(QIODevice::OpenMode mode);
+    // Waits at most the settings' time-out for accepted bytes to go out, and discards the rest.
+    void close();
+
+    qint64 bytes_available() const;
+    qint64 bytes_to_write() const;
+    bool can_read_line() const;
+    qint64 read(char* data, qint64 most);
+    // All of it, or -1 with an error.
+    qint64 write(const char* data, qint64 size);
+
+    QString error_string() const { return error_text; }
+    QSerialPort::SerialPortError error() const { return error_code; }
+
+signals:
+    void ready_read();
+    void bytes_written(qint64 bytes);
+    void device_lost();
+
+private:
+    void handle_error(QSerialPort::SerialPortError error);
+    void fail(QSerialPort::SerialPortError code, const QString& text);
+
+    QSerialPort serial;
+    PortSettings settings;
+    QByteArray leftover; // what had arrived when the device went away
+    bool lost = false;
+    QSerialPort::SerialPortError error_code = QSerialPort::NoError;
+    QString error_text;
+};
+
+// Lets accepted bytes out for at most timeout_ms, discards what then still waits, and closes.
+void serial_drain_and_close(QSerialPort& serial, long timeout_ms);

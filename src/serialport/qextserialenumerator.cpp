@@ -1,0 +1,180 @@
+#include "qextserialenumerator.h"
+
+#include "portwatch.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSerialPortInfo>
+#include <QStandardPaths>
+#include <algorithm>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+static constexpr int TIMER_INTERVAL_MS =
+    1000; // how soon a removal shows where no folder can be watched
+
+// The number behind "COM", or -1 for a name of another form.
+static int com_number(const QString& name)
+{
+    bool ok = false;
+    const int number = name.startsWith("COM") ? name.mid(3).toInt(&ok) : 0;
+    return ok ? number : -1;
+}
+
+bool port_name_less(const QString& a, const QString& b)
+{
+    const int a_number = com_number(a);
+    const int b_number = com_number(b);
+    if (a_number >= 0 && b_number >= 0 && a_number != b_number)
+        return a_number < b_number;
+    return a < b;
+}
+
+static QextPortInfo hardware_port(const QSerialPortInfo& info)
+{
+    QextPortInfo port;
+#ifdef Q_OS_WIN
+    port.portName = info.portName();
+#else
+    port.portName = info.systemLocation();
+#endif
+    port.physName = info.systemLocation();
+    port.friendName = info.description();
+    port.enumName = info.manufacturer();
+    port.vendorID = info.vendorIdentifier();
+    port.productID = info.productIdentifier();
+    return port;
+}
+
+#ifdef Q_OS_UNIX
+
+// Whoever can write into the folder decides where the bytes go.
+static bool only_mine(const QString& folder)
+{
+    struct stat about = {};
+    return stat(QFile::encodeName(folder).constData(), &about) == 0 && about.st_uid == geteuid() &&
+           (about.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+static bool leads_to_device(const QString& path)
+{
+    struct stat about = {};
+    return stat(QFile::encodeName(path).constData(), &about) == 0 && S_ISCHR(about.st_mode);
+}
+
+#else
+
+static bool only_mine(const QString&)
+{
+    return false;
+}
+
+static bool leads_to_device(const QString&)
+{
+    return false;
+}
+
+#endif
+
+static void append_virtual_ports(QList<QextPortInfo>& ports)
+{
+    const QString folder = QextSerialEnumerator::virtual_ports_folder();
+    if (!only_mine(folder))
+        return;
+    const auto entries = QDir(folder).entryInfoList(QDir::Files | QDir::System | QDir::Hidden |
+                                                    QDir::NoDotAndDotDot);
+    for (const QFileInfo& entry : entries) {
+        const QString path = entry.absoluteFilePath();
+        if (leads_to_device(path))
+            ports.append({path, entry.canonicalFilePath(), entry.fileName(), "virtual", 0, 0});
+    }
+}
+
+QextSerialEnumerator::QextSerialEnumerator(QObject* parent)
+    : QObject(parent)
+{
+    qRegisterMetaType<QextPortInfo>("QextPortInfo");
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &QextSerialEnumerator::compare);
+    connect(&timer, &QTimer::timeout, this, &QextSerialEnumerator::compare);
+}
+
+QextSerialEnumerator::~QextSerialEnumerator() = default;
+
+QList<QextPortInfo> QextSerialEnumerator::getPorts()
+{
+    QList<QextPortInfo> ports;
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
+        ports.append(hardware_port(info));
+    append_virtual_ports(ports);
+    std::sort(ports.begin(), ports.end(), [](const QextPortInfo& a, const QextPortInfo& b) {
+        return port_name_less(a.portName, b.portName);
+    });
+    return ports;
+}
+
+QString QextSerialEnumerator::virtual_ports_folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/tarnwick/ports";
+}
+
+void QextSerialEnumerator::setUpNotifications()
+{
+    known = getPorts();
+    // A folder that doesn't exist can't be watched for its first entry.
+    QDir().mkpath(virtual_ports_folder());
+    watch_folders();
+    connect(&PortWatch::instance(), &PortWatch::lost, this, &QextSerialEnumerator::report_lost);
+}
+
+void QextSerialEnumerator::watch_folders()
+{
+#ifdef Q_OS_UNIX
+    const QStringList watched = watcher.directories();
+    bool complete = true;
+    for (const QString& folder : {QString("/dev"), virtual_ports_folder()})
+        complete &= watched.contains(folder) || watcher.addPath(folder);
+    if (complete)
+        timer.stop();
+    else
+#endif
+        timer.start(TIMER_INTERVAL_MS);
+}
+
+static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortInfo& port)
+{
+    const auto same = [&](const QextPortInfo& other) {
+        return other.portName == port.portName && other.physName == port.physName;
+    };
+    const auto found = std::find_if(ports.cbegin(), ports.cend(), same);
+    return found == ports.cend() ? nullptr : &*found;
+}
+
+void QextSerialEnumerator::compare()
+{
+    watch_folders();
+    const QList<QextPortInfo> before = known;
+    const QList<QextPortInfo> now = getPorts();
+    known = now;
+    // A receiver may delete this object.
+    const QPointer<QextSerialEnumerator> alive(this);
+    for (const QextPortInfo& port : before)
+        if (alive && !find_port(now, port))
+            emit deviceRemoved(port);
+    for (const QextPortInfo& port : now)
+        if (alive && !find_port(before, port))
+            emit deviceDiscovered(port);
+}
+
+void QextSerialEnumerator::report_lost(const QString& port_name)
+{
+    QextPortInfo lost = {port_name, port_name, QString(), QString(), 0, 0};
+    for (int i = known.size() - 1; i >= 0; --i)
+        if (known[i].portName == port_name)
+            lost = known.takeAt(i);
+    // No look at the folders here: a node that is still there for a moment would count as new.
+    emit deviceRemoved(lost);
+}

@@ -1,0 +1,144 @@
+#include "qextserialport.h"
+
+#include "eventport.h"
+#include "polledport.h"
+#include "portwatch.h"
+
+QextSerialPort::QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode,
+                               QObject* parent)
+    : QIODevice(parent)
+    , name(name)
+    , settings(settings)
+    , mode(mode)
+{
+}
+
+QextSerialPort::~QextSerialPort()
+{
+    close();
+}
+
+bool QextSerialPort::open(OpenMode mode)
+{
+    if (isOpen()) {
+        setErrorString(tr("the port is open already"));
+        return false;
+    }
+    const OpenMode device_mode = mode & ~Unbuffered;
+    const bool opened = this->mode == Polling ? open_polled(device_mode) : open_event(device_mode);
+    // Unbuffered: the layer below holds what has arrived, and nothing of it twice.
+    return opened && QIODevice::open(mode | Unbuffered);
+}
+
+bool QextSerialPort::open_event(OpenMode mode)
+{
+    auto* const port = new EventPort(name, settings, this);
+    if (!port->open(mode)) {
+        report(port->error(), port->error_string());
+        delete port;
+        return false;
+    }
+    connect(port, &EventPort::ready_read, this, &QIODevice::readyRead);
+    connect(port, &EventPort::bytes_written, this, &QIODevice::bytesWritten);
+    connect(port, &EventPort::device_lost, this, [this, port] {
+        report(port->error(), port->error_string());
+        emit PortWatch::instance().lost(name);
+    });
+    event_port = port;
+    return true;
+}
+
+bool QextSerialPort::open_polled(OpenMode mode)
+{
+    auto port = std::make_unique<PolledPort>(name, settings);
+    if (!port->open(mode)) {
+        report(port->error(), port->error_string());
+        return false;
+    }
+    polled_port = std::move(port);
+    return true;
+}
+
+void QextSerialPort::close()
+{
+    if (!isOpen())
+        return;
+    if (event_port) {
+        event_port->disconnect(this);
+        event_port->close();
+        // This may run inside one of its signals.
+        event_port->deleteLater();
+        event_port = nullptr;
+    }
+    if (polled_port) {
+        polled_port->close();
+        polled_port.reset();
+    }
+    QIODevice::close();
+}
+
+bool QextSerialPort::isSequential() const
+{
+    return true;
+}
+
+qint64 QextSerialPort::bytesAvailable() const
+{
+    const qint64 waiting = event_port    ? event_port->bytes_available()
+                           : polled_port ? polled_port->bytes_available()
+                                         : 0;
+    return waiting + QIODevice::bytesAvailable();
+}
+
+qint64 QextSerialPort::bytesToWrite() const
+{
+    return event_port    ? event_port->bytes_to_write()
+           : polled_port ? polled_port->bytes_to_write()
+                         : 0;
+}
+
+bool QextSerialPort::canReadLine() const
+{
+    return (event_port && event_port->can_read_line()) ||
+           (polled_port && polled_port->can_read_line()) || QIODevice::canReadLine();
+}
+
+QString QextSerialPort::portName() const
+{
+    return name;
+}
+
+ulong QextSerialPort::lastError() const
+{
+    return last_error;
+}
+
+qint64 QextSerialPort::readData(char* data, qint64 maxSize)
+{
+    if (event_port)
+        return event_port->read(data, maxSize);
+    const qint64 count = polled_port->read(data, maxSize);
+    if (count < 0)
+        report(polled_port->error(), polled_port->error_string());
+    return count;
+}
+
+qint64 QextSerialPort::writeData(const char* data, qint64 maxSize)
+{
+    if (event_port) {
+        const qint64 accepted = event_port->write(data, maxSize);
+        if (accepted < 0)
+            report(event_port->error(), event_port->error_string());
+        return accepted;
+    }
+    const qint64 written = polled_port->write(data, maxSize);
+    if (written < maxSize)
+        report(polled_port->error(), polled_port->error_string());
+    return written;
+}
+
+void QextSerialPort::report(ulong error, const QString& text)
+{
+    last_error = error;
+    setErrorString(text);
+}

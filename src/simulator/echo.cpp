@@ -1,0 +1,51 @@
+#include "echo.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int LIMIT = 65536;
+}
+
+Echo::Echo(const FaultSettings& faults)
+    : faults(faults)
+{
+}
+
+int Echo::room() const
+{
+    return LIMIT - held;
+}
+
+void Echo::receive(const QByteArray& bytes, Time now)
+{
+    QByteArray answer = bytes;
+    faults.send_bytes(answer);
+    if (answer.isEmpty())
+        return;
+    // Bytes never overtake one another, however late the ones in front are.
+    Time due = now + faults.next_delay();
+    if (!waiting.empty())
+        due = std::max(due, waiting.back().due);
+    waiting.push_back({due, answer});
+    held += int(answer.size());
+}
+
+QByteArray Echo::transmit(int most, Time now)
+{
+    QByteArray bytes;
+    while (!waiting.empty() && waiting.front().due <= now && bytes.size() < most) {
+        Portion& front = waiting.front();
+        const int count = std::min(most - int(bytes.size()), int(front.bytes.size()));
+        bytes += front.bytes.left(count);
+        front.bytes.remove(0, count);
+        if (front.bytes.isEmpty())
+            waiting.pop_front();
+    }
+    held -= int(bytes.size());
+    return bytes;
+}
+
+Time Echo::next_wake(Time) const
+{
+    return waiting.empty() ? NEVER : waiting.front().due;
+}

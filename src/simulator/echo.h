@@ -1,0 +1,28 @@
+// Sends back every byte, in order, none lost: what it can't pass on yet it doesn't take.
+#pragma once
+
+#include "device.h"
+#include "faults.h"
+
+#include <deque>
+
+class Echo : public Device
+{
+public:
+    explicit Echo(const FaultSettings& faults);
+
+    int room() const override;
+    void receive(const QByteArray& bytes, Time now) override;
+    QByteArray transmit(int most, Time now) override;
+    Time next_wake(Time now) const override;
+
+private:
+    struct Portion
+    {
+        Time due;
+        QByteArray bytes;
+    };
+    Faults faults;
+    std::deque<Portion> waiting;
+    int held = 0; // bytes in `waiting`
+};

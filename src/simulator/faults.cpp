@@ -1,0 +1,70 @@
+#include "faults.h"
+
+#include <algorithm>
+
+Faults::Faults(const FaultSettings& settings)
+    : settings(settings)
+    , random(settings.seed)
+{
+}
+
+bool Faults::pass_frame(QByteArray& frame)
+{
+    if (happens(settings.drop))
+        return false;
+    if (!frame.isEmpty() && happens(settings.corrupt))
+        turn_a_bit(frame.data()[random() % quint64(frame.size())]);
+    return true;
+}
+
+bool Faults::send_frame(QByteArray& frame)
+{
+    if (silent())
+        return false;
+    ++units_sent;
+    return pass_frame(frame);
+}
+
+void Faults::send_bytes(QByteArray& bytes)
+{
+    if (settings.silent_after >= 0) {
+        const qint64 left = std::max<qint64>(0, settings.silent_after - units_sent);
+        bytes.truncate(int(std::min<qint64>(bytes.size(), left)));
+    }
+    units_sent += bytes.size();
+    if (settings.drop <= 0 && settings.corrupt <= 0)
+        return;
+    QByteArray left_over;
+    for (char byte : qAsConst(bytes)) {
+        if (happens(settings.drop))
+            continue;
+        if (happens(settings.corrupt))
+            turn_a_bit(byte);
+        left_over += byte;
+    }
+    bytes = left_over;
+}
+
+std::chrono::milliseconds Faults::next_delay()
+{
+    const bool held_back = settings.delay.count() > 0 && happens(settings.delay_chance);
+    return held_back ? settings.delay : std::chrono::milliseconds(0);
+}
+
+bool Faults::silent() const
+{
+    return settings.silent_after >= 0 && units_sent >= settings.silent_after;
+}
+
+// Drawn from the generator's raw numbers: the distributions of the standard library differ from one
+// implementation to the next, and a seed must mean the same everywhere.
+bool Faults::happens(double chance)
+{
+    constexpr double STEPS = 9007199254740992.0; // 2^53, as many as a double tells apart
+    return chance > 0 && double(random() >> 11) < chance * STEPS;
+}
+
+void Faults::turn_a_bit(char& byte)
+{
+    byte = char(byte ^ (1 << (random() % 8)));
+}

@@ -1,0 +1,44 @@
+// The faults of a bad line, drawn from a seed, so that a failure can be replayed.
+#pragma once
+
+#include <QByteArray>
+#include <chrono>
+#include <random>
+
+struct FaultSettings
+{
+    double drop = 0;    // chance, 0 to 1, that a unit is lost
+    double corrupt = 0; // chance that one bit of a unit is turned
+    std::chrono::milliseconds delay{0};
+    double delay_chance = 1;  // chance that `delay` holds back an answer
+    qint64 silent_after = -1; // units sent before the device falls silent; negative for never
+    quint64 seed = 1;
+};
+
+// A unit is a byte for the devices that know no frames (echo, talk) and a frame or a line for the
+// others.
+class Faults
+{
+public:
+    explicit Faults(const FaultSettings& settings);
+
+    // A frame on the wire, in either direction: false when it is lost, else perhaps changed.
+    bool pass_frame(QByteArray& frame);
+    // The same for a frame that the device sends, which also counts for its falling silent.
+    bool send_frame(QByteArray& frame);
+    // Bytes sent by a device without frames: loses and changes some of them.
+    void send_bytes(QByteArray& bytes);
+    // How much later than usual the next answer is to go out.
+    std::chrono::milliseconds next_delay();
+
+    // Nothing will ever be sent again.
+    bool silent() const;
+
+private:
+    bool happens(double chance);
+    void turn_a_bit(char& byte);
+
+    FaultSettings settings;
+    std::mt19937_64 random;
+    qint64 units_sent = 0;
+};

@@ -1,0 +1,10 @@
+// tarnwick-sim: simulated devices on virtual serial ports.
+#include "simulator.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    return run_simulator(QCoreApplication::arguments().mid(1));
+}

@@ -1,0 +1,28 @@
+// The command line of the simulator, as values.
+#pragma once
+
+#include "faults.h"
+#include "talk.h"
+
+#include <QString>
+#include <QStringList>
+
+struct Options
+{
+    QString device;
+    QString name;         // of the port's link
+    int listen_port = -1; // TCP port instead of a pseudo-terminal; negative for none
+    int baud = 0;
+    FaultSettings faults;
+    TalkSettings talk;
+};
+
+struct ParsedOptions
+{
+    Options options;
+    QString message; // what to print instead of running; empty when all is well
+    bool ok = true;  // false: the message tells of a mistake
+};
+
+// `arguments` without the program's name.
+ParsedOptions parse_options(const QStringList& arguments);

@@ -1,0 +1,69 @@
+#include "simulator.h"
+
+#include "echo.h"
+#include "options.h"
+#include "ptytransport.h"
+#include "runner.h"
+#include "talk.h"
+#include "tcptransport.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+volatile std::sig_atomic_t stop = 0;
+
+// The ending signals are let in only while the loop waits, so that none falls between its test and
+// its wait. Gives the mask to wait with.
+sigset_t catch_ending_signals()
+{
+    sigset_t ending, while_waiting;
+    sigemptyset(&ending);
+    struct sigaction action = {};
+    action.sa_handler = [](int) { stop = 1; };
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        sigaddset(&ending, signal);
+        sigaction(signal, &action, nullptr);
+    }
+    sigprocmask(SIG_BLOCK, &ending, &while_waiting);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigdelset(&while_waiting, signal);
+    return while_waiting;
+}
+
+std::unique_ptr<Device> make_device(const Options& options)
+{
+    if (options.device == "talk")
+        return std::make_unique<Talk>(options.talk, options.faults);
+    return std::make_unique<Echo>(options.faults);
+}
+
+std::unique_ptr<Transport> make_transport(const Options& options)
+{
+    if (options.listen_port >= 0)
+        return std::make_unique<TcpTransport>(options.listen_port);
+    return std::make_unique<PtyTransport>(options.name);
+}
+} // namespace
+
+int run_simulator(const QStringList& arguments)
+{
+    const ParsedOptions parsed = parse_options(arguments);
+    if (!parsed.message.isEmpty()) {
+        std::fputs(qUtf8Printable(parsed.message), parsed.ok ? stdout : stderr);
+        return parsed.ok ? SIM_ENDED : SIM_BAD_OPTIONS;
+    }
+    const sigset_t while_waiting = catch_ending_signals();
+    try {
+        const std::unique_ptr<Device> device = make_device(parsed.options);
+        const std::unique_ptr<Transport> transport = make_transport(parsed.options);
+        std::printf("%s\n", transport->address().constData());
+        std::fflush(stdout);
+        Runner(*device, *transport, parsed.options.baud).run(stop, while_waiting);
+    } catch (const std::runtime_error& error) {
+        std::fprintf(stderr, "tarnwick-sim: %s\n", error.what());
+        return SIM_NO_PORT;
+    }
+    return SIM_ENDED;
+}

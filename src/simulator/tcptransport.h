@@ -1,0 +1,31 @@
+// A TCP port that serves one program at a time, as a serial device server does.
+#pragma once
+
+#include "transport.h"
+
+// Listens on the loopback address only: a simulated device has no business in the network.
+class TcpTransport : public Transport
+{
+public:
+    // Port 0 takes a free one. Throws std::runtime_error, with a text for the user.
+    explicit TcpTransport(int port);
+    ~TcpTransport() override;
+    TcpTransport(const TcpTransport&) = delete;
+    TcpTransport& operator=(const TcpTransport&) = delete;
+
+    QByteArray address() const override;
+    std::vector<pollfd> watched(bool reading, bool writing) const override;
+    void update() override;
+    bool connected() const override;
+    QByteArray read(int most) override;
+    int write(const QByteArray& bytes) override;
+    // A program that shuts down its sending side still gets all that it has coming.
+    void drained() override;
+    void cut() override;
+
+private:
+    int listener = -1;
+    int client = -1;
+    int port = 0;
+    bool heard_all = false; // the program has shut down its sending side
+};

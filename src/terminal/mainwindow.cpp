@@ -1,0 +1,103 @@
+#include "mainwindow.h"
+
+#include "filesend.h"
+#include "pacedlabel.h"
+#include "ui_mainwindow.h"
+#include "wallclock.h"
+
+#include <QMessageBox>
+
+static const char ROOT_FILE[] = "tarnwick.ini";
+static const char DEFAULT_LANGUAGE[] = "zh_CN";
+static const char WEB_ADDRESS[] = "www.corvane.example";
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent)
+    , ui(new Ui_MainWindow)
+{
+    ui->setupUi(this);
+
+    port = nullptr;
+    enumerator = nullptr;
+    rx_bytes = tx_bytes = send_count = 0;
+    turn_cursor = 0;
+    tx_line_done = send_data_valid = display_paused = loop = save2file_active = false;
+    save_file = nullptr;
+
+    status_bar_fill();
+
+    send_timer = new QTimer(this);
+    send_timer->setTimerType(Qt::PreciseTimer);
+    frame_clock = wall_time();
+
+    QSettings root(ROOT_FILE, QSettings::IniFormat);
+    cfg_file = root.value("global/cfg_file", ROOT_FILE).toString();
+    QSettings current(cfg_file, QSettings::IniFormat);
+    language = current.value("global/language", DEFAULT_LANGUAGE).toString();
+
+    language_load(language);
+    config_load();
+    ui->dockWidget_extend->setVisible(false);
+    title_update();
+    ui->plainTextEdit_send->setFocus();
+}
+
+MainWindow::~MainWindow()
+{
+    config_store();
+    save_end();
+    port_close();
+    delete ui;
+}
+
+void MainWindow::status_bar_fill()
+{
+    label_port = new QLabel("COMx");
+    label_cnt = new PacedLabel("CNT: 0");
+    label_rx = new PacedLabel("RX: 0");
+    label_tx = new PacedLabel("TX: 0");
+    auto* const web_address = new QLabel(WEB_ADDRESS);
+    web_address->setTextFormat(Qt::PlainText);
+
+    ui->statusBar->addWidget(web_address);
+    for (QLabel* label : {label_port, label_cnt, label_tx, label_rx})
+        ui->statusBar->addPermanentWidget(label);
+}
+
+void MainWindow::title_update()
+{
+    setWindowTitle(QString("Tarnwick [%1]").arg(cfg_file.section('/', -1, -1)));
+}
+
+void MainWindow::msgbox(QString msg)
+{
+    const BoxScope scope(*this);
+    QMessageBox::information(this, tr("note"), msg, QMessageBox::Ok);
+}
+
+void MainWindow::warning_box(const QString& title, const QString& text)
+{
+    const BoxScope scope(*this);
+    QMessageBox::warning(this, title, text, QMessageBox::Ok);
+}
+
+void MainWindow::rx_count_show(int n)
+{
+    label_rx->setText(QString("RX: %1").arg(n));
+}
+
+void MainWindow::tx_count_show(int n)
+{
+    label_tx->setText(QString("TX: %1").arg(n));
+}
+
+void MainWindow::send_count_show(int n)
+{
+    label_cnt->setText(QString("CNT: %1").arg(n));
+}
+
+void MainWindow::on_action_about_triggered()
+{
+    const BoxScope scope(*this);
+    QMessageBox::about(this, "Tarnwick", tr("Corvane Serial Tool\n") + "V1.14 build Jan 11 2018");
+}

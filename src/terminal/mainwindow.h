@@ -1,0 +1,175 @@
+// The one window of the terminal: a port session, its receive and send paths, its list and its
+// settings.
+#pragma once
+
+#include "qextserialenumerator.h"
+#include "qextserialport.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QLabel>
+#include <QMainWindow>
+#include <QSettings>
+#include <QString>
+#include <QTime>
+#include <QTimer>
+#include <QTranslator>
+#include <memory>
+
+class FileSend;
+class QCheckBox;
+class QProgressBar;
+class Ui_MainWindow;
+
+// Everything runs on the GUI thread, in slots. Message boxes and file dialogs run nested event
+// loops: the port and the timer go on under them.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+private slots:
+    void msgbox(QString msg);
+    void port_read();
+    void strings_send_in_turn();
+    void port_removed(QextPortInfo info);
+    void auto_send_process();
+    void on_pushButton_window_save_clicked();
+    void on_pushButton_extend_clicked();
+    void on_pushButton_open_clicked();
+    void on_pushButton_send_clicked();
+    void on_pushButton_crc_hash_clicked();
+    void on_pushButton_recv_clr_clicked();
+    void on_pushButton_dsiplay_pause_clicked();
+    void on_pushButton_table_row_up_clicked();
+    void on_pushButton_table_row_down_clicked();
+    void on_pushButton_table_row_add_clicked();
+    void on_pushButton_table_row_del_clicked();
+    void on_pushButton_save2file_browse_clicked();
+    void on_checkBox_hex_mode_stateChanged(int arg1);
+    void on_checkBox_hex_display_stateChanged(int state);
+    void on_checkBox_frame_mode_stateChanged(int state);
+    void on_checkBox_display_time_stateChanged(int arg1);
+    void on_checkBox_display_tx_stateChanged(int arg1);
+    void on_checkBox_send_file_stateChanged(int arg1);
+    void on_checkBox_auto_send_stateChanged(int arg1);
+    void on_checkBox_send_in_turn_stateChanged(int arg1);
+    void on_checkBox_window_auto_clr_stateChanged(int arg1);
+    void on_checkBox_save2file_clicked(bool checked);
+    void on_spinBox_auto_clr_threshold_valueChanged(int arg1);
+    void on_spinBox_frame_interval_valueChanged(int arg1);
+    void on_plainTextEdit_send_textChanged();
+    void on_tableWidget_strings_cellClicked(int row, int column);
+    void on_action_load_triggered();
+    void on_action_store_triggered();
+    void on_action_store_as_triggered();
+    void on_checkBox_loop_stateChanged(int arg1);
+    void on_action_about_triggered();
+
+private:
+    // Counts the message boxes that are open; a tick of send_timer under a box does nothing.
+    class BoxScope
+    {
+    public:
+        explicit BoxScope(MainWindow& window)
+            : window(window)
+        {
+            ++window.open_boxes;
+        }
+        ~BoxScope() { --window.open_boxes; }
+        BoxScope(const BoxScope&) = delete;
+        BoxScope& operator=(const BoxScope&) = delete;
+
+    private:
+        MainWindow& window;
+    };
+
+    void status_bar_fill();
+    void title_update();
+    void warning_box(const QString& title, const QString& text);
+    void rx_count_show(int n);
+    void tx_count_show(int n);
+    void send_count_show(int n);
+
+    void language_load(QString language);
+
+    void config_load();
+    void config_store();
+    void options_load(QSettings& settings);
+    void options_store(QSettings& settings);
+    void strings_load(QSettings& settings);
+    bool strings_changed(QSettings& settings) const;
+    void strings_store(QSettings& settings);
+
+    void port_open();
+    void port_close();
+    void session_begin(const QString& port_name, const PortSettings& settings);
+
+    void recv_process(QByteArray& chunk);
+    QString recv_prefix();
+    void recv_display(const QString& prefix, const QByteArray& data);
+    void save_write(const QString& prefix, const QByteArray& data);
+    void save_end();
+    void tx_display();
+
+    bool send_data_parse();
+    // The one write path for what the user sends and for the echo.
+    bool port_write(QByteArray& data);
+    // Its second half: writes and counts; an error ends the session.
+    bool port_put(const QByteArray& data);
+    void write_failed();
+    bool send_count_reached() const;
+    void send_timer_start(int interval_ms, void (MainWindow::*slot)());
+    void send_timer_stop();
+    // Tells the user and unchecks the box when no port is open.
+    bool timed_mode_may_start(QCheckBox* box);
+
+    void file_send_start();
+    void file_send_pump();
+    void file_send_show();
+    void file_send_end();
+
+    void row_insert(int row);
+    void row_load(int row);
+    void row_swap(int row, int other);
+    bool row_qualifies(int row) const;
+
+    QTranslator translator;
+    QString language;
+    QString cfg_file;
+    Ui_MainWindow* ui;
+    QextSerialPort* port;
+    QextSerialEnumerator* enumerator;
+    QLabel* label_port;
+    QLabel* label_rx;
+    QLabel* label_tx;
+    QLabel* label_cnt;
+    QByteArray send_data;
+    bool send_data_valid;
+    bool save2file_active;
+    QFile* save_file;
+    QTimer* send_timer;
+    QTime frame_clock;
+    int rx_bytes;
+    int tx_bytes;
+    int send_count;
+    int frame_interval; // ms
+    int turn_cursor;
+    bool tx_line_done;
+    bool frame_mode;
+    bool display_time;
+    bool display_tx;
+    bool display_paused;
+    bool hex_display;
+    bool hex_mode_send;
+    bool loop;
+
+    int open_boxes = 0;
+    bool session_failing = false; // the box about a failed write is open, the close comes after it
+    std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:
+    QProgressBar* file_progress = nullptr; // in the status bar
+    qint64 file_shown_ms = 0;              // when the progress was last shown
+};

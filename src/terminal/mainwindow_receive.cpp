@@ -1,0 +1,237 @@
+#include "mainwindow.h"
+
+#include "ui_mainwindow.h"
+#include "wallclock.h"
+
+#include <QFileDialog>
+#include <QTextCursor>
+#include <cstring>
+
+static QString time_stamp(const QTime& time)
+{
+    return time.toString("[hh:mm:ss.zzz] ");
+}
+
+// What counts as text: everything in front of the first zero byte.
+static QString text_of(const QByteArray& data)
+{
+    return QString::fromLocal8Bit(data.constData(),
+                                  int(qstrnlen(data.constData(), uint(data.size()))));
+}
+
+// Two digits and a blank for each byte, the last one too.
+static QByteArray hex_dump(const QByteArray& data)
+{
+    static const char DIGITS[] = "0123456789ABCDEF";
+    QByteArray text(data.size() * 3, Qt::Uninitialized);
+    char* out = text.data();
+    for (const char c : data) {
+        const auto byte = uchar(c);
+        *out++ = DIGITS[byte >> 4];
+        *out++ = DIGITS[byte & 0x0F];
+        *out++ = ' ';
+    }
+    return text;
+}
+
+void MainWindow::port_read()
+{
+    const qint64 n = port->bytesAvailable();
+    QByteArray chunk(int(n), '\0');
+    port->read(chunk.data(), n);
+    if (!display_paused || save2file_active)
+        recv_process(chunk);
+    if (loop)
+        port_write(chunk);
+    rx_bytes += int(n);
+    rx_count_show(rx_bytes);
+}
+
+void MainWindow::recv_process(QByteArray& chunk)
+{
+    const QString prefix = recv_prefix();
+    tx_line_done = false;
+    const QByteArray& data = hex_display ? hex_dump(chunk) : chunk;
+    if (!display_paused)
+        recv_display(prefix, data);
+    if (save2file_active)
+        save_write(prefix, data);
+}
+
+QString MainWindow::recv_prefix()
+{
+    QString prefix;
+    if (!frame_mode && !display_time)
+        return prefix;
+    const QTime now = wall_time();
+    const int gap = wall_time_elapsed(frame_clock, now);
+    frame_clock = now;
+    if (gap <= frame_interval)
+        return prefix;
+    if (frame_mode && rx_bytes >= 1 && !tx_line_done)
+        prefix = "\n";
+    if (display_time)
+        prefix += time_stamp(frame_clock);
+    return prefix;
+}
+
+void MainWindow::recv_display(const QString& prefix, const QByteArray& data)
+{
+    ui->plainTextEdit_recv->append_chunk(prefix, text_of(data));
+}
+
+void MainWindow::save_write(const QString& prefix, const QByteArray& data)
+{
+    if (!prefix.isEmpty())
+        save_file->write(prefix.toLatin1());
+    save_file->write(data);
+}
+
+void MainWindow::tx_display()
+{
+    QPlainTextEdit* const area = ui->plainTextEdit_recv;
+    QTextCursor cursor = area->textCursor();
+    QTextCharFormat format = area->currentCharFormat();
+    const QBrush foreground = format.foreground();
+
+    format.setForeground(QBrush(Qt::blue));
+    cursor.movePosition(QTextCursor::End);
+    cursor.setCharFormat(format);
+    area->setTextCursor(cursor);
+    if (!tx_line_done && rx_bytes > 0)
+        area->insertPlainText("\n");
+    if (display_time)
+        area->insertPlainText(time_stamp(wall_time()));
+    const QByteArray typed = ui->plainTextEdit_send->toPlainText().toLatin1();
+    area->insertPlainText(QString::fromLatin1(typed.constData()));
+
+    format.setForeground(foreground);
+    area->setCurrentCharFormat(format);
+    area->insertPlainText("\n");
+    tx_line_done = true;
+}
+
+void MainWindow::on_checkBox_hex_display_stateChanged(int state)
+{
+    hex_display = state == Qt::Checked;
+}
+
+void MainWindow::on_checkBox_frame_mode_stateChanged(int state)
+{
+    frame_mode = state == Qt::Checked;
+}
+
+void MainWindow::on_checkBox_display_time_stateChanged(int arg1)
+{
+    display_time = arg1 == Qt::Checked;
+}
+
+void MainWindow::on_checkBox_display_tx_stateChanged(int arg1)
+{
+    display_tx = arg1 == Qt::Checked;
+}
+
+void MainWindow::on_spinBox_frame_interval_valueChanged(int arg1)
+{
+    frame_interval = arg1;
+}
+
+void MainWindow::on_checkBox_window_auto_clr_stateChanged(int arg1)
+{
+    QTextDocument* const document = ui->plainTextEdit_recv->document();
+    if (arg1 == Qt::Unchecked)
+        document->setMaximumBlockCount(0);
+    else if (arg1 == Qt::Checked)
+        document->setMaximumBlockCount(ui->spinBox_auto_clr_threshold->value());
+}
+
+void MainWindow::on_spinBox_auto_clr_threshold_valueChanged(int arg1)
+{
+    if (ui->checkBox_window_auto_clr->isChecked())
+        ui->plainTextEdit_recv->document()->setMaximumBlockCount(arg1);
+}
+
+void MainWindow::on_pushButton_dsiplay_pause_clicked()
+{
+    display_paused = !display_paused;
+    ui->pushButton_dsiplay_pause->setText(display_paused ? tr("&resume") : tr("&pause"));
+}
+
+void MainWindow::on_pushButton_recv_clr_clicked()
+{
+    rx_bytes = 0;
+    tx_bytes = 0;
+    rx_count_show(0);
+    tx_count_show(0);
+}
+
+void MainWindow::on_checkBox_loop_stateChanged(int arg1)
+{
+    if (arg1 == Qt::Checked) {
+        ui->checkBox_send_in_turn->setChecked(false);
+        ui->checkBox_send_in_turn->setEnabled(false);
+        ui->checkBox_auto_send->setChecked(false);
+        ui->checkBox_auto_send->setEnabled(false);
+        loop = true;
+    } else {
+        loop = false;
+        ui->checkBox_send_in_turn->setEnabled(true);
+        ui->checkBox_auto_send->setEnabled(true);
+    }
+}
+
+void MainWindow::on_pushButton_save2file_browse_clicked()
+{
+    const QString path = QFileDialog::getSaveFileName(
+        this, tr("Chose file to save"), ui->lineEdit_save2file_path->text(), "Any file (*.*)");
+    if (!path.isEmpty())
+        ui->lineEdit_save2file_path->setText(path);
+}
+
+void MainWindow::on_checkBox_save2file_clicked(bool checked)
+{
+    if (!checked) {
+        save_end();
+        return;
+    }
+    const QString path = ui->lineEdit_save2file_path->text();
+    if (path.isEmpty()) {
+        ui->checkBox_save2file->setChecked(false);
+        warning_box(tr("save to file"), tr("please select a file to save"));
+        return;
+    }
+    save_file = new QFile(path);
+    if (save_file->open(QIODevice::WriteOnly | QIODevice::Append)) {
+        save2file_active = true;
+        return;
+    }
+    delete save_file;
+    save_file = nullptr;
+    ui->checkBox_save2file->setChecked(false);
+    warning_box(tr("save to file"), tr("open file failed"));
+}
+
+void MainWindow::save_end()
+{
+    save2file_active = false;
+    if (!save_file)
+        return;
+    save_file->close();
+    delete save_file;
+    save_file = nullptr;
+}
+
+void MainWindow::on_pushButton_window_save_clicked()
+{
+    const QString path = QFileDialog::getSaveFileName(this, tr("Chose file to save"), QString(),
+                                                      tr("Text file (*.txt)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        warning_box(tr("save window"), tr("open file failed"));
+        return;
+    }
+    file.write(ui->plainTextEdit_recv->toPlainText().toLatin1());
+    file.close();
+}

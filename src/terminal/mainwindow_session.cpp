@@ -1,0 +1,112 @@
+#include "mainwindow.h"
+
+#include "filesend.h"
+#include "qlinkcfgdlg.h"
+#include "qserialcfgwidget.h"
+#include "ui_mainwindow.h"
+
+#include <QMessageBox>
+#include <memory>
+
+void MainWindow::on_pushButton_open_clicked()
+{
+    if (!port || !port->isOpen())
+        port_open();
+    else
+        port_close();
+}
+
+void MainWindow::port_open()
+{
+    auto dialog = std::make_unique<QLinkCfgDlg>(this, cfg_file);
+    if (dialog->exec() != QDialog::Accepted)
+        return;
+    const QSerialCfgWidget* const page = dialog->serial_widget();
+    if (!page->port_exists()) {
+        msgbox(tr("No serial port exist in system"));
+        return;
+    }
+    PortSettings settings;
+    page->port_settings_get(&settings);
+    const QString port_name = page->port_name();
+
+    port = new QextSerialPort(port_name, settings, QextSerialPort::EventDriven);
+    if (!port->open(QIODevice::ReadWrite)) {
+        msgbox(tr("Open %1 failed").arg(port_name));
+        delete port;
+        port = nullptr;
+        return;
+    }
+    connect(port, &QIODevice::readyRead, this, &MainWindow::port_read);
+    enumerator = new QextSerialEnumerator(this);
+    enumerator->setUpNotifications();
+    connect(enumerator, &QextSerialEnumerator::deviceRemoved, this, &MainWindow::port_removed);
+    dialog.reset(); // stores the settings
+    session_begin(port_name, settings);
+}
+
+static QString port_description(const QString& port_name, const PortSettings& settings)
+{
+    static const char* const PARITY_LETTERS[] = {"N", "O", "E", "M", "S"};
+    static const char* const STOP_BITS_TEXTS[] = {"1", "1.5", "2"};
+    const QString format = "%1,%2,%3,%4,%5";
+    return format.arg(port_name, QString::number(settings.BaudRate),
+                      QString::number(settings.DataBits),
+                      PARITY_LETTERS[qBound(0, int(settings.Parity), 4)],
+                      STOP_BITS_TEXTS[qBound(0, int(settings.StopBits), 2)]);
+}
+
+void MainWindow::session_begin(const QString& port_name, const PortSettings& settings)
+{
+    label_port->setText(port_description(port_name, settings));
+    ui->checkBox_auto_send->setEnabled(true);
+    ui->checkBox_send_in_turn->setEnabled(true);
+    ui->checkBox_send_file->setEnabled(true);
+    ui->pushButton_send->setEnabled(true);
+    ui->checkBox_loop->setEnabled(true);
+    ui->pushButton_open->setText(tr("&close"));
+}
+
+// An object that may be in the middle of a signal reads as gone at once and goes when the signal is
+// over. As a child of the window it goes with it at the latest, should no event loop come any more.
+template <typename Object> static void retire(Object*& object, QObject* window)
+{
+    object->disconnect();
+    object->setParent(window);
+    object->deleteLater();
+    object = nullptr;
+}
+
+void MainWindow::port_close()
+{
+    if (send_timer->isActive())
+        send_timer_stop();
+    if (!port)
+        return;
+    file_send_end();
+    port->close();
+    retire(port, this);
+    retire(enumerator, this);
+
+    ui->checkBox_send_file->setChecked(false);
+    ui->checkBox_send_file->setEnabled(false);
+    ui->checkBox_send_in_turn->setChecked(false);
+    ui->checkBox_send_in_turn->setEnabled(false);
+    ui->checkBox_auto_send->setChecked(false);
+    ui->checkBox_auto_send->setEnabled(false);
+    ui->pushButton_send->setEnabled(false);
+    ui->checkBox_loop->setEnabled(false);
+    ui->pushButton_open->setText(tr("&open"));
+}
+
+void MainWindow::port_removed(QextPortInfo info)
+{
+    if (!port || !port->isOpen() || info.portName != port->portName())
+        return;
+    // A write to the port that goes may have failed first: that box is open, and one is enough.
+    if (session_failing)
+        return;
+    on_pushButton_open_clicked();
+    const BoxScope scope(*this);
+    QMessageBox::information(this, QString(), tr("%1 removed").arg(info.portName), QMessageBox::Ok);
+}

@@ -1,0 +1,119 @@
+#include "portsettings.h"
+#include "pty.h"
+#include "qextserialenumerator.h"
+#include "sandbox.h"
+#include "wait.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList virtual_ports()
+{
+    QStringList names;
+    for (const QextPortInfo& port : QextSerialEnumerator::getPorts())
+        if (port.enumName == "virtual")
+            names += port.portName;
+    return names;
+}
+
+QStringList names_in(const QSignalSpy& spy)
+{
+    QStringList names;
+    for (const auto& call : spy)
+        names += call.at(0).value<QextPortInfo>().portName;
+    return names;
+}
+
+} // namespace
+
+TEST(Enumerator, SortsComPortsByTheirNumber)
+{
+    QStringList names = {"COM10", "ZZ", "COM2", "/dev/ttyS1", "COM1"};
+    std::sort(names.begin(), names.end(), port_name_less);
+    EXPECT_EQ(names, QStringList({"/dev/ttyS1", "COM1", "COM2", "COM10", "ZZ"}));
+}
+
+TEST(Enumerator, ListsLinksToDevicesOnly)
+{
+    Sandbox sandbox;
+    Pty a, b;
+    const QString second = b.link_into(sandbox.ports_folder(), "second");
+    const QString first = a.link_into(sandbox.ports_folder(), "first");
+    QFile::link("/nowhere", sandbox.ports_folder() + "/dangling");
+    QFile plain(sandbox.ports_folder() + "/plain");
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    EXPECT_EQ(virtual_ports(), QStringList({first, second}));
+}
+
+TEST(Enumerator, TrustsNoFolderThatOthersCanWriteTo)
+{
+    Sandbox sandbox;
+    Pty pty;
+    pty.link_into(sandbox.ports_folder(), "port");
+    const auto mine = QFile::permissions(sandbox.ports_folder());
+    QFile::setPermissions(sandbox.ports_folder(), mine | QFile::WriteOther);
+    EXPECT_TRUE(virtual_ports().isEmpty());
+    QFile::setPermissions(sandbox.ports_folder(), mine);
+    EXPECT_EQ(virtual_ports().size(), 1);
+}
+
+TEST(Enumerator, TellsOfPortsThatComeAndGo)
+{
+    Sandbox sandbox;
+    QDir(sandbox.ports_folder()).removeRecursively();
+    QextSerialEnumerator enumerator;
+    QSignalSpy came(&enumerator, &QextSerialEnumerator::deviceDiscovered);
+    QSignalSpy went(&enumerator, &QextSerialEnumerator::deviceRemoved);
+    enumerator.setUpNotifications();
+
+    Pty a, b;
+    const QString first = a.link_into(sandbox.ports_folder(), "first");
+    EXPECT_TRUE(wait_until([&] { return names_in(came) == QStringList(first); }));
+    const QString second = b.link_into(sandbox.ports_folder(), "second");
+    EXPECT_TRUE(wait_until([&] { return names_in(came) == QStringList({first, second}); }));
+    a.unlink();
+    EXPECT_TRUE(wait_until([&] { return names_in(went) == QStringList(first); }));
+}
+
+TEST(Enumerator, TellsOnceThatAnOpenPortHasLostItsDevice)
+{
+    for (const auto mode : {QextSerialPort::EventDriven, QextSerialPort::Polling}) {
+        Sandbox sandbox;
+        Pty pty;
+        const QString name = pty.link_into(sandbox.ports_folder(), "port");
+        QextSerialPort port(name, plain_settings(), mode);
+        ASSERT_TRUE(port.open(QIODevice::ReadWrite));
+        QextSerialEnumerator enumerator;
+        QSignalSpy went(&enumerator, &QextSerialEnumerator::deviceRemoved);
+        enumerator.setUpNotifications();
+        pty.hang_up();
+        EXPECT_TRUE(wait_until([&] { return went.count() > 0; }));
+        pty.unlink();
+        QTest::qWait(100);
+        EXPECT_EQ(names_in(went), QStringList(name));
+    }
+}
+
+TEST(Enumerator, MayBeDeletedInsideItsOwnSignal)
+{
+    Sandbox sandbox;
+    Pty a, b;
+    a.link_into(sandbox.ports_folder(), "a");
+    b.link_into(sandbox.ports_folder(), "b");
+    auto* enumerator = new QextSerialEnumerator;
+    int reports = 0;
+    QObject::connect(enumerator, &QextSerialEnumerator::deviceRemoved, [&] {
+        ++reports;
+        delete enumerator;
+    });
+    enumerator->setUpNotifications();
+    a.unlink();
+    b.unlink();
+    EXPECT_TRUE(wait_until([&] { return reports > 0; }));
+    EXPECT_EQ(reports, 1);
+}

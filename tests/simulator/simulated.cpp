@@ -1,0 +1,67 @@
+#include "simulated.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <random>
+#include <sys/socket.h>
+
+Wire::Wire(const QString& port)
+{
+    if (port.startsWith('/')) {
+        fd =
+            ::open(QFile::encodeName(port).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        return;
+    }
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port.section(':', 1).toUShort());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
+        ::fcntl(fd, F_SETFL, O_NONBLOCK);
+}
+
+int Wire::write_some(const QByteArray& bytes)
+{
+    const ssize_t count = ::write(fd, bytes.constData(), size_t(bytes.size()));
+    return count > 0 ? int(count) : 0;
+}
+
+QByteArray Wire::read_some(int most)
+{
+    QByteArray bytes(most, Qt::Uninitialized);
+    const ssize_t count = ::read(fd, bytes.data(), size_t(most));
+    bytes.truncate(count > 0 ? int(count) : 0);
+    return bytes;
+}
+
+QByteArray Wire::read(int count, int quiet_ms)
+{
+    QByteArray bytes;
+    while (bytes.size() < count) {
+        pollfd ready = {fd, POLLIN, 0};
+        if (::poll(&ready, 1, quiet_ms) <= 0)
+            break;
+        const QByteArray more = read_some(count - int(bytes.size()));
+        if (more.isEmpty())
+            break;
+        bytes += more;
+    }
+    return bytes;
+}
+
+QByteArray Wire::exchange(const QByteArray& request, int answer_size, int quiet_ms)
+{
+    write_some(request);
+    return read(answer_size, quiet_ms);
+}
+
+QByteArray random_bytes(int count, quint64 seed)
+{
+    std::mt19937_64 random(seed);
+    QByteArray bytes(count, Qt::Uninitialized);
+    for (char& byte : bytes)
+        byte = char(random() & 0xFF);
+    return bytes;
+}

@@ -1,0 +1,69 @@
+// A simulator as a child process, and a program's side of its port.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <sandbox.h>
+#include <unistd.h>
+#include <wait.h>
+
+// Starts the simulator and waits for the path of its port, its first line of output.
+class Simulated
+{
+public:
+    explicit Simulated(const QStringList& arguments)
+    {
+        process.start(TARNWICK_SIM, arguments);
+        process.waitForStarted();
+        wait_until(
+            [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
+        address = QString::fromLocal8Bit(process.readLine()).trimmed();
+    }
+    ~Simulated()
+    {
+        process.kill();
+        process.waitForFinished();
+    }
+
+    // Ends it by SIGTERM; gives its exit code, or -1 when it did not end by itself.
+    int end()
+    {
+        process.terminate();
+        return wait_for_exit();
+    }
+    int wait_for_exit()
+    {
+        process.waitForFinished(PATIENCE_MS);
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+
+    QProcess process;
+    QString address;
+};
+
+// An open port or socket as a plain descriptor, so that nothing stands between test and simulator.
+class Wire
+{
+public:
+    explicit Wire(const QString& port); // a path, or 127.0.0.1:port
+    ~Wire() { ::close(fd); }
+    Wire(const Wire&) = delete;
+    Wire& operator=(const Wire&) = delete;
+
+    bool is_open() const { return fd >= 0; }
+    // Writes as much as the other side takes now; gives the count.
+    int write_some(const QByteArray& bytes);
+    QByteArray read_some(int most = 65536);
+    // Reads until `count` bytes have come, or nothing has for `quiet_ms`.
+    QByteArray read(int count, int quiet_ms = PATIENCE_MS);
+    // Sends a request and reads the answer.
+    QByteArray exchange(const QByteArray& request, int answer_size, int quiet_ms = PATIENCE_MS);
+
+    int fd = -1;
+};
+
+// Bytes of all values that differ with the seed.
+QByteArray random_bytes(int count, quint64 seed);

@@ -1,0 +1,56 @@
+// How much room each character of a long text takes in a grid of equal cells.
+#pragma once
+
+#include <QChar>
+#include <deque>
+#include <memory>
+
+enum class Cell : quint8 {
+    narrow, ///< one cell
+    blank,  ///< one cell; a row may end behind it
+    wide,   ///< two cells; a row may end on either side
+    tab,    ///< up to the next tab stop; a row may end behind it
+    joined, ///< none: a combining mark, or the second half of a surrogate pair
+    newline ///< none, and the row ends behind it: U+2028
+};
+
+/// The cells of a text to which characters are added at the end and from which they are dropped at
+/// either end. Positions count all characters ever added, so they stay valid when the front is
+/// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
+/// byte more.
+class CellText
+{
+public:
+    qint64 begin() const { return first; }
+    qint64 end() const { return past_last; }
+
+    void append(const QChar* text, int count);
+    void drop_before(qint64 position);
+    void drop_from(qint64 position);
+
+    Cell at(qint64 position) const;
+    bool is_blank(qint64 position) const;
+    /// Whether nothing but narrow characters and blanks stands in [from, to).
+    bool is_plain(qint64 from, qint64 to) const;
+    /// The last blank in [from, to), or -1. Only for plain ranges.
+    qint64 last_blank(qint64 from, qint64 to) const;
+
+private:
+    static constexpr int PAGE = 4096;
+    struct Page
+    {
+        quint64 blanks[PAGE / 64] = {};
+        std::unique_ptr<Cell[]> cells; ///< only where the page isn't plain
+    };
+
+    const Page& page_of(qint64 position) const;
+    void append_to_page(Page& page, int offset, const QChar* text, int count);
+
+    std::deque<Page> pages;
+    qint64 first_page = 0; ///< number of the page at the front of `pages`
+    qint64 first = 0;
+    qint64 past_last = 0;
+};
+
+/// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
+Cell cell_of(const QChar* text, int index, int count);

@@ -1,0 +1,215 @@
+#include "rowtable.h"
+
+#include <algorithm>
+
+namespace {
+
+// Combining marks take no cell, so a row could go on for ever; one that has this many characters
+// for each column ends.
+constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
+
+bool may_end_behind(Cell cell)
+{
+    return cell == Cell::blank || cell == Cell::tab || cell == Cell::wide;
+}
+
+qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int columns)
+{
+    const qint64 most = start + qint64(columns) * MOST_CHARACTERS_PER_COLUMN;
+    qint64 word = start;
+    int column = 0;
+    bool full = false;
+    Cell before = Cell::narrow;
+    for (qint64 at = start; at < end; ++at) {
+        const Cell cell = cells.at(at);
+        if (at >= most)
+            return at;
+        if (cell == Cell::newline)
+            return at + 1;
+        if (cell == Cell::joined)
+            continue;
+        if (full)
+            return at;
+        if (may_end_behind(before) || cell == Cell::wide)
+            word = at;
+        const int next = column_after(cell, column, columns);
+        if (cell == Cell::blank || cell == Cell::tab)
+            full = column >= columns; // it stands past the edge, and what follows begins a row
+        else if (next > columns && at > start)
+            return word > start ? word : at;
+        column = next;
+        before = cell;
+    }
+    return end;
+}
+
+bool is_paragraph_end(QChar c)
+{
+    // The last two are the marks by which a QTextDocument delimits frames.
+    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::ParagraphSeparator ||
+           c == QChar(0xFDD0) || c == QChar(0xFDD1);
+}
+
+} // namespace
+
+int column_after(Cell cell, int column, int columns)
+{
+    switch (cell) {
+    case Cell::narrow:
+    case Cell::blank:
+        return column + 1;
+    case Cell::wide:
+        return column + 2;
+    case Cell::tab:
+        return std::max(column,
+                        std::min(columns, (column / RowTable::TAB_STOP + 1) * RowTable::TAB_STOP));
+    case Cell::joined:
+    case Cell::newline:
+        break;
+    }
+    return column;
+}
+
+qint64 row_break(const CellText& cells, qint64 start, qint64 end, int columns)
+{
+    const qint64 edge = start + columns;
+    if (!cells.is_plain(start, std::min(end, edge + 1)))
+        return uneven_row_break(cells, start, end, columns);
+    if (edge >= end)
+        return end;
+    if (cells.is_blank(edge))
+        return edge + 1;
+    const qint64 blank = cells.last_blank(start, edge);
+    return blank < 0 ? edge : blank + 1;
+}
+
+RowTable::RowTable(int columns)
+    : rows{Row(0, true)}
+    , width(columns)
+{
+}
+
+void RowTable::append(const QString& text)
+{
+    const QChar* const end = text.constData() + text.size();
+    for (const QChar* piece = text.constData(); piece != end;) {
+        const QChar* const stop = std::find_if(piece, end, is_paragraph_end);
+        append_piece(piece, static_cast<int>(stop - piece));
+        if (stop == end)
+            return;
+        append_paragraph_end();
+        const bool pair =
+            *stop == QLatin1Char('\r') && stop + 1 != end && stop[1] == QLatin1Char('\n');
+        piece = stop + (pair ? 2 : 1);
+    }
+}
+
+void RowTable::append_piece(const QChar* text, int count)
+{
+    cells.append(text, count);
+    wrap_last_row();
+}
+
+void RowTable::append_paragraph_end()
+{
+    const QChar separator = QChar::LineFeed;
+    cells.append(&separator, 1);
+    rows.emplace_back(cells.end(), true);
+}
+
+void RowTable::drop_front(int count)
+{
+    const qint64 begin = cells.begin() + count;
+    cells.drop_before(begin);
+    const auto kept =
+        std::lower_bound(rows.begin() + static_cast<std::ptrdiff_t>(front), rows.end(), begin,
+                         [](const Row& row, qint64 at) { return row.start() < at; });
+    front = static_cast<size_t>(kept - rows.begin());
+    if (front > rows.size() / 2) {
+        rows.erase(rows.begin(), kept);
+        front = 0;
+    }
+    const bool whole =
+        front < rows.size() && rows[front].start() == begin && rows[front].opens_paragraph();
+    if (whole)
+        return;
+    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(front), Row(begin, true));
+    wrap_all();
+}
+
+void RowTable::drop_from(int position)
+{
+    int row = row_of(position);
+    cells.drop_from(cells.begin() + position);
+    // What stood behind the position may have decided where the row in front of it ends.
+    if (row > 0 && !rows[front + static_cast<size_t>(row)].opens_paragraph())
+        --row;
+    rows.resize(front + static_cast<size_t>(row) + 1, Row(0, true));
+    wrap_last_row();
+}
+
+void RowTable::set_columns(int columns)
+{
+    if (columns == width)
+        return;
+    width = columns;
+    wrap_all();
+}
+
+void RowTable::wrap_last_row()
+{
+    const qint64 end = cells.end();
+    for (qint64 next = row_break(cells, rows.back().start(), end, width); next < end;
+         next = row_break(cells, next, end, width))
+        rows.emplace_back(next, false);
+}
+
+void RowTable::wrap_all()
+{
+    std::vector<Row> old;
+    old.swap(rows);
+    rows.reserve(old.size() - front);
+    for (size_t i = front; i < old.size();) {
+        rows.push_back(old[i]);
+        size_t next = i + 1;
+        while (next < old.size() && !old[next].opens_paragraph())
+            ++next;
+        const qint64 end = next < old.size() ? old[next].start() - 1 : cells.end();
+        for (qint64 at = row_break(cells, old[i].start(), end, width); at < end;
+             at = row_break(cells, at, end, width))
+            rows.emplace_back(at, false);
+        i = next;
+    }
+    front = 0;
+}
+
+int RowTable::row_start(int row) const
+{
+    return static_cast<int>(rows[front + static_cast<size_t>(row)].start() - cells.begin());
+}
+
+int RowTable::row_end(int row) const
+{
+    const size_t next = front + static_cast<size_t>(row) + 1;
+    if (next == rows.size())
+        return length();
+    const qint64 separator = rows[next].opens_paragraph() ? 1 : 0;
+    return static_cast<int>(rows[next].start() - cells.begin() - separator);
+}
+
+int RowTable::row_of(int position) const
+{
+    const qint64 wanted = cells.begin() + position;
+    const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(front);
+    const auto behind = std::upper_bound(
+        begin, rows.end(), wanted, [](qint64 at, const Row& row) { return at < row.start(); });
+    return static_cast<int>(behind - begin) - 1;
+}
+
+int RowTable::column_of(int row, int position) const
+{
+    int column = 0;
+    for (int at = row_start(row); at < position; ++at)
+        column = column_after(cell(at), column, width);
+    return column;
+}

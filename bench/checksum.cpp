@@ -184,6 +184,7 @@ int main(int argc, char** argv)
         "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=false"};
     arguments.insert(arguments.end(), argv + 1, argv + argc);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size());
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     int count = static_cast<int>(pointers.size());

@@ -29,8 +29,8 @@ int hex_to_bytes(const char* text, int textlen, void* out, int outsize)
         return 0;
 
     auto* bytes = static_cast<unsigned char*>(out);
-    for (int n = 0; n < nbytes; ++n) {
-        const char pair[] = {text[2 * n], text[2 * n + 1], '\0'};
+    for (int n = 0; n < nbytes; ++n, text += 2) {
+        const char pair[] = {text[0], text[1], '\0'};
         bytes[n] = static_cast<unsigned char>(std::strtoul(pair, nullptr, 16));
     }
     return nbytes;

@@ -9,6 +9,8 @@
 // How often the progress moves; more would only cost time that the data needs.
 static constexpr int PROGRESS_INTERVAL_MS = 100;
 static constexpr int RESULT_SHOWN_MS = 8000;
+// In the status bar: behind the web address, in front of the port and the counters.
+static constexpr int PROGRESS_INDEX = 1;
 
 void MainWindow::on_checkBox_send_file_stateChanged(int arg1)
 {
@@ -46,7 +48,7 @@ void MainWindow::file_send_start()
     file_send = std::move(fresh);
     file_progress = new QProgressBar;
     file_progress->setRange(0, 1000);
-    ui->statusBar->insertPermanentWidget(0, file_progress);
+    ui->statusBar->insertPermanentWidget(PROGRESS_INDEX, file_progress);
     file_send_show();
     connect(port, &QIODevice::bytesWritten, this, &MainWindow::file_send_pump);
     if (display_tx && !display_paused && !loop)

@@ -1,6 +1,8 @@
 // Waiting for a condition with the event loop running, so that no test depends on a machine's speed.
 #pragma once
 
+#include "print.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>

@@ -91,8 +91,9 @@ TEST_F(Form, HasEachWidgetInItsCell)
             << cell.name;
         const char* const text_property =
             widget->inherits("QPlainTextEdit") ? "placeholderText" : "text";
-        if (cell.text)
+        if (cell.text) {
             EXPECT_EQ(widget->property(text_property).toString(), cell.text) << cell.name;
+        }
         EXPECT_EQ(widget->isEnabled(), cell.enabled) << cell.name;
     }
     for (const Range& range : RANGES) {

@@ -185,8 +185,9 @@ TEST_P(Removal, EndsTheSessionWithOneMessage)
     const double cpu_then = cpu_seconds();
     QTest::qWait(300);
     EXPECT_LT(cpu_seconds() - cpu_then, 0.15);
-    if (work != Work::IN_TURN) // its first tick may have come first, and found no string
+    if (work != Work::IN_TURN) { // its first tick may have come first, and found no string
         EXPECT_EQ(answers.boxes, QStringList("|" + port_name + " removed"));
+    }
     EXPECT_FALSE(enabled("pushButton_send"));
     EXPECT_FALSE(find<QCheckBox>("checkBox_send_file")->isChecked());
 

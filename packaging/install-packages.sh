@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building (build) or testing (test) needs and that are missing.
+set -eu
+build="g++ cmake ninja-build qtbase5-dev libqt5serialport5-dev qttools5-dev qttools5-dev-tools"
+window="xvfb xauth fonts-dejavu-core fonts-noto-cjk qttranslations5-l10n"
+test="libgtest-dev libgmock-dev libbenchmark-dev socat ser2net libmodbus-dev libssl-dev zlib1g-dev pkg-config"
+packages="$build $window"
+[ "${1:-build}" = test ] && packages="$packages $test"
+
+missing=""
+for package in $packages; do
+  status=$(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null || true)
+  [ "$status" = "ii " ] || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+if [ "$(id -u)" != 0 ]; then
+  echo "These Debian packages are missing; install them with:" >&2
+  echo "  sudo apt-get install -y$missing" >&2
+  exit 1
+fi
+echo "Installing Debian packages:$missing"
+apt-get update -qq
+DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null

@@ -35,8 +35,8 @@ void Answers::answer()
             return;
         }
         chooser->findChild<QLineEdit*>("fileNameEdit")->setText(file);
-        // Queued, as accepting may ask before it overwrites, and a timer doesn't fire inside its own
-        // slot to answer that.
+        // Queued, as accepting may ask before it overwrites, and a timer doesn't fire inside its
+        // own slot to answer that.
         QMetaObject::invokeMethod(chooser, "accept", Qt::QueuedConnection);
     } else if (auto* const link = qobject_cast<QLinkCfgDlg*>(dialog)) {
         if (!link_dialog || link_dialog(*link))

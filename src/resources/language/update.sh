@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Brings the catalogues' sources up to date with the texts in the code. A new text of the window or its
+# dialogs then wants a Chinese translation, or a comment there that says why it stays in English.
+set -eu
+cd "$(dirname "$0")/../.."
+lupdate=$(command -v lupdate || echo /usr/lib/qt5/bin/lupdate)
+"$lupdate" -silent -locations none -no-obsolete -extensions h,cpp,ui \
+  terminal linkcfg checksum $(ls links/qlinkserial.* 2>/dev/null) -ts resources/language/tarnwick_zh_CN.ts
+"$lupdate" -silent -locations none -no-obsolete -extensions h,cpp,ui \
+  terminal linkcfg checksum serialport links framers tools -ts resources/language/tarnwick_en_US.ts
+# The toolkit refuses a catalogue without a translation, so the English one repeats the sources.
+perl -0pi -e 's{<source>([^<]*)</source>(\s*)<translation type="unfinished"></translation>}{<source>$1</source>$2<translation>$1</translation>}g' \
+  resources/language/tarnwick_en_US.ts

@@ -81,7 +81,7 @@ void run_checksum(Invocation& invocation)
 QList<Command> checksum_commands()
 {
     QList<QCommandLineOption> options = payload_options();
-    options.append({"only", "Show this value alone, such as crc16.", "name"});
+    options.append(QCommandLineOption("only", "Show this value alone, such as crc16.", "name"));
     return {{"checksum", "[FILE]", "Work out check values of a file or of bytes.",
              "Works out the check values that devices and frames use, of a file, of standard input "
              "(no file, or -), or of bytes given as --hex or --text.\n\n"

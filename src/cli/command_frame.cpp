@@ -78,11 +78,12 @@ void run_exchange(Invocation& invocation)
 QList<Command> frame_commands()
 {
     QList<QCommandLineOption> exchange_options = payload_options();
-    exchange_options.append({"read",
-                             "Longest payload expected. A read ends when so much has come, "
-                             "or after --timeout.",
-                             "bytes", "256"});
-    exchange_options.append({"raw", "Print the answer's bytes as they are."});
+    exchange_options.append(
+        QCommandLineOption("read",
+                           "Longest payload expected. A read ends when so much has come, "
+                           "or after --timeout.",
+                           "bytes", "256"));
+    exchange_options.append(QCommandLineOption("raw", "Print the answer's bytes as they are."));
     return {
         {"frame send", "[FILE]", "Send bytes as one frame.",
          "Sends bytes through the framers as one frame and awaits no answer.\n\n"

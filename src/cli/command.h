@@ -9,6 +9,9 @@
 
 class Invocation;
 
+// What a command talks to, and with it which options it takes.
+enum class Needs { Nothing, Link, Stack };
+
 struct Command
 {
     QString name;        // "ports", "cnet search"
@@ -16,7 +19,7 @@ struct Command
     QString summary;     // one line for the list of commands
     QString description; // what a newcomer wants to know, with examples
     QList<QCommandLineOption> options;
-    bool uses_link;
+    Needs needs;
     void (*run)(Invocation&); // throws Failure
 };
 
@@ -33,8 +36,8 @@ QList<Command> all_commands();
 class Invocation
 {
 public:
-    Invocation(const QCommandLineParser& parser, QStringList arguments, Console& console,
-               Interrupts& interrupts);
+    Invocation(const Command& command, const QCommandLineParser& parser, QStringList arguments,
+               Console& console, Interrupts& interrupts);
 
     // What doesn't fit throws a Failure of usage.
     int argument_count() const { return int(arguments.size()); }
@@ -42,14 +45,17 @@ public:
     QStringList arguments_from(int index) const { return arguments.mid(index); }
     void expect_at_most(int count) const;
 
+    bool takes_frame() const;
     bool has(const char* option) const;
     QString text(const char* option) const;
+    QStringList texts(const char* option) const; // of an option given several times
     qint64 number(const char* option, qint64 least, qint64 most) const;
 
     Console& console;
     Interrupts& interrupts;
 
 private:
+    const Command& command;
     const QCommandLineParser& parser;
     QStringList arguments;
 };

@@ -87,5 +87,5 @@ QList<Command> checksum_commands()
              "(no file, or -), or of bytes given as --hex or --text.\n\n"
              "  tarnwickctl checksum M1_2.3.bin\n"
              "  tarnwickctl checksum --hex '01 03 00 00 00 02' --only crc16",
-             options, false, run_checksum}};
+             options, Needs::Nothing, run_checksum}};
 }

@@ -88,12 +88,12 @@ QList<Command> frame_commands()
         {"frame send", "[FILE]", "Send bytes as one frame.",
          "Sends bytes through the framers as one frame and awaits no answer.\n\n"
          "  tarnwickctl frame send --hex '01 02' --link serial:/dev/ttyUSB0,9600 --frame crc16",
-         payload_options(), true, run_send},
+         payload_options(), Needs::Stack, run_send},
         {"frame exchange", "[FILE]", "Send bytes as one frame and show the answer.",
          "Sends bytes through the framers as one frame, and prints the payload of the frame that "
          "comes back.\n\n"
          "  tarnwickctl frame exchange --hex '03 00 00 00 02' --read 5 --frame rtu:1 \\\n"
          "      --link serial:/dev/ttyUSB0,9600,8E1",
-         exchange_options, true, run_exchange},
+         exchange_options, Needs::Stack, run_exchange},
     };
 }

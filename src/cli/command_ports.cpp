@@ -45,6 +45,6 @@ QList<Command> ports_commands()
              "Lists the serial ports of this machine, those of simulated devices among them: name, "
              "description, maker, and vendor and product of USB adapters.",
              {},
-             false,
+             Needs::Nothing,
              run_ports}};
 }

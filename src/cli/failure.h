@@ -3,13 +3,15 @@
 
 #include "exitcode.h"
 
+#include <QJsonObject>
 #include <QString>
 
 struct Failure
 {
     ExitCode code;
-    QString what;   // what happened, to what
-    QString advice; // what to do next; may be empty
+    QString what;                    // what happened, to what
+    QString advice;                  // what to do next; may be empty
+    QJsonObject partial_result = {}; // what was found before
 };
 
 inline Failure usage_failure(const QString& what, const QString& advice = {})

@@ -48,8 +48,8 @@ static const char STACK_HELP[] =
 void add_options(QCommandLineParser& parser, const Command& command)
 {
     parser.addOptions(command.options);
-    if (command.uses_link)
-        parser.addOptions(stack_options());
+    if (command.needs != Needs::Nothing)
+        parser.addOptions(stack_options(command.needs));
     parser.addOption({"json", "Print the result as JSON, for scripts."});
     parser.addOption({{"h", "help"}, "Show this text."});
 }
@@ -94,7 +94,7 @@ QString command_help(const Command& command)
     QString text = parser.helpText();
     text.remove(0, text.indexOf('\n'));
     const QString arguments = command.arguments.isEmpty() ? QString() : ' ' + command.arguments;
-    const QString link = command.uses_link ? " --link LINK" : "";
+    const QString link = command.needs != Needs::Nothing ? " --link LINK" : "";
     return "Usage: tarnwickctl " + command.name + arguments + link + " [options]\n" + text;
 }
 

@@ -3,10 +3,11 @@
 #include "failure.h"
 #include "spectext.h"
 
-Invocation::Invocation(const QCommandLineParser& parser, QStringList arguments, Console& console,
-                       Interrupts& interrupts)
+Invocation::Invocation(const Command& command, const QCommandLineParser& parser,
+                       QStringList arguments, Console& console, Interrupts& interrupts)
     : console(console)
     , interrupts(interrupts)
+    , command(command)
     , parser(parser)
     , arguments(std::move(arguments))
 {
@@ -15,7 +16,8 @@ Invocation::Invocation(const QCommandLineParser& parser, QStringList arguments, 
 QString Invocation::argument(int index, const QString& name) const
 {
     if (index >= arguments.size())
-        throw usage_failure(name + " is missing", "See `tarnwickctl help` and the command's name.");
+        throw usage_failure(name + " is missing",
+                            "`tarnwickctl " + command.name + " --help` tells more.");
     return arguments[index];
 }
 
@@ -26,6 +28,11 @@ void Invocation::expect_at_most(int count) const
                             "Words with blanks in them need quotation marks.");
 }
 
+bool Invocation::takes_frame() const
+{
+    return command.needs == Needs::Stack;
+}
+
 bool Invocation::has(const char* option) const
 {
     return parser.isSet(option);
@@ -34,6 +41,11 @@ bool Invocation::has(const char* option) const
 QString Invocation::text(const char* option) const
 {
     return parser.value(option);
+}
+
+QStringList Invocation::texts(const char* option) const
+{
+    return parser.values(option);
 }
 
 qint64 Invocation::number(const char* option, qint64 least, qint64 most) const

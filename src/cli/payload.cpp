@@ -1,7 +1,7 @@
 #include "payload.h"
 
-#include "failure.h"
 #include "hexbytes.h"
+#include "usage.h"
 
 #include <QFile>
 #include <limits>
@@ -32,11 +32,7 @@ QByteArray payload_of(const Invocation& invocation, int argument)
         return invocation.text("text").toUtf8();
     if (invocation.has("hex")) {
         const QString text = invocation.text("hex");
-        const Parsed<QByteArray> bytes = parse_hex_bytes(text);
-        if (bytes.error)
-            throw usage_failure("--hex: " + bytes.error->message + '\n' +
-                                pointed_at(text, *bytes.error));
-        return bytes.value;
+        return parsed_or_usage("--hex", text, parse_hex_bytes(text));
     }
     QFile file;
     const bool named =

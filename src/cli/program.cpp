@@ -60,10 +60,12 @@ int report(const Failure& failure, Console& console)
     const ExitCodeRow* row =
         std::find_if(std::begin(EXIT_CODES), std::end(EXIT_CODES),
                      [&](const ExitCodeRow& row) { return row.code == failure.code; });
-    console.result({{"error", QJsonObject{{"exit", int(failure.code)},
-                                          {"name", row->name},
-                                          {"message", failure.what},
-                                          {"advice", failure.advice}}}});
+    QJsonObject result = failure.partial_result;
+    result["error"] = QJsonObject{{"exit", int(failure.code)},
+                                  {"name", row->name},
+                                  {"message", failure.what},
+                                  {"advice", failure.advice}};
+    console.result(result);
     return int(failure.code);
 }
 
@@ -111,7 +113,8 @@ int run_command(const Command& command, const QStringList& words, Console& conso
                                     "`tarnwickctl " + command.name + " --help` lists the options."),
                       console);
     Interrupts interrupts;
-    Invocation invocation(parser, unmarked(parser.positionalArguments()), console, interrupts);
+    Invocation invocation(command, parser, unmarked(parser.positionalArguments()), console,
+                          interrupts);
     command.run(invocation);
     console.end_progress();
     if (!console.flush())

@@ -1,36 +1,31 @@
 #include "stackoptions.h"
 
-#include "failure.h"
+#include "usage.h"
 
 static constexpr int LONGEST_TIMEOUT_MS = 600'000;
 
-QList<QCommandLineOption> stack_options()
+QList<QCommandLineOption> stack_options(Needs needs)
 {
-    return {
+    QList<QCommandLineOption> options = {
         {"link",
          "How the device is connected: serial:/dev/ttyUSB0,115200,8N1 or tcp:HOST:PORT. "
          "`tarnwickctl help stack` tells all forms.",
          "link"},
-        {"frame",
-         "What stands around the payload on that link: none, crc16, rtu:ADDRESS, "
-         "chan:PREFIX, ... joined by +, the one nearest to the link first.",
-         "framers", "none"},
         {"timeout", "How long to wait for an answer, and for a connection.", "ms", "500"},
         {{"v", "verbose"}, "Show every exchange on stderr."},
         {"log", "Append every exchange to a file.", "file"},
     };
+    const QCommandLineOption frame(
+        "frame",
+        "What stands around the payload on that link: none, crc16, rtu:ADDRESS, chan:PREFIX, ... "
+        "joined by +, the one nearest to the link first.",
+        "framers", "none");
+    if (needs == Needs::Stack)
+        options.insert(1, frame);
+    return options;
 }
 
-template <typename Value>
-static Value checked(const char* option, const QString& text, const Parsed<Value>& parsed)
-{
-    if (parsed.error)
-        throw usage_failure(
-            QStringLiteral("--%1: %2\n%3")
-                .arg(option, parsed.error->message, pointed_at(text, *parsed.error)),
-            "`tarnwickctl help stack` tells all forms.");
-    return parsed.value;
-}
+static const char ALL_FORMS[] = "`tarnwickctl help stack` tells all forms.";
 
 static StackSpec stack_spec(const Invocation& invocation)
 {
@@ -40,11 +35,12 @@ static StackSpec stack_spec(const Invocation& invocation)
             "Say how the device is connected, as in --link "
             "serial:/dev/ttyUSB0,115200,8N1.\n`tarnwickctl ports` lists the ports.");
     const QString link = invocation.text("link");
-    const QString frame = invocation.text("frame");
-    StackSpec spec = {checked("link", link, parse_link(link)),
-                      checked("frame", frame, parse_framers(frame)),
+    const QString frame = invocation.takes_frame() ? invocation.text("frame") : "none";
+    StackSpec spec = {parsed_or_usage("--link", link, parse_link(link), ALL_FORMS),
+                      parsed_or_usage("--frame", frame, parse_framers(frame), ALL_FORMS),
                       int(invocation.number("timeout", 1, LONGEST_TIMEOUT_MS))};
-    checked("frame", frame, Parsed<bool>{true, find_misfit(spec.link, spec.framers)});
+    parsed_or_usage("--frame", frame, Parsed<bool>{true, find_misfit(spec.link, spec.framers)},
+                    ALL_FORMS);
     return spec;
 }
 

@@ -6,7 +6,8 @@
 
 #include <memory>
 
-QList<QCommandLineOption> stack_options();
+// --frame is among them for commands that speak through framers.
+QList<QCommandLineOption> stack_options(Needs needs);
 
 // The parts of a stack, alive. Throws Failure when the texts are wrong; opens nothing.
 struct Connection

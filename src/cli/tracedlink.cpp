@@ -6,7 +6,8 @@ int TracedLink::note_received(const char* buffer, int result)
         received += result;
     if (result < 0)
         error = result;
-    log.received(QByteArray(buffer, result > 0 ? result : 0), result);
+    last = QByteArray(buffer, result > 0 ? result : 0);
+    log.received(last, result);
     return result;
 }
 

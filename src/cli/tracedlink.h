@@ -30,6 +30,8 @@ public:
 
     qint64 bytes_sent() const { return sent; }
     qint64 bytes_received() const { return received; }
+    // What the last read gave; not while another thread drives the link.
+    const QByteArray& last_received() const { return last; }
     // A data operation gave an error, so the link itself is in trouble.
     bool failed() const { return error != 0; }
 
@@ -41,4 +43,5 @@ private:
     std::atomic<qint64> sent{0};
     std::atomic<qint64> received{0};
     std::atomic<int> error{0};
+    QByteArray last;
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -34,10 +35,12 @@ struct Sizes
     qint64 stock_kb = 32;   ///< that the stock widget can bear
     qint64 slow_s = 5;      ///< at SLOW_RATE, behind the rest
     qint64 runs = 3;
+    qint64 work = 0; ///< the only one, from 1; 0 is all of them
 };
 
 struct Pair
 {
+    Work work;
     Measured bare;
     Measured program;
     double ratio() const { return program.cpu_s / bare.cpu_s; }
@@ -55,7 +58,7 @@ Pair median_pair(const Work& work, const Sizes& sizes)
         wanted.most_lines = work.most_lines;
         wanted.slow_bytes = sizes.slow_s * SLOW_RATE;
         wanted.handle = true;
-        pairs.push_back({bare, measure(wanted)});
+        pairs.push_back({work, bare, measure(wanted)});
     }
     std::sort(pairs.begin(), pairs.end(),
               [](const Pair& a, const Pair& b) { return a.ratio() < b.ratio(); });
@@ -68,12 +71,12 @@ void print_costs(const std::vector<Pair>& pairs, const Sizes& sizes)
                 static_cast<long long>(sizes.mb), static_cast<long long>(sizes.runs));
     std::printf("%-14s %8s %10s %8s %8s %8s %12s %14s %8s\n", "work", "bare s", "program s",
                 "ms/MB", "ratio", "at most", "last/first", "memory/byte", "at most");
-    for (size_t i = 0; i < pairs.size(); ++i) {
-        const Work& work = WORKS[i];
-        const Measured& program = pairs[i].program;
+    for (const Pair& pair : pairs) {
+        const Work& work = pair.work;
+        const Measured& program = pair.program;
         std::printf("%-14s %8.3f %10.3f %8.2f %8.2f %8.1f %12.2f %14.2f %8.1f\n", work.name,
-                    pairs[i].bare.cpu_s, program.cpu_s, program.cpu_s * 1e3 / double(sizes.mb),
-                    pairs[i].ratio(), work.ratio_wanted, program.last_to_first,
+                    pair.bare.cpu_s, program.cpu_s, program.cpu_s * 1e3 / double(sizes.mb),
+                    pair.ratio(), work.ratio_wanted, program.last_to_first,
                     double(program.memory_kb) * 1024 / double(sizes.mb * MB), work.memory_wanted);
     }
 }
@@ -92,9 +95,9 @@ void print_answers(const std::vector<Pair>& pairs, const Sizes& sizes)
         SLOW_RATE / 1000, static_cast<long long>(sizes.mb));
     std::printf("%-14s %16s %16s %16s %16s %16s\n", "work", "stall", "resize", "top", "page up",
                 "select all");
-    for (size_t i = 0; i < pairs.size(); ++i) {
-        const Measured& program = pairs[i].program;
-        std::printf("%-14s", WORKS[i].name);
+    for (const Pair& pair : pairs) {
+        const Measured& program = pair.program;
+        std::printf("%-14s", pair.work.name);
         for (const Duration& each :
              {program.stall, program.resize, program.top, program.page_up, program.select_all})
             print_duration(each);
@@ -150,6 +153,8 @@ qint64* option(Sizes& sizes, const std::string& name)
         return &sizes.slow_s;
     if (name == "--runs")
         return &sizes.runs;
+    if (name == "--work")
+        return &sizes.work;
     return nullptr;
 }
 
@@ -163,7 +168,7 @@ bool parse(int argc, char** argv, Sizes& sizes)
         if (*value < 0)
             return false;
     }
-    return sizes.mb > 0 && sizes.runs > 0;
+    return sizes.mb > 0 && sizes.runs > 0 && sizes.work <= qint64(std::size(WORKS));
 }
 
 void set_unless_set(const char* variable, const char* value)
@@ -178,9 +183,9 @@ int main(int argc, char** argv)
 {
     Sizes sizes;
     if (!parse(argc, argv, sizes)) {
-        std::fprintf(stderr,
-                     "usage: bench_receive [--mb N] [--runs N] [--slow-s N] [--clear-mb N] "
-                     "[--stock-kb N]\nA size of 0 leaves the last three measurements out.\n");
+        std::fprintf(stderr, "usage: bench_receive [--mb N] [--runs N] [--slow-s N] [--clear-mb N] "
+                             "[--stock-kb N] [--work 1..4]\nA size of 0 leaves the last three "
+                             "measurements out.\n");
         return EXIT_FAILURE;
     }
     set_unless_set("QT_QPA_PLATFORM", "offscreen");
@@ -189,7 +194,8 @@ int main(int argc, char** argv)
         set_unless_set("LC_ALL", "C.UTF-8"); // what people have
     std::vector<Pair> pairs;
     for (const Work& work : WORKS)
-        pairs.push_back(median_pair(work, sizes));
+        if (sizes.work == 0 || &work == &WORKS[sizes.work - 1])
+            pairs.push_back(median_pair(work, sizes));
     print_costs(pairs, sizes);
     print_answers(pairs, sizes);
     std::fflush(stdout);

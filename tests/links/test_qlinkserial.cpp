@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <algorithm>
+#include <future>
 #include <gtest/gtest.h>
 #include <thread>
 #include <unistd.h>
@@ -119,9 +120,14 @@ TEST(QLinkSerial, MayBeOpenedAndClosedOnOtherThreadsThanItsOwn)
 {
     Pty pty;
     QLinkSerial link(pty.device(), plain_settings(20000), false);
-    const auto on_another_thread = [](auto&& work) {
-        const std::unique_ptr<QThread> thread(QThread::create(work));
+    const auto on_another_thread = [](auto work) {
+        std::promise<void> done; // a hand-over that ThreadSanitizer sees, unlike QThread::wait
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            work();
+            done.set_value();
+        }));
         thread->start();
+        done.get_future().wait();
         EXPECT_TRUE(thread->wait(PATIENCE_MS));
     };
     on_another_thread([&] { EXPECT_EQ(link.open(), 0); });

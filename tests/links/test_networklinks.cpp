@@ -12,6 +12,8 @@
 #include <arpa/inet.h>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/time.h>
 #include <thread>
 #include <unistd.h>
 
@@ -315,62 +317,93 @@ TEST(QLinkWinsock, SendsToTheBroadcastAddress)
     EXPECT_EQ(QByteArray(buffer, 3), "all");
 }
 
-TEST(QLinkWinsock, DropsAllDatagramsThatWait)
+TEST(QLinkWinsock, SendsDatagramsForMostProtocolsAndDropsAllThatWait)
 {
-    BoundSocket peer(SOCK_DGRAM);
-    const tcpip_cfg cfg = loopback(peer.port(), 100, TCPIP_UDP);
+    for (const int protocol : {2, 3, 5}) {
+        BoundSocket peer(SOCK_DGRAM);
+        const tcpip_cfg cfg = loopback(peer.port(), 100, protocol);
+        QLinkWinsock link(&cfg);
+        ASSERT_EQ(link.open(), 0);
+        ASSERT_EQ(link.write("?", 1), 1);
+        char byte;
+        sockaddr_in from;
+        socklen_t size = sizeof from;
+        ASSERT_EQ(::recvfrom(peer.fd, &byte, 1, 0, reinterpret_cast<sockaddr*>(&from), &size), 1);
+        for (int i = 0; i < 2; ++i)
+            ASSERT_EQ(::sendto(peer.fd, "stale", 5, 0, reinterpret_cast<sockaddr*>(&from), size),
+                      5);
+        ASSERT_TRUE(wait_until([&] { return link.bytes_available() > 0; }));
+        link.flush();
+        EXPECT_EQ(link.bytes_available(), 0);
+    }
+}
+
+TEST(QLinkWinsock, LeavesNothingBehindAFailedOpen)
+{
+    const tcpip_cfg cfg = loopback(1, -1, TCPIP_UDP);
     QLinkWinsock link(&cfg);
+    LinkLog log(&link);
+    EXPECT_EQ(link.open(), -1);
+    EXPECT_EQ(log.take(), QStringList("tcpip: set socket sending timeout failed"));
+
+    rlimit files = {};
+    getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit none = {0, files.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(link.open(), -1);
+    setrlimit(RLIMIT_NOFILE, &files);
+    EXPECT_EQ(log.take(), QStringList("tcpip: create socket failed"));
+    EXPECT_FALSE(link.is_open());
+    EXPECT_EQ(winsock::startups_in_use(), 0);
+}
+
+TEST(QLinkWinsock, LogsHexAndTextOfEachRead)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    const tcpip_cfg cfg = loopback(server.serverPort(), 100);
+    QLinkWinsock link(&cfg);
+    LinkLog log(&link);
+    link.log_hex_set(true);
+    link.log_text_set(true);
     ASSERT_EQ(link.open(), 0);
-    ASSERT_EQ(link.write("?", 1), 1);
-    char byte;
-    sockaddr_in from;
-    socklen_t size = sizeof from;
-    ASSERT_EQ(::recvfrom(peer.fd, &byte, 1, 0, reinterpret_cast<sockaddr*>(&from), &size), 1);
-    for (const char* datagram : {"stale", "older"})
-        ASSERT_EQ(::sendto(peer.fd, datagram, 5, 0, reinterpret_cast<sockaddr*>(&from), size), 5);
-    ASSERT_TRUE(wait_until([&] { return link.bytes_available() > 0; }));
-    link.flush();
-    EXPECT_EQ(link.bytes_available(), 0);
+    ASSERT_TRUE(wait_until([&] { return server.hasPendingConnections(); }));
+    QTcpSocket* const peer = server.nextPendingConnection();
+    peer->write("full%2\0c", 8);
+    ASSERT_TRUE(wait_until([&] { return link.bytes_available() == 8; }));
+    char buffer[10];
+    EXPECT_EQ(link.read(buffer, 4), 4);
+    EXPECT_EQ(link.read(buffer, 10), 4);
+    EXPECT_EQ(link.read(buffer, 0), 0);
+    EXPECT_EQ(log.take(),
+              QStringList({"tcpip: read(4)[66 75 6C 6C]", "tcpip: read(-1)[25 32 00 63]",
+                           "tcpip: read(-1)[%2]", "tcpip: read(0)[]"}));
+    EXPECT_EQ(link.write("h%1\0!", 5), 5);
+    ASSERT_TRUE(wait_until([&] { return peer->bytesAvailable() == 5; }));
+    peer->close();
+    EXPECT_EQ(link.read(buffer, 10), 0);
+    EXPECT_EQ(log.take(), QStringList({"tcpip: write   [68 25 31 00 21]", "tcpip: write   [h%1]",
+                                       "tcpip: read(0)[]", "tcpip: read(0)[]"}));
 }
 
 // Signals arrive at a waiting read all the time, as from a profiler's timer.
-TEST(QLinkWinsock, WaitsThroughSignals)
+TEST(QLinkWinsock, WaitsThroughSignalsOnAnotherThreadThanTheOneThatOpenedIt)
 {
-    struct sigaction action = {}, before = {};
+    const BoundSocket peer(SOCK_DGRAM);
+    const tcpip_cfg cfg = loopback(peer.port(), 300, TCPIP_UDP);
+    QLinkWinsock link(&cfg);
+    std::thread([&] { EXPECT_EQ(link.open(), 0); }).join();
+    struct sigaction action = {};
     action.sa_handler = [](int) {}; // without SA_RESTART
-    sigaction(SIGUSR1, &action, &before);
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    const tcpip_cfg cfg = loopback(server.serverPort(), 300);
-    QLinkWinsock link(&cfg); // created here, opened and driven on another thread
-    std::atomic<bool> done{false};
-    std::atomic<int> silent{-1}, got{-1};
-    std::thread driver([&] {
-        char buffer[4];
-        EXPECT_EQ(link.open(), 0);
-        QElapsedTimer clock;
-        clock.start();
-        silent = link.read(buffer, sizeof buffer);
-        EXPECT_GE(clock.elapsed(), 240);
-        while ((got = link.read(buffer, sizeof buffer)) == 0) {
-        }
-        done = true;
-    });
-    QTcpSocket* peer = nullptr;
-    EXPECT_TRUE(wait_until([&] {
-        if (!done)
-            pthread_kill(driver.native_handle(), SIGUSR1);
-        if (!peer)
-            peer = server.nextPendingConnection();
-        if (peer && silent == 0) {
-            peer->write("four");
-            silent = 1;
-        }
-        return done.load();
-    }));
-    driver.join();
-    EXPECT_EQ(got, 4);
-    sigaction(SIGUSR1, &before, nullptr);
+    sigaction(SIGALRM, &action, nullptr);
+    constexpr itimerval OFTEN = {{0, 5000}, {0, 5000}}, NEVER = {};
+    setitimer(ITIMER_REAL, &OFTEN, nullptr);
+    QElapsedTimer clock;
+    clock.start();
+    char byte;
+    EXPECT_EQ(link.read(&byte, 1), 0);
+    EXPECT_GE(clock.elapsed(), 240);
+    setitimer(ITIMER_REAL, &NEVER, nullptr);
 }
 
 } // namespace

@@ -191,16 +191,3 @@ TEST(QLinkSerial, TellsOnceThatItsDeviceHasGone)
     EXPECT_TRUE(wait_until([&] { return any.count() == 2; }));
     EXPECT_EQ(removed.count(), 1);
 }
-
-TEST(QLinkSerial, MayBeClosedWhenItTellsOfItsRemoval)
-{
-    Sandbox sandbox;
-    Pty pty;
-    QLinkSerial link(pty.link_into(sandbox.ports_folder(), "port"), plain_settings(), false);
-    ASSERT_EQ(link.open(), 0);
-    int closed = 1;
-    QObject::connect(&link, &QLinkSerial::removed, [&] { closed = link.close(); });
-    pty.unlink();
-    EXPECT_TRUE(wait_until([&] { return closed == 0; }));
-    EXPECT_FALSE(link.is_open());
-}

@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <utility>
 
 class LinkLog
 {
@@ -14,12 +15,7 @@ public:
     }
 
     // What has been logged since the last call.
-    QStringList take()
-    {
-        const QStringList taken = lines;
-        lines.clear();
-        return taken;
-    }
+    QStringList take() { return std::exchange(lines, {}); }
 
 private:
     QObject here;

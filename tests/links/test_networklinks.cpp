@@ -6,8 +6,10 @@
 #include "wait.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <algorithm>
 #include <arpa/inet.h>
 #include <csignal>
@@ -150,6 +152,20 @@ TYPED_TEST(NetworkLink, GivesWhatCameBeforeThePeerClosed)
     EXPECT_TRUE(link.is_open());
     EXPECT_TRUE(wait_until([&] { return link.write("x", 1) < 0; }));
     EXPECT_EQ(link.putchar('x'), -5);
+}
+
+TEST(QLinkTcpip, DeliversWhatItHasTakenBeforeItCloses)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath("received");
+    const auto peer = NetPeer::socat("TCP-LISTEN:0,bind=127.0.0.1", "SYSTEM:cat > " + file);
+    const tcpip_cfg cfg = loopback(peer->port(), PATIENCE_MS);
+    QLinkTcpip link(&cfg);
+    ASSERT_EQ(link.open(), 0);
+    const QByteArray data(1 << 24, 'x'); // more than the system's buffers hold
+    EXPECT_EQ(link.write(data.constData(), data.size()), data.size());
+    EXPECT_EQ(link.close(), 0);
+    EXPECT_TRUE(wait_until([&] { return QFileInfo(file).size() == data.size(); }));
 }
 
 TYPED_TEST(NetworkLink, SpeaksUdpBothWays)

@@ -25,7 +25,7 @@ QString shown(const QByteArray& request)
 QByteArray BootModule::answer(const QByteArray& request)
 {
     if (fault) {
-        const QByteArray reply = fault(request);
+        QByteArray reply = fault(request);
         if (!reply.isNull())
             return reply;
     }

@@ -12,14 +12,9 @@ namespace {
 
 struct Query
 {
-    std::function<QString(DorvCfg&)> ask; // the value as text, "-" for a failure
+    QString (*ask)(DorvCfg&); // the value as text, "-" for a failure
     QByteArray command;
-    struct Answer
-    {
-        QByteArray reply;
-        QString value;
-    };
-    std::vector<Answer> answers; // beside silence, which is a failure everywhere
+    std::vector<std::pair<QByteArray, QString>> answers; // beside silence, a failure everywhere
 };
 
 QString shown(int result, const QString& value)
@@ -27,107 +22,96 @@ QString shown(int result, const QString& value)
     return result == 0 ? value : result == -1 ? QString("-") : QString("? %1").arg(result);
 }
 
-using EuiGet = int (DorvCfg::*)(void*);
-std::function<QString(DorvCfg&)> bytes_of(EuiGet get, int size)
+template <int (DorvCfg::*GET)(void*), int SIZE> QString bytes(DorvCfg& cfg)
 {
-    return [=](DorvCfg& c) {
-        QByteArray out(size, '\xEE');
-        const int result = (c.*get)(out.data());
-        return shown(result, out.toHex());
-    };
+    QByteArray out(SIZE, '\xEE');
+    const int result = (cfg.*GET)(out.data());
+    return shown(result, out.toHex());
 }
 
+template <int (DorvCfg::*GET)(int*)> QString choice(DorvCfg& cfg)
+{
+    int value = -9;
+    const int result = (cfg.*GET)(&value);
+    return shown(result, QString::number(value));
+}
+
+QString address(DorvCfg& cfg)
+{
+    std::uint32_t value = 0;
+    const int result = cfg.devaddr_get(&value);
+    return shown(result, QString::number(value, 16));
+}
+
+QString heartbeat(DorvCfg& cfg)
+{
+    std::uint16_t v[3] = {};
+    const int result = cfg.heartbeat_get(&v[0], &v[1], &v[2]);
+    return shown(result, QString("%1 %2 %3").arg(v[0]).arg(v[1]).arg(v[2]));
+}
+
+QString power_limit(DorvCfg& cfg)
+{
+    std::uint16_t v[2] = {};
+    const int result = cfg.pwrlimit_get(&v[0], &v[1]);
+    return shown(result, QString("%1 %2").arg(v[0]).arg(v[1]));
+}
+
+QString quality(DorvCfg& cfg)
+{
+    float v[4] = {};
+    const int result = cfg.comm_quality_get(65535, &v[0], &v[1], &v[2], &v[3]);
+    return shown(result, QString("%1 %2 %3 %4").arg(v[0]).arg(v[1]).arg(v[2]).arg(v[3]));
+}
+
+QString rssi(DorvCfg& cfg)
+{
+    return cfg.rssi_get(0xFFFFFFFF).replace("N/A", "-");
+}
+
+// clang-format off
 std::vector<Query> queries()
 {
-    const std::vector<Query::Answer> euis = {{"00ff0ab001234567\r\nok\r\n", "00ff0ab001234567"},
-                                             {"00FF0AB001234567", "00ff0ab001234567"},
-                                             {"00FF0AB00123456", "-"}};
-    const std::vector<Query::Answer> keys = {
+    const auto euis = {std::pair<QByteArray, QString>
+        {"00ff0ab001234567\r\nok\r\n", "00ff0ab001234567"},
+        {"00FF0AB001234567", "00ff0ab001234567"}, {"00FF0AB00123456", "-"}};
+    const auto keys = {std::pair<QByteArray, QString>
         {"000102030405060708090a0B0c0D0e0F99\r\n", "000102030405060708090a0b0c0d0e0f"},
         {" 1 2 3f  4\r\n5", "01023f04000000000000000000000000"}, // the last digit stands alone
         {"12x34", "12000000000000000000000000000000"},
         {"1x", "00000000000000000000000000000000"},
-        {QByteArray("12\00034", 5), "12000000000000000000000000000000"},
-    };
+        {QByteArray("12\00034", 5), "12000000000000000000000000000000"}};
     return {
-        {[](DorvCfg& c) { return shown(c.mode_is_radio(), "yes"); },
-         "at+mode=?\r",
+        {[](DorvCfg& c) { return shown(c.mode_is_radio(), "yes"); }, "at+mode=?\r",
          {{"radio\r\n", "yes"}, {"mac\r\n", "-"}, {" radio", "-"}}},
-        {[](DorvCfg& c) { return shown(c.mode_is_pmac(), "yes"); },
-         "at+mode=?\r",
+        {[](DorvCfg& c) { return shown(c.mode_is_pmac(), "yes"); }, "at+mode=?\r",
          {{"pmac\r\n", "yes"}, {"mac\r\n", "-"}}},
-        {[](DorvCfg& c) { return shown(c.mode_is_mac(), "yes"); },
-         "at+mode=?\r",
+        {[](DorvCfg& c) { return shown(c.mode_is_mac(), "yes"); }, "at+mode=?\r",
          {{"mac", "yes"}, {"ma", "-"}, {"pmac", "-"}}},
-        {[](DorvCfg& c) {
-             quint32 v = 0;
-             const int r = c.devaddr_get(&v);
-             return shown(r, QString::number(v, 16));
-         },
-         "at+devaddr=?\r",
-         {{"0xAb12\r\nok\r\n", "ab12"},
-          {"ffffffff", "ffffffff"},
-          {"12", "-"},
-          {"100000000", "-"},
-          {"0x\r\n", "-"},
-          {"error\r\n", "-"},
-          {"-12\r\n", "-"}}},
-        {[](DorvCfg& c) {
-             int v = -9;
-             const int r = c.join_get(&v);
-             return shown(r, QString::number(v));
-         },
-         "at+join=?\r",
+        {address, "at+devaddr=?\r",
+         {{"0xAb12\r\nok\r\n", "ab12"}, {"ffffffff", "ffffffff"}, {"12", "-"}, {"100000000", "-"},
+          {"0x\r\n", "-"}, {"error\r\n", "-"}, {"-12\r\n", "-"}}},
+        {choice<&DorvCfg::join_get>, "at+join=?\r",
          {{"otaa,1\r\n", "0"}, {"abp\r\n", "1"}, {"abp otaa", "0"}, {"error", "-"}}},
-        {[](DorvCfg& c) {
-             int v = -9;
-             const int r = c.class_get(&v);
-             return shown(r, QString::number(v));
-         },
-         "at+class=?\r",
+        {choice<&DorvCfg::class_get>, "at+class=?\r",
          {{"a\r\n", "0"}, {"b\r\n", "1"}, {"c", "2"}, {"cba", "0"}, {"ok", "-"}}},
-        {[](DorvCfg& c) {
-             quint16 a = 0, b = 0, d = 0;
-             const int r = c.heartbeat_get(&a, &b, &d);
-             return shown(r, QString("%1 %2 %3").arg(a).arg(b).arg(d));
-         },
-         "at+heartbeat=?\r",
-         {{"1,2.9,65535\r\nok\r\n", "1 2 65535"},
-          {" +7,-1,70000", "7 0 65535"},
-          {"x,,nan", "0 0 0"},
-          {"1,2", "-"},
-          {"1,2,3,4", "-"}}},
-        {[](DorvCfg& c) {
-             quint16 a = 0, b = 0;
-             const int r = c.pwrlimit_get(&a, &b);
-             return shown(r, QString("%1 %2").arg(a).arg(b));
-         },
-         "at+pwrlimit=?\r",
-         {{"3,20\r\n", "3 20"}, {"3", "-"}, {"3,4,5", "-"}}},
-        {bytes_of(&DorvCfg::deveui_get, 8), "at+deveui=?\r", euis},
-        {bytes_of(&DorvCfg::appeui_get, 8), "at+appeui=?\r", euis},
-        {bytes_of(&DorvCfg::appkey_get, 16), "at+appkey=?xyz.quendal.zz\r", keys},
-        {bytes_of(&DorvCfg::appskey_get, 16), "at+appskey=?abp,xyz.quendal.zz\r", keys},
-        {bytes_of(&DorvCfg::nwkskey_get, 16), "at+nwkskey=?abp,xyz.quendal.zz\r", keys},
-        {[](DorvCfg& c) {
-             float q[4] = {};
-             const int r = c.comm_quality_get(65535, &q[0], &q[1], &q[2], &q[3]);
-             return shown(r, QString("%1 %2 %3 %4").arg(q[0]).arg(q[1]).arg(q[2]).arg(q[3]));
-         },
-         "at+pmactx=ucast,65535,communication quality\r",
-         {{"ok\r\n+q,-1.5,2,x,4.25,-120,z\r\n", "4.25 -120 -1.5 2"},
-          {"ok\r\n0,1,2,3,4,5", "-"},
-          {"ok\r\n0,1,2,3,4,5,6,7", "-"},
-          {"ok\r\n", "-"},
-          {"no\r\n0,1,2,3,4,5,6", "-"}}},
-        {[](DorvCfg& c) {
-             const QString s = c.rssi_get(0xFFFFFFFF);
-             return s == "N/A" ? QString("-") : s;
-         },
-         "at+rssi=0xffffffff\r",
+        {heartbeat, "at+heartbeat=?\r",
+         {{"1,2.9,65535\r\nok\r\n", "1 2 65535"}, {" +7,-1,70000", "7 0 65535"},
+          {"x,,nan", "0 0 0"}, {"1,2", "-"}, {"1,2,3,4", "-"}}},
+        {power_limit, "at+pwrlimit=?\r", {{"3,20\r\n", "3 20"}, {"3", "-"}, {"3,4,5", "-"}}},
+        {bytes<&DorvCfg::deveui_get, 8>, "at+deveui=?\r", euis},
+        {bytes<&DorvCfg::appeui_get, 8>, "at+appeui=?\r", euis},
+        {bytes<&DorvCfg::appkey_get, 16>, "at+appkey=?xyz.quendal.zz\r", keys},
+        {bytes<&DorvCfg::appskey_get, 16>, "at+appskey=?abp,xyz.quendal.zz\r", keys},
+        {bytes<&DorvCfg::nwkskey_get, 16>, "at+nwkskey=?abp,xyz.quendal.zz\r", keys},
+        {quality, "at+pmactx=ucast,65535,communication quality\r",
+         {{"ok\r\n+q,-1.5,2,x,4.25,-120,z\r\n", "4.25 -120 -1.5 2"}, {"ok\r\n0,1,2,3,4,5", "-"},
+          {"ok\r\n0,1,2,3,4,5,6,7", "-"}, {"ok\r\n", "-"}, {"no\r\n0,1,2,3,4,5,6", "-"}}},
+        {rssi, "at+rssi=0xffffffff\r",
          {{"+rssi,-97\r\n", "-97\r\n"}, {"+rssi,", ""}, {"rssi,-97", "-"}}},
     };
 }
+// clang-format on
 
 } // namespace
 
@@ -140,10 +124,9 @@ TEST(AtQueries, SendTheirCommandAndReadTheReply)
         cfg.framer_set(&framer);
         EXPECT_EQ(query.ask(cfg), "-");
         EXPECT_EQ(link.written, QByteArrayList{query.command});
-        for (const Query::Answer& answer : query.answers) {
-            link.reply(answer.reply);
-            EXPECT_EQ(query.ask(cfg), answer.value)
-                << query.command.toStdString() << answer.reply.toStdString();
+        for (const auto& [reply, value] : query.answers) {
+            link.reply(reply);
+            EXPECT_EQ(query.ask(cfg), value) << (query.command + reply).toStdString();
         }
     }
 }

@@ -3,19 +3,11 @@
 #include <algorithm>
 #include <sys/prctl.h>
 
-namespace {
-// A sleeping process is woken some tens of microseconds late, which is long on a fast line: there
-// the last moments before a byte's arrival are waited out awake.
-constexpr int FAST = 500'000; // bits/s
-constexpr std::chrono::microseconds AWAKE(150);
-} // namespace
-
 Runner::Runner(Device& device, Transport& transport, int baud)
     : device(device)
     , transport(transport)
     , from_host(baud)
     , to_host(baud)
-    , awake_for(baud >= FAST ? AWAKE : AWAKE * 0)
 {
     // A frame's end at some megabits is told by tens of microseconds; the usual slack is as long.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
@@ -39,7 +31,7 @@ void Runner::run(const volatile std::sig_atomic_t& stop, const sigset_t& while_w
         timespec timeout = {};
         if (wake != NEVER) {
             const auto wait = std::max(std::chrono::nanoseconds(0),
-                                       std::chrono::nanoseconds(wake - Clock::now()) - awake_for);
+                                       std::chrono::nanoseconds(wake - Clock::now()));
             timeout.tv_sec = time_t(wait.count() / 1'000'000'000);
             timeout.tv_nsec = long(wait.count() % 1'000'000'000);
         }

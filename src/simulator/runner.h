@@ -27,6 +27,5 @@ private:
     Transport& transport;
     Lane from_host;
     Lane to_host;
-    std::chrono::nanoseconds awake_for; // the last part of each wait
     QByteArray unsent; // has crossed the line, and the transport has not taken it yet
 };

@@ -70,7 +70,8 @@ Scene draw_scene(quint64 seed)
     const Weather& weather = WEATHERS[seed % std::size(WEATHERS)];
     scene.file = random_file(random, int(random() % 40'000));
     scene.old_image = scene.file;
-    for (int i = 0; i < scene.file.size(); i += 1 + int(random() % 8000))
+    const quint64 widest_gap = one_of(random, {quint64(500), quint64(8'000), quint64(60'000)});
+    for (int i = 0; i < scene.file.size(); i += 1 + int(random() % widest_gap))
         scene.old_image[i] = char(~scene.old_image[i]);
     scene.old_image.resize(int(random() % 50'000));
     scene.boot.page = one_of(random, {quint16(1024), quint16(2048), quint16(4096)});

@@ -14,6 +14,22 @@ enum class Cell : quint8 {
     newline ///< none, and the row ends behind it: U+2028
 };
 
+/// A stretch of narrow characters and blanks: a bit for each tells which it is.
+struct PlainRun
+{
+    const quint64* blanks = nullptr; ///< first bit for the character at `begin`
+    qint64 begin = 0;
+    qint64 end = 0; ///< equal to `begin` if there is none
+
+    bool is_blank(qint64 position) const
+    {
+        const auto at = static_cast<size_t>(position - begin);
+        return (blanks[at / 64] >> (at % 64) & 1) != 0;
+    }
+    /// The last blank in [from, to), or -1.
+    qint64 last_blank(qint64 from, qint64 to) const;
+};
+
 /// The cells of a text to which characters are added at the end and from which they are dropped at
 /// either end. Positions count all characters ever added, so they stay valid when the front is
 /// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
@@ -29,11 +45,8 @@ public:
     void drop_from(qint64 position);
 
     Cell at(qint64 position) const;
-    bool is_blank(qint64 position) const;
-    /// Whether nothing but narrow characters and blanks stands in [from, to).
-    bool is_plain(qint64 from, qint64 to) const;
-    /// The last blank in [from, to), or -1. Only for plain ranges.
-    qint64 last_blank(qint64 from, qint64 to) const;
+    /// The plain stretch around `position` as far as it is kept in one piece.
+    PlainRun plain_run(qint64 position) const;
 
 private:
     static constexpr int PAGE = 4096;
@@ -44,13 +57,16 @@ private:
     };
 
     const Page& page_of(qint64 position) const;
-    void append_to_page(Page& page, int offset, const QChar* text, int count);
 
     std::deque<Page> pages;
     qint64 first_page = 0; ///< number of the page at the front of `pages`
     qint64 first = 0;
     qint64 past_last = 0;
 };
+
+/// How many of the first characters are narrow ones and blanks; at least up to the first control
+/// character, tab, combining or wide one.
+int plain_prefix(const QChar* text, int count);
 
 /// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
 Cell cell_of(const QChar* text, int index, int count);

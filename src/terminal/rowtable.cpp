@@ -50,6 +50,15 @@ bool is_paragraph_end(QChar c)
            c == QChar(0xFDD0) || c == QChar(0xFDD1);
 }
 
+const QChar* paragraph_end(const QChar* from, const QChar* end)
+{
+    for (const QChar* at = from;; ++at) {
+        at += plain_prefix(at, static_cast<int>(end - at));
+        if (at == end || is_paragraph_end(*at))
+            return at;
+    }
+}
+
 } // namespace
 
 int column_after(Cell cell, int column, int columns)
@@ -72,14 +81,17 @@ int column_after(Cell cell, int column, int columns)
 
 qint64 row_break(const CellText& cells, qint64 start, qint64 end, int columns)
 {
+    if (start >= end)
+        return end;
     const qint64 edge = start + columns;
-    if (!cells.is_plain(start, std::min(end, edge + 1)))
-        return uneven_row_break(cells, start, end, columns);
+    const PlainRun run = cells.plain_run(start);
+    if (edge >= run.end)
+        return edge >= end && end <= run.end ? end : uneven_row_break(cells, start, end, columns);
     if (edge >= end)
         return end;
-    if (cells.is_blank(edge))
+    if (run.is_blank(edge))
         return edge + 1;
-    const qint64 blank = cells.last_blank(start, edge);
+    const qint64 blank = run.last_blank(start, edge);
     return blank < 0 ? edge : blank + 1;
 }
 
@@ -93,7 +105,7 @@ void RowTable::append(const QString& text)
 {
     const QChar* const end = text.constData() + text.size();
     for (const QChar* piece = text.constData(); piece != end;) {
-        const QChar* const stop = std::find_if(piece, end, is_paragraph_end);
+        const QChar* const stop = paragraph_end(piece, end);
         append_piece(piece, static_cast<int>(stop - piece));
         if (stop == end)
             return;

@@ -1,6 +1,5 @@
 #include "celltext.h"
 
-#include <QtAlgorithms>
 #include <algorithm>
 #include <iterator>
 #ifdef __SSE2__
@@ -218,19 +217,4 @@ PlainRun CellText::plain_run(qint64 position) const
     const Page& page = page_of(position);
     const qint64 begin = position - position % PAGE;
     return {page.blanks, begin, page.cells ? begin : std::min(begin + PAGE, past_last)};
-}
-
-qint64 PlainRun::last_blank(qint64 from, qint64 to) const
-{
-    const qint64 first = from - begin;
-    for (qint64 past = to - begin; past > first; past = (past - 1) / 64 * 64) {
-        const qint64 word = (past - 1) / 64;
-        const qint64 kept = past - word * 64;
-        const quint64 found = blanks[word] & (~quint64(0) >> (64 - kept));
-        if (found != 0) {
-            const qint64 last = word * 64 + 63 - qCountLeadingZeroBits(found);
-            return last >= first ? begin + last : -1;
-        }
-    }
-    return -1;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QChar>
+#include <QtAlgorithms>
 #include <deque>
 #include <memory>
 
@@ -27,7 +28,19 @@ struct PlainRun
         return (blanks[at / 64] >> (at % 64) & 1) != 0;
     }
     /// The last blank in [from, to), or -1.
-    qint64 last_blank(qint64 from, qint64 to) const;
+    qint64 last_blank(qint64 from, qint64 to) const
+    {
+        const qint64 first = from - begin;
+        for (qint64 past = to - begin; past > first; past = (past - 1) / 64 * 64) {
+            const qint64 word = (past - 1) / 64;
+            const quint64 found = blanks[word] & (~quint64(0) >> (64 - (past - word * 64)));
+            if (found != 0) {
+                const qint64 last = word * 64 + 63 - qCountLeadingZeroBits(found);
+                return last >= first ? begin + last : -1;
+            }
+        }
+        return -1;
+    }
 };
 
 /// The cells of a text to which characters are added at the end and from which they are dropped at

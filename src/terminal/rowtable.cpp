@@ -13,6 +13,8 @@ bool may_end_behind(Cell cell)
     return cell == Cell::blank || cell == Cell::tab || cell == Cell::wide;
 }
 
+// Where the next row begins when one begins at `start` and its paragraph has text up to `end`;
+// `end` if the rest fits into the row.
 qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int columns)
 {
     const qint64 most = start + qint64(columns) * MOST_CHARACTERS_PER_COLUMN;
@@ -50,6 +52,18 @@ bool is_paragraph_end(QChar c)
            c == QChar(0xFDD0) || c == QChar(0xFDD1);
 }
 
+// The same where a plain run has all that it takes: the row and one character more.
+qint64 plain_row_break(const PlainRun& run, qint64 start, qint64 end, int columns)
+{
+    const qint64 edge = start + columns;
+    if (edge >= end)
+        return end;
+    if (run.is_blank(edge))
+        return edge + 1;
+    const qint64 blank = run.last_blank(start, edge);
+    return blank < 0 ? edge : blank + 1;
+}
+
 const QChar* paragraph_end(const QChar* from, const QChar* end)
 {
     for (const QChar* at = from;; ++at) {
@@ -79,20 +93,18 @@ int column_after(Cell cell, int column, int columns)
     return column;
 }
 
-qint64 row_break(const CellText& cells, qint64 start, qint64 end, int columns)
+void RowTable::wrap(qint64 start, qint64 end)
 {
-    if (start >= end)
-        return end;
-    const qint64 edge = start + columns;
-    const PlainRun run = cells.plain_run(start);
-    if (edge >= run.end)
-        return edge >= end && end <= run.end ? end : uneven_row_break(cells, start, end, columns);
-    if (edge >= end)
-        return end;
-    if (run.is_blank(edge))
-        return edge + 1;
-    const qint64 blank = run.last_blank(start, edge);
-    return blank < 0 ? edge : blank + 1;
+    PlainRun run;
+    while (start < end) {
+        if (start >= run.end)
+            run = cells.plain_run(start);
+        const bool plain = std::min(start + width + 1, end) <= run.end;
+        start = plain ? plain_row_break(run, start, end, width)
+                      : uneven_row_break(cells, start, end, width);
+        if (start < end)
+            rows.emplace_back(start, false);
+    }
 }
 
 RowTable::RowTable(int columns)
@@ -170,10 +182,7 @@ void RowTable::set_columns(int columns)
 
 void RowTable::wrap_last_row()
 {
-    const qint64 end = cells.end();
-    for (qint64 next = row_break(cells, rows.back().start(), end, width); next < end;
-         next = row_break(cells, next, end, width))
-        rows.emplace_back(next, false);
+    wrap(rows.back().start(), cells.end());
 }
 
 void RowTable::wrap_all()
@@ -187,9 +196,7 @@ void RowTable::wrap_all()
         while (next < old.size() && !old[next].opens_paragraph())
             ++next;
         const qint64 end = next < old.size() ? old[next].start() - 1 : cells.end();
-        for (qint64 at = row_break(cells, old[i].start(), end, width); at < end;
-             at = row_break(cells, at, end, width))
-            rows.emplace_back(at, false);
+        wrap(old[i].start(), end);
         i = next;
     }
     front = 0;

@@ -1,0 +1,6 @@
+#include "command.h"
+
+QList<Command> all_commands()
+{
+    return ports_commands() + frame_commands() + checksum_commands();
+}

@@ -71,7 +71,11 @@ TEST_F(WindowTest, CataloguesKnowEveryText)
     const Catalogue chinese = catalogue_read(CATALOGUES + "zh_CN.ts");
     const Catalogue english = catalogue_read(CATALOGUES + "en_US.ts");
     EXPECT_GT(collected.size(), 100u);
-    for (const auto& [key, unused] : collected) {
+    for (const auto& text_and_message : collected) {
+        auto key = text_and_message.first;
+        // Listed by the framer that says it, though tr() takes it from their base.
+        if (key.first == "QFramer")
+            key.first += key.second.startsWith("cnet") ? "Cnet" : "Rwlt";
         const std::string text = key.first.toStdString() + ": " + key.second.toStdString();
         const auto listed = english.find(key);
         ASSERT_NE(listed, english.end()) << text;

@@ -130,10 +130,7 @@ void Search::connect_signals()
         &cfg, qOverload<int, int, const cnet_search_response_ext*>(&CnetCfg::dev_found), &cfg,
         [this](int channel, int rate, auto* response) { take_found(channel, rate, response); },
         Qt::DirectConnection);
-    QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] {
-        console.note("Stopping behind the exchange under way; Ctrl-C again ends at once.");
-        cfg.abort();
-    });
+    QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] { cfg.abort(); });
     connection.stack.open_on(cfg, [this](bool opened) {
         link_failed = !opened;
         if (link_failed)

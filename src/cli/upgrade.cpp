@@ -26,9 +26,10 @@ struct Phase
     const char* log;
     const char* note;
 };
+constexpr char SENDING[] = "ldr: Sending firmware file";
 constexpr Phase PHASES[] = {
     {"ldr: wait device enter boot", "The device starts its boot code ..."},
-    {"ldr: Sending firmware file", "Sending the pages that differ ..."},
+    {SENDING, "Sending the pages that differ ..."},
     {"ldr: Firmware verify", "The device verifies the whole file ..."},
 };
 
@@ -81,10 +82,7 @@ UpgradeResult Upgrade::run()
         },
         Qt::DirectConnection);
     connect(&loader, &Loader::upgrade_progress, this, &Upgrade::show_progress);
-    connect(&interrupts, &Interrupts::interrupted, &loader, [this, &loader] {
-        console.note("Stopping behind the exchange under way; Ctrl-C again ends at once.");
-        loader.abort();
-    });
+    connect(&interrupts, &Interrupts::interrupted, &loader, [this, &loader] { loader.abort(); });
     connection.stack.open_on(loader, [this, &loader](bool opened) {
         if (opened)
             return;
@@ -96,11 +94,11 @@ UpgradeResult Upgrade::run()
 
     QEventLoop loop;
     connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
-    clock.start();
+    run_clock.start();
     loader.upgrade_start();
     loop.exec();
     loader.wait();
-    result.elapsed_ms = clock.elapsed();
+    result.elapsed_ms = run_clock.elapsed();
     if (!boxes.contains(BOX_DONE))
         throw failure();
     show_progress(result.file_size, result.file_size);
@@ -113,6 +111,10 @@ void Upgrade::note_log(const QString& line)
     for (const Phase& phase : PHASES) {
         if (line.startsWith(phase.log))
             console.note(phase.note);
+    }
+    if (line.startsWith(SENDING)) {
+        sending = true;
+        pages_clock.start();
     }
     for (const char* text : TROUBLES) {
         if (line.contains(text))
@@ -132,11 +134,9 @@ void Upgrade::note_soft_info(const QString& info)
 void Upgrade::show_progress(int file_size, int offset)
 {
     result.file_size = file_size;
-    if (link_failed || file_size == 0)
+    if (!sending || file_size == 0)
         return;
-    if (offset == 0)
-        clock.restart(); // the pages begin
-    const Progress progress = {offset, file_size, clock.elapsed()};
+    const Progress progress = {offset, file_size, pages_clock.elapsed()};
     console.progress(transfer_text(progress), progress.percent());
 }
 

@@ -55,6 +55,8 @@ private:
     QStringList boxes; // what the loader wants a person to see
     QString trouble;   // the last log line that tells of a fault
     bool link_failed = false;
-    QElapsedTimer clock;
+    bool sending = false;
+    QElapsedTimer run_clock;
+    QElapsedTimer pages_clock;
     UpgradeResult result;
 };

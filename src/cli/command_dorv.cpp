@@ -9,10 +9,13 @@
 #include "stackoptions.h"
 #include "usage.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonArray>
+#include <QTimer>
 
 namespace {
+constexpr int LONGEST_DURATION_S = 86400;
 const char NO_ANSWER_ADVICE[] = "Is the module on and in command mode? `tarnwickctl dorv mode "
                                 "command` asks for that. Check the "
                                 "port, its rate and format, or wait longer with --timeout.";
@@ -88,6 +91,9 @@ QStringList read_setting(Session& session, const DorvSetting& setting)
     DorvValues values;
     const int result = setting.get(session.cfg, values);
     const QByteArray reply = session.connection.stack.link().last_received();
+    if (reply.startsWith("at+"))
+        throw Failure{ExitCode::Refused, what + ": the module echoes what it is sent",
+                      "Turn that off first, with `tarnwickctl dorv set echo off`."};
     if (result != 0 || !spells_all(setting, reply))
         throw session.failure(what);
     return dorv_words(setting, values);
@@ -231,6 +237,7 @@ void run_reset(Invocation& invocation)
 void run_search(Invocation& invocation)
 {
     invocation.expect_at_most(0);
+    const qint64 duration_ms = 1000 * invocation.number("duration", 0, LONGEST_DURATION_S);
     Session session(invocation);
     // The search listens below its framer; this one adds nothing and has the real ones below.
     QFramerChan listener(&session.connection.stack.top());
@@ -242,7 +249,15 @@ void run_search(Invocation& invocation)
         invocation.console.line(info);
         found.append(info);
     });
-    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop, &QEventLoop::quit);
+    // A search ends at the first silence; it goes on from there until the time is over.
+    QElapsedTimer clock;
+    clock.start();
+    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop, [&] {
+        if (clock.elapsed() < duration_ms)
+            QTimer::singleShot(0, &loop, [&] { session.cfg.search_start(); });
+        else
+            loop.quit();
+    });
     QObject::connect(&invocation.interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
     session.cfg.search_start();
     loop.exec();
@@ -352,9 +367,9 @@ QList<Command> dorv_commands()
         {"dorv search",
          "",
          "Listen for Dorv devices that report themselves.",
-         "Listens for reports of devices, sends nothing, and ends when nothing has come for\n"
-         "--timeout.",
-         {},
+         "Listens for what devices report of themselves, and sends nothing.\n\n"
+         "  tarnwickctl dorv search --duration 30 --link serial:/dev/ttyUSB0,9600",
+         {{"duration", "How long to listen.", "seconds", "5"}},
          Needs::Stack,
          run_search},
         {"dorv rssi",

@@ -206,7 +206,7 @@ Failure Stack::no_answer(const QString& what, const QString& advice) const
     if (traced->failed())
         return {ExitCode::Link, what + ": the connection is lost",
                 "Check the cable or the network, and start anew."};
-    if (traced->bytes_received() > 0)
+    if (!traced->last_received().isEmpty())
         return {ExitCode::BadAnswer, what + ": what came is no answer to it",
                 "The rate, the format or --frame may be wrong, or the line is noisy; -v shows the "
                 "bytes."};

@@ -63,7 +63,7 @@ TEST(StackSpec, AWrongLinkTextIsPointedAtWhereItIsWrong)
 {
     const Wrong rows[] = {
         {"", "^"},
-        {"/dev/ttyUSB0", "^~~~~~~~~~~"},
+        {"/dev/ttyUSB0", "^~~~~~~~~~~~"},
         {"seriell:/dev/ttyUSB0", "^~~~~~~"},
         {"serial", "      ^"},
         {"serial:", "       ^"},

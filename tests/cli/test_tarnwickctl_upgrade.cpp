@@ -96,7 +96,7 @@ TEST_F(CtlUpgrade, WorksOverTheNetworkToo)
 {
     Simulated sim(module({"--listen", "0"}));
     const QString file = firmware_file(sandbox, "M1_2.bin", 10000);
-    for (const QString& kind : {"tcp", "rawtcp"}) {
+    for (const QString kind : {"tcp", "rawtcp"}) {
         const CtlResult result =
             run_ctl({"upgrade", file, "--link", kind + ':' + sim.address, "--frame", "crc16",
                      "--reset-wait", "200", "--verify-wait", "0", "--log", sandbox.path("log")});

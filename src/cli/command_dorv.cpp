@@ -12,7 +12,6 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonArray>
-#include <QTimer>
 
 namespace {
 constexpr int LONGEST_DURATION_S = 86400;
@@ -127,12 +126,13 @@ void run_set(Invocation& invocation)
 
 void list_settings(Console& console)
 {
+    constexpr int MEANING_COLUMN = 35;
     QJsonArray list;
     for (const DorvSetting& setting : dorv_settings()) {
         const bool readable = setting.get != nullptr;
-        console.line(QString(setting.name).leftJustified(11) +
-                     (readable ? "get set  " : "    set  ") + form_of(setting) + "   (" +
-                     setting.meaning + ')');
+        console.line(QString(setting.name).leftJustified(12) +
+                     (readable ? "get set  " : "    set  ") +
+                     QString(setting.meaning).leftJustified(MEANING_COLUMN) + form_of(setting));
         list.append(QJsonObject{{"setting", setting.name},
                                 {"takes", form_of(setting)},
                                 {"meaning", setting.meaning},
@@ -152,7 +152,7 @@ void run_list(Invocation& invocation)
         if (!setting.get)
             continue;
         const QStringList words = read_setting(session, setting);
-        invocation.console.line(QString(setting.name).leftJustified(11) + words.join(' '));
+        invocation.console.line(QString(setting.name).leftJustified(12) + words.join(' '));
         settings[setting.name] = QJsonArray::fromStringList(words);
         invocation.interrupts.check();
     }
@@ -252,12 +252,16 @@ void run_search(Invocation& invocation)
     // A search ends at the first silence; it goes on from there until the time is over.
     QElapsedTimer clock;
     clock.start();
-    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop, [&] {
-        if (clock.elapsed() < duration_ms)
-            QTimer::singleShot(0, &loop, [&] { session.cfg.search_start(); });
-        else
-            loop.quit();
-    });
+    // Queued, as the search stops its timer behind that signal.
+    QObject::connect(
+        &session.cfg, &DorvCfg::search_finished, &loop,
+        [&] {
+            if (clock.elapsed() < duration_ms)
+                session.cfg.search_start();
+            else
+                loop.quit();
+        },
+        Qt::QueuedConnection);
     QObject::connect(&invocation.interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
     session.cfg.search_start();
     loop.exec();

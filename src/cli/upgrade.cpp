@@ -1,7 +1,7 @@
 #include "upgrade.h"
 
 #include "failure.h"
-#include "hexbytes.h"
+#include "hextext.h"
 #include "loader.h"
 #include "progress.h"
 
@@ -71,14 +71,13 @@ UpgradeResult Upgrade::run()
     connect(&loader, &Loader::log, this, &Upgrade::note_log);
     connect(&loader, &Loader::msgbox, this, [this](const QString& text) { boxes.append(text); });
     connect(&loader, &Loader::dev_soft_info_set, this, &Upgrade::note_soft_info);
-    // The bytes are good only while the signal is delivered, so they are copied there.
+    // The bytes are good only while the signal is delivered, so they are copied there; they are
+    // read when the thread has ended.
     connect(
         &loader, &Loader::dev_hard_info_set, &loader,
         [this](const uint8_t* info, int nbytes) {
-            const QByteArray bytes(reinterpret_cast<const char*>(info), info ? nbytes : 0);
-            QMetaObject::invokeMethod(this, [this, bytes] {
-                result.hard_info = bytes.isEmpty() ? QString() : shown(bytes);
-            });
+            if (info)
+                result.hard_info = hex_text(info, nbytes);
         },
         Qt::DirectConnection);
     connect(&loader, &Loader::upgrade_progress, this, &Upgrade::show_progress);
@@ -175,7 +174,7 @@ Failure Upgrade::failure() const
 Failure Upgrade::transfer_failure() const
 {
     const bool silent = trouble.contains("no response") || trouble.contains("no reply");
-    const Failure lost = connection.stack.no_answer("the transfer failed", {});
+    Failure lost = connection.stack.no_answer("the transfer failed", {});
     if (lost.code == ExitCode::Link)
         return lost;
     return {silent ? ExitCode::NoAnswer : ExitCode::Refused, "the transfer failed: " + trouble,

@@ -1,0 +1,207 @@
+// What the receive path costs: the program's window behind a real pseudo-terminal, beside a bare
+// reader of the same port in the same run.
+#include "receive_case.h"
+
+#include <QByteArray>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Work
+{
+    const char* name;
+    Text text;
+    int most_lines;
+    double ratio_wanted;  ///< to the bare reader, at most
+    double memory_wanted; ///< bytes for each received one, at most; 0 where lines are cleared
+};
+
+constexpr Work WORKS[] = {
+    {"stream", Text::stream, 0, 2.5, 3},
+    {"hexadecimal", Text::hexadecimal, 0, 5, 8},
+    {"lines", Text::lines, 0, 9, 5},
+    {"lines, clear", Text::lines, 100, 5, 0},
+};
+
+struct Sizes
+{
+    qint64 mb = 64;         ///< of each work
+    qint64 clear_mb = 1024; ///< with auto clear, for the memory
+    qint64 stock_kb = 32;   ///< that the stock widget can bear
+    qint64 slow_s = 5;      ///< at SLOW_RATE, behind the rest
+    qint64 runs = 3;
+    qint64 work = 0; ///< the only one, from 1; 0 is all of them
+};
+
+struct Pair
+{
+    Work work;
+    Measured bare;
+    Measured program;
+    double ratio() const { return program.cpu_s / bare.cpu_s; }
+};
+
+Pair median_pair(const Work& work, const Sizes& sizes)
+{
+    std::vector<Pair> pairs;
+    for (qint64 run = 0; run < sizes.runs; ++run) {
+        Case wanted;
+        wanted.text = work.text;
+        wanted.bytes = sizes.mb * MB;
+        const Measured bare = measure(wanted);
+        wanted.reader = Reader::program;
+        wanted.most_lines = work.most_lines;
+        wanted.slow_bytes = sizes.slow_s * SLOW_RATE;
+        wanted.handle = true;
+        pairs.push_back({work, bare, measure(wanted)});
+    }
+    std::sort(pairs.begin(), pairs.end(),
+              [](const Pair& a, const Pair& b) { return a.ratio() < b.ratio(); });
+    return pairs[pairs.size() / 2];
+}
+
+void print_costs(const std::vector<Pair>& pairs, const Sizes& sizes)
+{
+    std::printf("CPU for %lld MB by writes of 512 bytes (median of %lld runs)\n\n",
+                static_cast<long long>(sizes.mb), static_cast<long long>(sizes.runs));
+    std::printf("%-14s %8s %10s %8s %8s %8s %12s %14s %8s\n", "work", "bare s", "program s",
+                "ms/MB", "ratio", "at most", "last/first", "memory/byte", "at most");
+    for (const Pair& pair : pairs) {
+        const Work& work = pair.work;
+        const Measured& program = pair.program;
+        std::printf("%-14s %8.3f %10.3f %8.2f %8.2f %8.1f %12.2f %14.2f %8.1f\n", work.name,
+                    pair.bare.cpu_s, program.cpu_s, program.cpu_s * 1e3 / double(sizes.mb),
+                    pair.ratio(), work.ratio_wanted, program.last_to_first,
+                    double(program.memory_kb) * 1024 / double(sizes.mb * MB), work.memory_wanted);
+    }
+}
+
+void print_duration(const Duration& duration)
+{
+    std::printf(" %8.1f (%5.1f)", duration.wall_ms, duration.cpu_ms);
+}
+
+void print_answers(const std::vector<Pair>& pairs, const Sizes& sizes)
+{
+    std::printf(
+        "\nLongest stall of the event loop at %d KB/s (20 at most), and time to the painted "
+        "window (50 at most),\nbehind %lld MB: ms, and in brackets CPU ms of the "
+        "program\n\n",
+        SLOW_RATE / 1000, static_cast<long long>(sizes.mb));
+    std::printf("%-14s %16s %16s %16s %16s %16s\n", "work", "stall", "resize", "top", "page up",
+                "select all");
+    for (const Pair& pair : pairs) {
+        const Measured& program = pair.program;
+        std::printf("%-14s", pair.work.name);
+        for (const Duration& each :
+             {program.stall, program.resize, program.top, program.page_up, program.select_all})
+            print_duration(each);
+        std::printf("\n");
+    }
+}
+
+void print_memory_with_clear(const Sizes& sizes)
+{
+    Case wanted;
+    wanted.reader = Reader::program;
+    wanted.text = Text::lines;
+    wanted.most_lines = 100;
+    wanted.bytes = sizes.clear_mb * MB;
+    const Measured measured = measure(wanted);
+    std::printf(
+        "\nMemory with auto clear at %d lines: %lld KB more after 10 MB, %lld KB more after "
+        "%lld MB; last/first cost %.2f\n",
+        wanted.most_lines, static_cast<long long>(measured.early_memory_kb),
+        static_cast<long long>(measured.memory_kb), static_cast<long long>(sizes.clear_mb),
+        measured.last_to_first);
+}
+
+void print_stock(const Sizes& sizes)
+{
+    std::printf("\nBeside a stock QPlainTextEdit, %lld KB\n\n%-14s %8s %10s %8s\n",
+                static_cast<long long>(sizes.stock_kb), "work", "stock s", "program s", "ratio");
+    for (const Work& work : WORKS) {
+        if (work.most_lines > 0)
+            continue;
+        Case wanted;
+        wanted.text = work.text;
+        wanted.bytes = sizes.stock_kb * 1000;
+        wanted.reader = Reader::stock;
+        const Measured stock = measure(wanted);
+        wanted.reader = Reader::program;
+        const Measured program = measure(wanted);
+        std::printf("%-14s %8.3f %10.3f %8.0f\n", work.name, stock.cpu_s, program.cpu_s,
+                    stock.cpu_s / program.cpu_s);
+        std::fflush(stdout);
+    }
+}
+
+qint64* option(Sizes& sizes, const std::string& name)
+{
+    if (name == "--mb")
+        return &sizes.mb;
+    if (name == "--clear-mb")
+        return &sizes.clear_mb;
+    if (name == "--stock-kb")
+        return &sizes.stock_kb;
+    if (name == "--slow-s")
+        return &sizes.slow_s;
+    if (name == "--runs")
+        return &sizes.runs;
+    if (name == "--work")
+        return &sizes.work;
+    return nullptr;
+}
+
+bool parse(int argc, char** argv, Sizes& sizes)
+{
+    for (int i = 1; i < argc; i += 2) {
+        qint64* const value = option(sizes, argv[i]);
+        if (!value || i + 1 == argc)
+            return false;
+        *value = std::atoll(argv[i + 1]);
+        if (*value < 0)
+            return false;
+    }
+    return sizes.mb > 0 && sizes.runs > 0 && sizes.work <= qint64(std::size(WORKS));
+}
+
+void set_unless_set(const char* variable, const char* value)
+{
+    if (!qEnvironmentVariableIsSet(variable))
+        qputenv(variable, value);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Sizes sizes;
+    if (!parse(argc, argv, sizes)) {
+        std::fprintf(stderr, "usage: bench_receive [--mb N] [--runs N] [--slow-s N] [--clear-mb N] "
+                             "[--stock-kb N] [--work 1..4]\nA size of 0 leaves the last three "
+                             "measurements out.\n");
+        return EXIT_FAILURE;
+    }
+    set_unless_set("QT_QPA_PLATFORM", "offscreen");
+    set_unless_set("QT_LOGGING_RULES", "default.warning=false"); // that platform's many warnings
+    if (!qEnvironmentVariableIsSet("LANG"))
+        set_unless_set("LC_ALL", "C.UTF-8"); // what people have
+    std::vector<Pair> pairs;
+    for (const Work& work : WORKS)
+        if (sizes.work == 0 || &work == &WORKS[sizes.work - 1])
+            pairs.push_back(median_pair(work, sizes));
+    print_costs(pairs, sizes);
+    print_answers(pairs, sizes);
+    std::fflush(stdout);
+    if (sizes.clear_mb > 0)
+        print_memory_with_clear(sizes);
+    if (sizes.stock_kb > 0)
+        print_stock(sizes);
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,154 @@
+#include "slowrows.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int TAB_STOP = 8;
+constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
+
+// A character with the marks that are joined to it.
+struct Cluster
+{
+    int start;
+    SlowKind kind;
+};
+
+std::vector<Cluster> clusters_of(const QString& text, int start, int end)
+{
+    std::vector<Cluster> clusters;
+    for (int at = start; at < end; ++at) {
+        const SlowKind kind = slow_kind(text, at);
+        if (kind != SlowKind::mark || clusters.empty())
+            clusters.push_back({at, kind});
+    }
+    return clusters;
+}
+
+int column_behind(SlowKind kind, int column, int columns)
+{
+    switch (kind) {
+    case SlowKind::narrow:
+    case SlowKind::blank:
+        return column + 1;
+    case SlowKind::wide:
+        return column + 2;
+    case SlowKind::tab:
+        return column >= columns ? column
+                                 : std::min(columns, column - column % TAB_STOP + TAB_STOP);
+    case SlowKind::mark:
+    case SlowKind::line_end:
+        break;
+    }
+    return column;
+}
+
+bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
+{
+    int column = 0;
+    bool past_edge = false;
+    for (size_t i = 0; i < count; ++i) {
+        const SlowKind kind = clusters[i].kind;
+        if (i > 0 && clusters[i - 1].kind == SlowKind::line_end)
+            return false;
+        if (past_edge && kind != SlowKind::line_end)
+            return false;
+        past_edge = (kind == SlowKind::blank || kind == SlowKind::tab) && column >= columns;
+        column = column_behind(kind, column, columns);
+        if (column > columns && i > 0 && !past_edge)
+            return false;
+    }
+    return true;
+}
+
+bool may_part(SlowKind before, SlowKind behind)
+{
+    return before == SlowKind::blank || before == SlowKind::tab || before == SlowKind::wide ||
+           before == SlowKind::line_end || behind == SlowKind::wide;
+}
+
+int row_end(const QString& text, int start, int end, int columns)
+{
+    const int most = start + columns * MOST_CHARACTERS_PER_COLUMN;
+    const int seen = std::min(end, most + 1);
+    const std::vector<Cluster> clusters = clusters_of(text, start, seen);
+    size_t count = clusters.size();
+    while (!fits(clusters, count, columns))
+        --count;
+    const int full = count < clusters.size() ? clusters[count].start : seen;
+    if (full >= most)
+        return std::min(most, end);
+    if (full == end)
+        return end;
+    for (size_t i = count; i > 0; --i)
+        if (may_part(clusters[i - 1].kind, clusters[i].kind))
+            return clusters[i].start;
+    return full;
+}
+
+} // namespace
+
+SlowKind slow_kind(const QString& text, int at)
+{
+    const ushort c = text[at].unicode();
+    if (c == ' ')
+        return SlowKind::blank;
+    if (c == '\t')
+        return SlowKind::tab;
+    if (c == QChar::LineSeparator)
+        return SlowKind::line_end;
+    if ((c >= 0x4E00 && c <= 0x9FFF) || QChar::isHighSurrogate(c))
+        return SlowKind::wide;
+    if ((c >= 0x300 && c < 0x370) || QChar::isLowSurrogate(c))
+        return SlowKind::mark;
+    return SlowKind::narrow;
+}
+
+int slow_column(const QString& text, int start, int at, int columns)
+{
+    int column = 0;
+    for (int i = start; i < at; ++i)
+        column = column_behind(slow_kind(text, i), column, columns);
+    return column;
+}
+
+std::vector<SlowRow> slow_rows(const QString& text, int columns)
+{
+    std::vector<SlowRow> rows;
+    for (int start = 0; start <= text.size();) {
+        const int found = text.indexOf('\n', start);
+        const int end = found < 0 ? text.size() : found;
+        do {
+            const int row = row_end(text, start, end, columns);
+            rows.push_back({start, row});
+            start = row;
+        } while (start < end);
+        start = end + 1;
+    }
+    return rows;
+}
+
+QString random_text(std::mt19937& random, int length, bool uneven)
+{
+    static const QString UNEVEN[] = {"\t",
+                                     QString(1, QChar(0x56FD)),
+                                     "e" + QString(1, QChar(0x301)),
+                                     QString(1, QChar(0x301)),
+                                     QString::fromUcs4(U"\U0001F600"),
+                                     QString(1, QChar(QChar::LineSeparator)),
+                                     "\r",
+                                     "\r\n"};
+    QString text;
+    while (text.size() < length) {
+        const unsigned kind = random() % 40;
+        if (kind < 6)
+            text += ' ';
+        else if (kind == 6 && random() % 4 == 0)
+            text += '\n';
+        else if (kind < 12 && uneven)
+            text += UNEVEN[random() % std::size(UNEVEN)];
+        else
+            text += QString(int(random() % 12), QChar('a' + char(random() % 26)));
+    }
+    return text;
+}

@@ -146,7 +146,7 @@ QJsonObject Search::run()
     QObject::connect(&cfg, &QThread::finished, &loop, &QEventLoop::quit);
     start();
     loop.exec();
-    cfg.wait();
+    connection.stack.take_back(cfg);
     console.end_progress();
 
     QJsonObject result = {{"devices", found}, {"pairs", pairs}};

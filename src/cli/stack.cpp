@@ -182,8 +182,16 @@ void Stack::open_on(QThread& worker, const std::function<void(bool)>& opened)
         [this, home] {
             traced->close();
             link_object->moveToThread(home);
+            given_back.store(true, std::memory_order_release);
         },
         Qt::DirectConnection);
+}
+
+void Stack::take_back(QThread& worker)
+{
+    worker.wait();
+    while (!given_back.load(std::memory_order_acquire))
+        QThread::yieldCurrentThread();
 }
 
 Failure Stack::open_failure() const

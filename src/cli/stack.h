@@ -6,6 +6,7 @@
 #include "tracedlink.h"
 
 #include <QThread>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -39,6 +40,8 @@ public:
     // a network socket belongs to the thread that opens it. `opened` is called there, before the
     // worker's run, and tells whether that went well.
     void open_on(QThread& worker, const std::function<void(bool)>& opened);
+    // Waits for the worker's end and has the link back on this thread.
+    void take_back(QThread& worker);
     // Why the link could not be opened.
     Failure open_failure() const;
     // Why nothing came: the port has gone, the connection is lost, or the device is silent.
@@ -53,4 +56,7 @@ private:
     std::unique_ptr<QObject> link_object;
     std::unique_ptr<TracedLink> traced;
     std::vector<std::unique_ptr<QFramer>> framers; // the lowest first
+    // Set by a worker that is done with the link. It orders what the worker did before what its
+    // owner does next, which the end of a QThread does too, but out of sight of race detectors.
+    std::atomic<bool> given_back{false};
 };

@@ -65,23 +65,7 @@ UpgradeResult Upgrade::run()
     loader.reset_wait_ms_set(settings.reset_wait_ms);
     loader.verify_wait_ms_set(settings.verify_wait_ms);
 
-    connect(
-        &loader, &Loader::log, &loader, [this](const QString& line) { connection.log.told(line); },
-        Qt::DirectConnection);
-    connect(&loader, &Loader::log, this, &Upgrade::note_log);
-    connect(&loader, &Loader::msgbox, this, [this](const QString& text) { boxes.append(text); });
-    connect(&loader, &Loader::dev_soft_info_set, this, &Upgrade::note_soft_info);
-    // The bytes are good only while the signal is delivered, so they are copied there; they are
-    // read when the thread has ended.
-    connect(
-        &loader, &Loader::dev_hard_info_set, &loader,
-        [this](const uint8_t* info, int nbytes) {
-            if (info)
-                result.hard_info = hex_text(info, nbytes);
-        },
-        Qt::DirectConnection);
-    connect(&loader, &Loader::upgrade_progress, this, &Upgrade::show_progress);
-    connect(&interrupts, &Interrupts::interrupted, &loader, [this, &loader] { loader.abort(); });
+    connect_signals(loader);
     connection.stack.open_on(loader, [this, &loader](bool opened) {
         if (opened)
             return;
@@ -92,17 +76,39 @@ UpgradeResult Upgrade::run()
     });
 
     QEventLoop loop;
-    connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
     run_clock.start();
     loader.upgrade_start();
     loop.exec();
-    loader.wait();
+    connection.stack.take_back(loader);
     result.elapsed_ms = run_clock.elapsed();
     if (!boxes.contains(BOX_DONE))
         throw failure();
     show_progress(result.file_size, result.file_size);
     console.end_progress();
     return result;
+}
+
+// All but the interrupt comes on the loader's own thread, and what it leaves is read behind its
+// end.
+void Upgrade::connect_signals(Loader& loader)
+{
+    const auto on = [&loader](auto signal, auto receiver) {
+        QObject::connect(&loader, signal, &loader, receiver, Qt::DirectConnection);
+    };
+    on(&Loader::log, [this](const QString& line) {
+        connection.log.told(line);
+        note_log(line);
+    });
+    on(&Loader::msgbox, [this](const QString& text) { boxes.append(text); });
+    on(&Loader::dev_soft_info_set, [this](const QString& info) { note_soft_info(info); });
+    on(&Loader::dev_hard_info_set, [this](const uint8_t* info, int nbytes) {
+        if (info)
+            result.hard_info = hex_text(info, nbytes);
+    });
+    on(&Loader::upgrade_progress,
+       [this](int file_size, int offset) { show_progress(file_size, offset); });
+    QObject::connect(&interrupts, &Interrupts::interrupted, &loader, &Loader::abort);
 }
 
 void Upgrade::note_log(const QString& line)

@@ -29,10 +29,10 @@ struct UpgradeResult
 // Throws Failure when there is no such file to read.
 void check_firmware_file(const QString& file);
 
-class Upgrade : public QObject
-{
-    Q_OBJECT
+class Loader;
 
+class Upgrade
+{
 public:
     Upgrade(const UpgradeSettings& settings, Connection& connection, Console& console,
             Interrupts& interrupts);
@@ -42,6 +42,7 @@ public:
     UpgradeResult run();
 
 private:
+    void connect_signals(Loader& loader);
     void note_log(const QString& line);
     void note_soft_info(const QString& info);
     void show_progress(int file_size, int offset);

@@ -6,7 +6,6 @@
 #include "progress.h"
 
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QJsonArray>
 
 namespace {
@@ -119,11 +118,6 @@ void Search::connect_signals()
            show_found(channel, rate, answer->bytes, sizeof answer->bytes);
        });
     QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] { cfg.abort(); });
-    connection.stack.open_on(cfg, [this](bool opened) {
-        link_failed = !opened;
-        if (link_failed)
-            cfg.abort();
-    });
 }
 
 void Search::start()
@@ -142,11 +136,12 @@ void Search::start()
 QJsonObject Search::run()
 {
     connect_signals();
-    QEventLoop loop;
-    QObject::connect(&cfg, &QThread::finished, &loop, &QEventLoop::quit);
-    start();
-    loop.exec();
-    connection.stack.take_back(cfg);
+    const auto begin = [this] { start(); };
+    connection.stack.run_worker(cfg, begin, [this](bool opened) {
+        link_failed = !opened;
+        if (link_failed)
+            cfg.abort();
+    });
     console.end_progress();
 
     QJsonObject result = {{"devices", found}, {"pairs", pairs}};

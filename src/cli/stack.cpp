@@ -12,7 +12,7 @@
 #include "qlinktcpip.h"
 #include "qlinkwinsock.h"
 
-#include <QCoreApplication>
+#include <QEventLoop>
 #include <QFileInfo>
 
 namespace {
@@ -170,25 +170,24 @@ void Stack::open()
         throw open_failure();
 }
 
-void Stack::open_on(QThread& worker, const std::function<void(bool)>& opened)
+void Stack::run_worker(QThread& worker, const std::function<void()>& start,
+                       const std::function<void(bool)>& opened)
 {
+    QEventLoop loop;
+    QObject::connect(&worker, &QThread::finished, &loop, &QEventLoop::quit);
     QThread* const home = link_object->thread();
-    link_object->moveToThread(&worker);
-    QObject::connect(
-        &worker, &QThread::started, &worker, [this, opened] { opened(traced->open() == 0); },
-        Qt::DirectConnection);
-    QObject::connect(
-        &worker, &QThread::finished, &worker,
-        [this, home] {
-            traced->close();
-            link_object->moveToThread(home);
-            given_back.store(true, std::memory_order_release);
-        },
-        Qt::DirectConnection);
-}
+    const auto open_link = [this, &opened] { opened(traced->open() == 0); };
+    const auto close_link = [this, home] {
+        traced->close();
+        link_object->moveToThread(home);
+        given_back.store(true, std::memory_order_release);
+    };
+    QObject::connect(&worker, &QThread::started, &worker, open_link, Qt::DirectConnection);
+    QObject::connect(&worker, &QThread::finished, &worker, close_link, Qt::DirectConnection);
 
-void Stack::take_back(QThread& worker)
-{
+    link_object->moveToThread(&worker);
+    start();
+    loop.exec();
     worker.wait();
     while (!given_back.load(std::memory_order_acquire))
         QThread::yieldCurrentThread();

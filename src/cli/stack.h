@@ -36,12 +36,12 @@ public:
 
     // Opens the link on this thread. Throws Failure.
     void open();
-    // Opens the link on the worker's own thread when it starts and closes it there when it ends, as
-    // a network socket belongs to the thread that opens it. `opened` is called there, before the
-    // worker's run, and tells whether that went well.
-    void open_on(QThread& worker, const std::function<void(bool)>& opened);
-    // Waits for the worker's end and has the link back on this thread.
-    void take_back(QThread& worker);
+    // Has the worker run with the link open, in an event loop until it has ended. The link is
+    // opened and closed on the worker's own thread, as a network socket belongs to the thread that
+    // opens it. `start` starts the worker; `opened` is called on its thread, before its run, and
+    // tells whether the link could be opened.
+    void run_worker(QThread& worker, const std::function<void()>& start,
+                    const std::function<void(bool)>& opened);
     // Why the link could not be opened.
     Failure open_failure() const;
     // Why nothing came: the port has gone, the connection is lost, or the device is silent.

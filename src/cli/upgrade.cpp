@@ -5,7 +5,6 @@
 #include "loader.h"
 #include "progress.h"
 
-#include <QEventLoop>
 #include <QFileInfo>
 
 namespace {
@@ -66,7 +65,11 @@ UpgradeResult Upgrade::run()
     loader.verify_wait_ms_set(settings.verify_wait_ms);
 
     connect_signals(loader);
-    connection.stack.open_on(loader, [this, &loader](bool opened) {
+    const auto start = [this, &loader] {
+        run_clock.start();
+        loader.upgrade_start();
+    };
+    connection.stack.run_worker(loader, start, [this, &loader](bool opened) {
         if (opened)
             return;
         // The run finds no link at its first question, and asks it once.
@@ -74,13 +77,6 @@ UpgradeResult Upgrade::run()
         loader.retry_count_set(0);
         loader.send_interval_set(0);
     });
-
-    QEventLoop loop;
-    QObject::connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
-    run_clock.start();
-    loader.upgrade_start();
-    loop.exec();
-    connection.stack.take_back(loader);
     result.elapsed_ms = run_clock.elapsed();
     if (!boxes.contains(BOX_DONE))
         throw failure();

@@ -34,8 +34,9 @@ public:
         : port_name(std::move(port_name))
         , shots(std::move(shots_folder))
     {
-        window.resize(900, 560);
         window.show();
+        QTest::qWait(PAUSE_MS);
+        window.resize(900, 520);
     }
 
     bool run()
@@ -134,7 +135,7 @@ private:
             table->item(row, 2)->setText(ROWS[row][1]);
         }
         table->item(2, 2)->setCheckState(Qt::Checked);
-        window.resize(1200, 560);
+        window.resize(1200, 520);
         shoot(window, "list");
     }
 

@@ -85,7 +85,8 @@ public:
     // nbytes when the module said "ok", else 0.
     int write(const char* buffer, int nbytes) override;
     // Waits for one report line. The payload bytes stored, else 0. What a report announces beyond
-    // nbytes stays in the link.
+    // nbytes stays in the link. The line must fit into nbytes + LINE_ROOM - 1 bytes: in the raw
+    // form, where each byte takes two characters, ask for twice the payload.
     int read(char* buffer, int nbytes) override;
 
     // write and read in the form of the mode, or in the raw one.

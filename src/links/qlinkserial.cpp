@@ -128,10 +128,11 @@ void QLinkSerial::dev_remove(QextPortInfo info)
 void QLinkSerial::delete_enumerator()
 {
     enumerator->disconnect(this);
-    if (enumerator->thread() == QThread::currentThread())
-        delete enumerator;
-    else
+    const QThread* const home = enumerator->thread();
+    if (home && home != QThread::currentThread() && home->isRunning())
         enumerator->deleteLater(); // its own thread may be using it right now
+    else
+        delete enumerator;
     enumerator = nullptr;
 }
 

@@ -22,24 +22,40 @@ std::atomic<int> startups{0};
 
 using Clock = std::chrono::steady_clock;
 
-// When a call that begins now has to give up.
+// When a call that begins now has to give up. The system's own time-outs of sockets are not used to
+// wait: they come up to a tenth too late, and begin anew after each signal.
 class Deadline
 {
 public:
     Deadline(SOCKET s, int option)
+        : s(s)
     {
         timeval limit = {};
         socklen_t size = sizeof limit;
-        if (::getsockopt(s, SOL_SOCKET, option, &limit, &size) == 0 &&
-            (limit.tv_sec != 0 || limit.tv_usec != 0)) {
-            bounded = true;
-            end = Clock::now() + std::chrono::seconds(limit.tv_sec) +
-                  std::chrono::microseconds(limit.tv_usec);
+        ::getsockopt(s, SOL_SOCKET, option, &limit, &size);
+        bounded = limit.tv_sec != 0 || limit.tv_usec != 0;
+        end = Clock::now() + std::chrono::seconds(limit.tv_sec) +
+              std::chrono::microseconds(limit.tv_usec);
+    }
+
+    // True when the socket is ready for `events`, false with errno when it wasn't in time.
+    bool wait_for(short events) const
+    {
+        pollfd state = {s, events, 0};
+        for (;;) {
+            const int ready = ::poll(&state, 1, remaining_ms());
+            if (ready > 0)
+                return true;
+            if (ready < 0 && errno == EINTR)
+                continue;
+            if (ready == 0)
+                errno = ETIMEDOUT;
+            return false;
         }
     }
 
-    bool passed() const { return bounded && Clock::now() >= end; }
-    // For poll: ms, -1 without a limit.
+private:
+    // As poll takes it: -1 without a limit.
     int remaining_ms() const
     {
         using std::chrono::milliseconds;
@@ -49,38 +65,26 @@ public:
         return left > 0 ? int(left) : 0;
     }
 
-private:
+    const SOCKET s;
     bool bounded = false;
     Clock::time_point end;
 };
 
-// Repeats a call that a signal has cut short. One that is repeated late may take a second time-out.
-template <typename Call> ssize_t through_signals(SOCKET s, int option, Call call)
+bool has_to_wait(ssize_t result)
 {
-    ssize_t result = call();
-    if (result >= 0 || errno != EINTR)
-        return result;
-    const Deadline deadline(s, option);
-    do
-        result = call();
-    while (result < 0 && errno == EINTR && !deadline.passed());
-    return result;
+    return result < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR);
 }
 
-// The end of a connect that a signal has cut short: it goes on in the system.
-int finish_connect(SOCKET s, const Deadline& deadline)
+// Repeats a call that doesn't block until it has moved something or its time-out has run out.
+template <typename Call> int in_time(SOCKET s, int option, short events, Call call)
 {
-    pollfd writable = {s, POLLOUT, 0};
-    int ready = 0;
-    do
-        ready = ::poll(&writable, 1, deadline.remaining_ms());
-    while (ready < 0 && errno == EINTR);
-    int error = ready == 0 ? ETIMEDOUT : errno;
-    socklen_t size = sizeof error;
-    if (ready > 0)
-        ::getsockopt(s, SOL_SOCKET, SO_ERROR, &error, &size);
-    errno = error;
-    return error == 0 ? 0 : SOCKET_ERROR;
+    ssize_t result = call();
+    if (has_to_wait(result)) {
+        const Deadline deadline(s, option);
+        while (has_to_wait(result) && deadline.wait_for(events))
+            result = call();
+    }
+    return int(result);
 }
 
 } // namespace
@@ -147,8 +151,16 @@ uint32_t inet_addr(const char* dotted)
 int connect(SOCKET s, const sockaddr* peer, int size)
 {
     const Deadline deadline(s, SO_SNDTIMEO);
-    const int result = ::connect(s, peer, socklen_t(size));
-    return result < 0 && errno == EINTR ? finish_connect(s, deadline) : result;
+    if (::connect(s, peer, socklen_t(size)) == 0)
+        return 0;
+    // A signal cuts the call short, but the connecting goes on in the system.
+    if (errno != EINTR || !deadline.wait_for(POLLOUT))
+        return SOCKET_ERROR;
+    int error = 0;
+    socklen_t error_size = sizeof error;
+    ::getsockopt(s, SOL_SOCKET, SO_ERROR, &error, &error_size);
+    errno = error;
+    return error == 0 ? 0 : SOCKET_ERROR;
 }
 
 int closesocket(SOCKET s)
@@ -171,19 +183,20 @@ int ioctlsocket(SOCKET s, unsigned long request, unsigned long* result)
 
 int recv(SOCKET s, char* buffer, int size, int flags)
 {
-    return int(
-        through_signals(s, SO_RCVTIMEO, [=] { return ::recv(s, buffer, size_t(size), flags); }));
+    return in_time(s, SO_RCVTIMEO, POLLIN,
+                   [=] { return ::recv(s, buffer, size_t(size), flags | MSG_DONTWAIT); });
 }
 
 int recvfrom(SOCKET s, char* buffer, int size, int flags, sockaddr* from, int* from_size)
 {
     socklen_t length = from_size ? socklen_t(*from_size) : 0;
-    const ssize_t count = through_signals(s, SO_RCVTIMEO, [&] {
-        return ::recvfrom(s, buffer, size_t(size), flags, from, from ? &length : nullptr);
+    const int count = in_time(s, SO_RCVTIMEO, POLLIN, [&] {
+        return ::recvfrom(s, buffer, size_t(size), flags | MSG_DONTWAIT, from,
+                          from ? &length : nullptr);
     });
     if (from_size)
         *from_size = int(length);
-    return int(count);
+    return count;
 }
 
 int send(SOCKET s, const char* buffer, int size, int flags)
@@ -191,20 +204,22 @@ int send(SOCKET s, const char* buffer, int size, int flags)
     const Deadline deadline(s, SO_SNDTIMEO);
     int sent = 0;
     do {
-        const ssize_t count = ::send(s, buffer + sent, size_t(size - sent), flags | MSG_NOSIGNAL);
-        if (count > 0)
+        const ssize_t count =
+            ::send(s, buffer + sent, size_t(size - sent), flags | MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (count >= 0)
             sent += int(count);
-        else if (count < 0 && errno != EINTR)
+        else if (!has_to_wait(count))
             break;
-    } while (sent < size && !deadline.passed());
-    return sent > 0 || size <= 0 ? sent : SOCKET_ERROR;
+    } while (sent < size && deadline.wait_for(POLLOUT));
+    return sent > 0 || size == 0 ? sent : SOCKET_ERROR;
 }
 
 int sendto(SOCKET s, const char* buffer, int size, int flags, const sockaddr* to, int to_size)
 {
-    return int(through_signals(s, SO_SNDTIMEO, [=] {
-        return ::sendto(s, buffer, size_t(size), flags | MSG_NOSIGNAL, to, socklen_t(to_size));
-    }));
+    return in_time(s, SO_SNDTIMEO, POLLOUT, [=] {
+        return ::sendto(s, buffer, size_t(size), flags | MSG_DONTWAIT | MSG_NOSIGNAL, to,
+                        socklen_t(to_size));
+    });
 }
 
 } // namespace winsock

@@ -36,8 +36,8 @@ using SOCKET = int;
 constexpr SOCKET INVALID_SOCKET = -1;
 constexpr int SOCKET_ERROR = -1;
 
-// All calls give SOCKET_ERROR with errno on failure. None raises SIGPIPE, and none ends early for a
-// signal: it goes on, and gives up when its time-out has run out by then.
+// All calls give SOCKET_ERROR with errno on failure. None raises SIGPIPE, none ends early for a
+// signal, and none waits longer for one.
 namespace winsock {
 
 struct WSADATA

@@ -26,6 +26,11 @@ QByteArray long_address(const void* addr)
     return bytes(addr, CNET_LONG_ADDRESS);
 }
 
+int signed_value(char byte)
+{
+    return qint8(byte);
+}
+
 // Stands behind the address wherever a configuration block goes or comes.
 QByteArray block_length()
 {
@@ -254,6 +259,6 @@ int CnetCfg::value_get(const CnetCommand& command, const QByteArray& addr, int* 
         return VALUE_FAILED;
     const char* values = answer.constData() + addr.size();
     if (second != nullptr)
-        *second = qint8(values[1]);
-    return qint8(values[0]);
+        *second = signed_value(values[1]);
+    return signed_value(values[0]);
 }

@@ -46,13 +46,14 @@ public slots:
     // of 4.
     void pack_len_set(uint nbyte);
     // Attempts for each packet and each verify; the information exchange makes one more. At 0
-    // nothing is sent but information requests.
+    // no page is checked or sent.
     void retry_count_set(uint retry);
     // Pause behind each data packet and each failed information or verify attempt.
     void send_interval_set(uint ms);
     // Pause between the command to enter boot mode and the next information request.
     void reset_wait_ms_set(uint ms);
-    // Pause between the final verify request and the reading of its reply.
+    // Pause between the final verify request and the reading of its reply; and in front of that
+    // request when the run missed a reply, which could otherwise come late and pass for this one.
     void verify_wait_ms_set(uint ms);
     // Starts a run, or says in a message box that one is under way. The thread runs on for a moment
     // beyond upgrade_done: QThread::finished or wait() tell when the next run can start.

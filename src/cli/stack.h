@@ -30,6 +30,7 @@ public:
     Stack& operator=(const Stack&) = delete;
 
     TracedLink& link() { return *traced; }
+    const TracedLink& link() const { return *traced; }
     QFramer& top() { return *framers.back(); }
     // The framer on the link alone, below all others.
     QFramer& lowest() { return *framers.front(); }

@@ -181,6 +181,8 @@ TEST_F(TarnwickCtl, RubbishIsNoSuccess)
             run_ctl({"dorv", "get", setting, "--link", "serial:echo", "--timeout", "50"});
         EXPECT_EQ(result.exit, 1) << setting << ": " << result.out.toStdString();
     }
+    EXPECT_EQ(run_ctl({"dorv", "mode", "radio", "--link", "serial:echo", "--timeout", "50"}).exit,
+              1);
     EXPECT_EQ(run_ctl({"cnet", "info", "--link", "serial:echo", "--timeout", "50"}).exit, 5);
 }
 

@@ -99,16 +99,15 @@ public:
         document.setDocumentLayout(new NoLayout(&document));
         document.setUndoRedoEnabled(false);
         document.setMaximumBlockCount(wanted.most_lines);
+        end = QTextCursor(&document);
     }
 
 protected:
     void take(const QByteArray& data) override
     {
-        QTextCursor cursor(&document);
-        cursor.beginEditBlock();
-        cursor.setPosition(document.characterCount() - 1);
-        cursor.insertText(text_of(data, wanted));
-        cursor.endEditBlock();
+        end.beginEditBlock();
+        end.insertText(text_of(data, wanted));
+        end.endEditBlock();
         BareReader::take(data);
     }
 
@@ -118,11 +117,14 @@ private:
     public:
         using QPlainTextDocumentLayout::QPlainTextDocumentLayout;
 
+        QRectF blockBoundingRect(const QTextBlock& /*block*/) const override { return {}; }
+
     protected:
         void documentChanged(int /*from*/, int /*removed*/, int /*added*/) override {}
     };
 
     QTextDocument document;
+    QTextCursor end;
     const Case wanted;
 };
 

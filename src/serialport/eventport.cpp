@@ -72,9 +72,10 @@ qint64 EventPort::write(const char* data, qint64 size)
     if (lost)
         return -1;
     if (serial.bytesToWrite() + size > QextSerialPort::WRITE_LIMIT) {
-        fail(QSerialPort::WriteError, tr("%1 bytes wait to be sent, there is no room for %2 more")
-                                          .arg(serial.bytesToWrite())
-                                          .arg(size));
+        fail(QSerialPort::WriteError,
+             QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
+                 .arg(serial.bytesToWrite())
+                 .arg(size));
         return -1;
     }
     const qint64 accepted = serial.write(data, size);
@@ -91,7 +92,7 @@ void EventPort::handle_error(QSerialPort::SerialPortError error)
         fail(error, serial.errorString());
         return;
     }
-    fail(QSerialPort::ResourceError, tr("the device has gone"));
+    fail(QSerialPort::ResourceError, QextSerialPort::tr("the device has gone"));
     lost = true;
     leftover = serial.readAll();
     serial.disconnect(this);

@@ -139,7 +139,7 @@ void SerialPump::handle_error(QSerialPort::SerialPortError error)
         fail(error, serial.errorString());
         return;
     }
-    fail(QSerialPort::ResourceError, tr("the device has gone"));
+    fail(QSerialPort::ResourceError, QextSerialPort::tr("the device has gone"));
     append_received(serial.readAll());
     {
         const std::lock_guard lock(state.mutex);
@@ -274,7 +274,7 @@ qint64 PolledPort::write(const char* data, qint64 size)
         state.changed.wait(lock, [&] { return !state.withdraw || state.lost; });
         state.error = QSerialPort::TimeoutError;
         state.error_text =
-            QSerialPort::tr("%1 of %2 bytes were not taken in time").arg(left).arg(size);
+            QextSerialPort::tr("%1 of %2 bytes were not taken in time").arg(left).arg(size);
     }
     return size - left;
 }

@@ -1,7 +1,10 @@
 #include "tty.h"
 
+#include <QCoreApplication>
+
 #ifdef Q_OS_LINUX
 // The kernel's own termios, for free rates; it can't be in one file with <termios.h>.
+#include <QCoreApplication>
 #include <asm/termbits.h>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -36,17 +39,19 @@ QString tty_settings_finish(QSerialPort& serial, const PortSettings& settings)
 {
     termios2 tio = {};
     if (ioctl(serial.handle(), TCGETS2, &tio) != 0)
-        return QSerialPort::tr("the device gives no settings");
+        return QCoreApplication::translate("QextSerialPort", "the device gives no settings");
     // QSerialPort falls back to one stop bit. CSTOPB is 1.5 with five data bits and 2 with the
     // others.
     if (settings.StopBits == STOP_1_5) {
         tio.c_cflag |= CSTOPB;
         if (ioctl(serial.handle(), TCSETS2, &tio) != 0)
-            return QSerialPort::tr("the device refuses 1.5 stop bits");
+            return QCoreApplication::translate("QextSerialPort",
+                                               "the device refuses 1.5 stop bits");
     }
     // A driver that can't make a rate doesn't fail: it takes another one and says which.
     if (!rate_is_close(settings.BaudRate, tio.c_ospeed))
-        return QSerialPort::tr("the device refuses %1 bits/s and offers %2")
+        return QCoreApplication::translate("QextSerialPort",
+                                           "the device refuses %1 bits/s and offers %2")
             .arg(int(settings.BaudRate))
             .arg(tio.c_ospeed);
     return {};

@@ -16,8 +16,18 @@ const char OVERVIEW[] =
     "Devices:\n"
     "  echo   sends every byte back\n"
     "  talk   talks without being asked: lines, bytes or hexadecimal text at a rate\n"
+    "  boot   a module whose firmware can be replaced through its boot code\n"
+    "  cnet   a radio device with others in reach, to be configured and searched for\n"
+    "  dorv   a radio module with AT commands that remembers its settings\n"
     "\n"
-    "It prints the path of its port, runs until Ctrl-C, and takes the port away with it.\n";
+    "It prints the path of its port, runs until Ctrl-C, and takes the port away with it.\n"
+    "\n"
+    "Examples:\n"
+    "  tarnwick-sim echo --baud 115200\n"
+    "  tarnwick-sim boot --image rom.bin --module M1 --frame rtu:1 --verbose\n"
+    "  tarnwick-sim boot --listen 4001 --drop 0.01 --corrupt 0.01 --seed 7\n"
+    "  tarnwick-sim cnet --device 12,1,0x1234 --device 30,2,0x1235\n"
+    "  tarnwick-sim dorv --settings module.txt\n";
 
 const QList<QCommandLineOption> COMMON = {
     {"name", "Name of the port in the folder of virtual ports; the device's kind if not given.",
@@ -46,6 +56,44 @@ const QList<QCommandLineOption> TALK = {
     {"bytes", "Stop after so many bytes.", "count", "-1"},
 };
 
+const QList<QCommandLineOption> MODULE = {
+    {"verbose", "Tell on stderr what the device hears, does and sends."},
+    {"start-time", "How long the device hears nothing after a reset.", "ms", "50"},
+    {"reboot-after", "The device's supply fails for a moment at that request.", "count", "-1"},
+    {"cut-after", "The line is cut, and can be opened again, at that request.", "count", "-1"},
+};
+
+const QList<QCommandLineOption> BOOT = {
+    {"image", "File that holds the firmware; made if missing. Without it, memory alone does.",
+     "file"},
+    {"frame", "Frame around requests and replies: none, crc16, rtu:ADDRESS, chan:HEX or rwlt.",
+     "frame", "crc16"},
+    {"module", "Name of the module; an empty one is not told.", "text", "M1"},
+    {"firmware", "Version that the module tells: up to five numbers of 0 to 255.", "a.b.c.d.e",
+     "1.0.0.0.0"},
+    {"hard-info", "Bytes that follow the name in the module's answer.", "hex"},
+    {"page", "Bytes that are checked at a time.", "bytes", "4096"},
+    {"mtu", "Most bytes in a packet of data.", "bytes", "1024"},
+    {"rom", "Bytes of memory for the firmware.", "bytes", "1048576"},
+    {"boot", "Start in the boot code, as with no firmware in place."},
+};
+
+const QList<QCommandLineOption> CNET = {
+    {"address", "Short address of the device at the line.", "address", "0x0001"},
+    {"devices", "How many others are in reach, on channels and rates drawn from --seed.", "count",
+     "6"},
+    {"device",
+     "One device in reach: channel 9 to 30, rate 0 to 2, short address. Can be given again; "
+     "then --devices does not count.",
+     "channel,rate,address"},
+};
+
+const QList<QCommandLineOption> DORV = {
+    {"settings", "File that keeps the settings from one run to the next.", "file"},
+    {"partner", "A module in reach sends every payload back."},
+    {"neighbours", "So many modules in reach announce themselves, over and over.", "count", "0"},
+};
+
 class Values
 {
 public:
@@ -70,6 +118,7 @@ public:
 
     bool has(const char* name) const { return parser.isSet(name); }
     QString text(const char* name) const { return parser.value(name); }
+    QStringList texts(const char* name) const { return parser.values(name); }
 
 private:
     template <typename Number>
@@ -117,6 +166,100 @@ void read_talk(const Values& values, Options& options)
     talk.seed = options.faults.seed;
 }
 
+void read_module(const Values& values, Options& options)
+{
+    constexpr qint64 LONGEST_START = 3'600'000;
+    options.verbose = values.has("verbose");
+    options.exchange.baud = options.baud;
+    options.exchange.start_time =
+        std::chrono::milliseconds(values.integer("start-time", 0, LONGEST_START));
+    options.exchange.reboot_after = values.integer("reboot-after", -1, INT64_MAX);
+    options.exchange.cut_after = values.integer("cut-after", -1, INT64_MAX);
+}
+
+std::array<quint8, 5> read_version(const QString& text)
+{
+    std::array<quint8, 5> version = {};
+    const QStringList parts = text.split('.');
+    bool ok = parts.size() <= int(version.size());
+    for (int i = 0; ok && i < parts.size(); ++i) {
+        const uint part = parts[i].toUInt(&ok);
+        ok = ok && part <= UINT8_MAX;
+        version[size_t(i)] = quint8(part);
+    }
+    if (!ok)
+        throw Mistake{QStringLiteral("--firmware %1: up to five numbers of 0 to 255, split by "
+                                     "points, are needed")
+                          .arg(text)};
+    return version;
+}
+
+void read_boot(const Values& values, Options& options)
+{
+    read_module(values, options);
+    BootSettings& boot = options.boot;
+    const std::optional<Framing> framing = Framing::named(values.text("frame"));
+    if (!framing)
+        throw Mistake{
+            QStringLiteral("--frame %1: none, crc16, rtu:ADDRESS (0 to 255), chan:HEX (up "
+                           "to 16 bytes) or rwlt is needed")
+                .arg(values.text("frame"))};
+    boot.framing = *framing;
+    boot.image = values.text("image");
+    boot.name = values.text("module").toLatin1();
+    boot.version = read_version(values.text("firmware"));
+    boot.hard_info = QByteArray::fromHex(values.text("hard-info").toLatin1());
+    boot.page = quint16(values.integer("page", 0, UINT16_MAX));
+    boot.mtu = quint16(values.integer("mtu", 0, UINT16_MAX));
+    boot.rom_size = int(values.integer("rom", 1, 1 << 30));
+    boot.in_boot = values.has("boot");
+}
+
+bool read_address(const QString& text, quint16& address)
+{
+    bool ok = false;
+    address = text.toUShort(&ok, 0);
+    return ok;
+}
+
+CnetDevice read_neighbour(const QString& text)
+{
+    const QStringList fields = text.split(',');
+    const int channel = fields.value(0).toInt();
+    bool ok = false;
+    const int rate = fields.value(1).toInt(&ok);
+    quint16 address = 0;
+    if (!ok || fields.size() != 3 || channel < 9 || channel > 30 || rate < 0 || rate > 2 ||
+        !read_address(fields.value(2), address))
+        throw Mistake{QStringLiteral("--device %1: a channel of 9 to 30, a rate of 0 to 2 and an "
+                                     "address are needed, as in 12,1,0x1234")
+                          .arg(text)};
+    return cnet_device(channel, rate, address);
+}
+
+void read_cnet(const Values& values, Options& options)
+{
+    read_module(values, options);
+    quint16 address = 0;
+    if (!read_address(values.text("address"), address))
+        throw Mistake{QStringLiteral("--address %1: a number from 0 to 0xFFFF is needed")
+                          .arg(values.text("address"))};
+    options.cnet_local = cnet_device(9, 0, address);
+    for (const QString& text : values.texts("device"))
+        options.cnet_neighbours += read_neighbour(text);
+    if (options.cnet_neighbours.isEmpty())
+        options.cnet_neighbours =
+            cnet_neighbourhood(int(values.integer("devices", 0, 1000)), options.faults.seed);
+}
+
+void read_dorv(const Values& values, Options& options)
+{
+    read_module(values, options);
+    options.dorv.file = values.text("settings");
+    options.dorv.partner = values.has("partner");
+    options.dorv.neighbours = int(values.integer("neighbours", 0, 1000));
+}
+
 struct DeviceOptions
 {
     const char* name;
@@ -128,7 +271,32 @@ struct DeviceOptions
 const DeviceOptions DEVICES[] = {
     {"echo", "A device that sends every byte back.", {}, [](const Values&, Options&) {}},
     {"talk", "A device that talks without being asked.", TALK, read_talk},
+    {"boot", "A module whose firmware can be replaced through its boot code.", BOOT + MODULE,
+     read_boot},
+    {"cnet", "A cnet radio device with others in reach.", CNET + MODULE, read_cnet},
+    {"dorv", "A Dorv radio module with AT commands.", DORV + MODULE, read_dorv},
 };
+
+const char NEVER_COUNTED[] = "-1";
+
+QList<QCommandLineOption> with_defaults_told(QList<QCommandLineOption> options)
+{
+    for (QCommandLineOption& option : options) {
+        const QString value = option.defaultValues().value(0);
+        if (value == NEVER_COUNTED)
+            option.setDescription(option.description() + " Never if not given.");
+        else if (!value.isEmpty())
+            option.setDescription(option.description() + " [" + value + "]");
+    }
+    return options;
+}
+
+// The parser would begin with the path by which the program was called.
+QString help_text(const QCommandLineParser& parser, const DeviceOptions& device)
+{
+    return QStringLiteral("Usage: tarnwick-sim %1 [options]\n").arg(device.name) +
+           parser.helpText().section('\n', 1);
+}
 
 const DeviceOptions* find_device(const QString& name)
 {
@@ -153,14 +321,13 @@ ParsedOptions parse_options(const QStringList& arguments)
                 false};
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QString("tarnwick-sim %1: %2").arg(name, device->what));
-    parser.addOptions(device->own);
-    parser.addOptions(COMMON);
+    parser.setApplicationDescription(device->what);
+    parser.addOptions(with_defaults_told(device->own + COMMON));
     const QCommandLineOption help({"h", "help"}, "Show this text.");
     parser.addOption(help);
     const bool known = parser.parse(QStringList("tarnwick-sim " + name) + arguments.mid(1));
     if (parser.isSet(help))
-        return {{}, parser.helpText(), true};
+        return {{}, help_text(parser, *device), true};
     if (!known)
         return {{}, parser.errorText() + "\n", false};
     if (!parser.positionalArguments().isEmpty())

@@ -1,6 +1,10 @@
 // The command line of the simulator, as values.
 #pragma once
 
+#include "boot.h"
+#include "cnet.h"
+#include "dorv.h"
+#include "exchange.h"
 #include "faults.h"
 #include "talk.h"
 
@@ -15,6 +19,12 @@ struct Options
     int baud = 0;
     FaultSettings faults;
     TalkSettings talk;
+    ExchangeSettings exchange;
+    bool verbose = false;
+    BootSettings boot;
+    CnetDevice cnet_local;
+    QVector<CnetDevice> cnet_neighbours;
+    DorvSettings dorv;
 };
 
 struct ParsedOptions

@@ -32,8 +32,34 @@ sigset_t catch_ending_signals()
     return while_waiting;
 }
 
+Journal make_journal(const Options& options)
+{
+    if (!options.verbose)
+        return {};
+    return [device = options.device, start = Clock::now()](const QString& text) {
+        const std::chrono::duration<double> passed = Clock::now() - start;
+        std::fprintf(stderr, "%9.4f %s: %s\n", passed.count(), qPrintable(device),
+                     qPrintable(text));
+    };
+}
+
+std::unique_ptr<Module> make_module(const Options& options, const Journal& journal)
+{
+    if (options.device == "boot")
+        return std::make_unique<Boot>(options.boot, journal);
+    if (options.device == "cnet")
+        return std::make_unique<Cnet>(options.cnet_local, options.cnet_neighbours, journal);
+    if (options.device == "dorv")
+        return std::make_unique<Dorv>(options.dorv, journal);
+    return nullptr;
+}
+
 std::unique_ptr<Device> make_device(const Options& options)
 {
+    const Journal journal = make_journal(options);
+    if (std::unique_ptr<Module> module = make_module(options, journal))
+        return std::make_unique<Exchange>(std::move(module), options.exchange, options.faults,
+                                          journal);
     if (options.device == "talk")
         return std::make_unique<Talk>(options.talk, options.faults);
     return std::make_unique<Echo>(options.faults);

@@ -8,6 +8,9 @@
 
 #include <QMessageBox>
 
+// At the first start. The panel would take its preferred height, and leave little to received data.
+static constexpr int CONTROL_PANEL_HEIGHT = 210;
+
 static const char WEB_ADDRESS[] = "www.corvane.example";
 
 MainWindow::MainWindow(QWidget* parent)
@@ -37,6 +40,7 @@ MainWindow::MainWindow(QWidget* parent)
     language = LANGUAGE.read(current);
 
     language_load(language);
+    resizeDocks({ui->dockWidget}, {CONTROL_PANEL_HEIGHT}, Qt::Vertical);
     config_load();
     ui->dockWidget_extend->setVisible(false);
     title_update();

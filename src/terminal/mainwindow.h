@@ -167,6 +167,7 @@ private:
     bool hex_mode_send;
     bool loop;
 
+    std::unique_ptr<QTranslator> toolkit_translator; // null where the toolkit's catalogue is missing
     int open_boxes = 0;
     bool session_failing = false; // the box about a failed write is open, the close comes after it
     std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:

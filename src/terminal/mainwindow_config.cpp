@@ -98,12 +98,15 @@ void MainWindow::strings_load(QSettings& settings)
 
 void MainWindow::config_store()
 {
+    // All opened before the first change, as opening one writes what the others have changed in its
+    // file. So each file is written once, and no kill can leave one without its list.
     QSettings root(ROOT_FILE, QSettings::IniFormat);
+    QSettings current(cfg_file, QSettings::IniFormat);
+    QSettings list(cfg_file, QSettings::IniFormat);
+
     root.beginGroup("global");
     CFG_FILE.write_if_changed(root, cfg_file);
     root.endGroup();
-
-    QSettings current(cfg_file, QSettings::IniFormat);
     current.beginGroup("global");
     LANGUAGE.write_if_changed(current, language);
     current.endGroup();
@@ -121,7 +124,6 @@ void MainWindow::config_store()
     current.beginGroup(STRINGS);
     current.remove("");
     current.endGroup();
-    QSettings list(cfg_file, QSettings::IniFormat);
     strings_store(list);
 }
 

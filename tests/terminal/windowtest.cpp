@@ -19,6 +19,10 @@ void Answers::answer()
 {
     QWidget* const dialog = QApplication::activeModalWidget();
     if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
+        if (QAbstractButton* const overwrite = box->button(QMessageBox::Yes)) {
+            overwrite->click();
+            return;
+        }
         boxes += box->windowTitle() + "|" + box->text();
         const auto run = std::exchange(under_box, nullptr);
         if (run)
@@ -31,7 +35,9 @@ void Answers::answer()
             return;
         }
         chooser->findChild<QLineEdit*>("fileNameEdit")->setText(file);
-        QMetaObject::invokeMethod(chooser, "accept");
+        // Queued, as accepting may ask before it overwrites, and a timer doesn't fire inside its
+        // own slot to answer that.
+        QMetaObject::invokeMethod(chooser, "accept", Qt::QueuedConnection);
     } else if (auto* const link = qobject_cast<QLinkCfgDlg*>(dialog)) {
         if (!link_dialog || link_dialog(*link))
             link->accept();

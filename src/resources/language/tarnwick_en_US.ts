@@ -2,6 +2,311 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
+    <name>CnetCfg</name>
+    <message>
+        <source>250 kbps</source>
+        <translation>250 kbps</translation>
+    </message>
+    <message>
+        <source>500 kbps</source>
+        <translation>500 kbps</translation>
+    </message>
+    <message>
+        <source>1 Mbps</source>
+        <translation>1 Mbps</translation>
+    </message>
+    <message>
+        <source>N/A bps</source>
+        <translation>N/A bps</translation>
+    </message>
+    <message>
+        <source>cfg: link is NULL!!, please check</source>
+        <translation>cfg: link is NULL!!, please check</translation>
+    </message>
+    <message>
+        <source>cfg: link is not open!!, please check</source>
+        <translation>cfg: link is not open!!, please check</translation>
+    </message>
+    <message>
+        <source>cfg: read time out</source>
+        <translation>cfg: read time out</translation>
+    </message>
+    <message>
+        <source>cfg: read a short frame, lenght = %1</source>
+        <translation>cfg: read a short frame, lenght = %1</translation>
+    </message>
+    <message>
+        <source>cfg: read a invalid frame, head or end flag not match</source>
+        <translation>cfg: read a invalid frame, head or end flag not match</translation>
+    </message>
+    <message>
+        <source>read bytes (%1) is greater then needed (%2)</source>
+        <translation>read bytes (%1) is greater then needed (%2)</translation>
+    </message>
+    <message>
+        <source>response cmd (%1) is not we needed (%2)</source>
+        <translation>response cmd (%1) is not we needed (%2)</translation>
+    </message>
+    <message>
+        <source>cfg: set device to chan %1, %2</source>
+        <translation>cfg: set device to chan %1, %2</translation>
+    </message>
+    <message>
+        <source>cfg: searching chan %1 with %2 ...</source>
+        <translation>cfg: searching chan %1 with %2 ...</translation>
+    </message>
+    <message>
+        <source>cfg: set local device chan and baud failed</source>
+        <translation>cfg: set local device chan and baud failed</translation>
+    </message>
+</context>
+<context>
+    <name>HashSelectDialog</name>
+    <message>
+        <source>CRC &amp; Hash</source>
+        <translation>CRC &amp; Hash</translation>
+    </message>
+    <message>
+        <source>CRC32</source>
+        <translation>CRC32</translation>
+    </message>
+    <message>
+        <source>SUM8</source>
+        <translation>SUM8</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(HEX with space)</source>
+        <translation>Base64 Decode(HEX with space)</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(ASCII)</source>
+        <translation>Base64 Decode(ASCII)</translation>
+    </message>
+    <message>
+        <source>Base64 Encode</source>
+        <translation>Base64 Encode</translation>
+    </message>
+    <message>
+        <source>CRC16</source>
+        <translation>CRC16</translation>
+    </message>
+    <message>
+        <source>XOR8</source>
+        <translation>XOR8</translation>
+    </message>
+    <message>
+        <source>SUM16</source>
+        <translation>SUM16</translation>
+    </message>
+    <message>
+        <source>CRC8</source>
+        <translation>CRC8</translation>
+    </message>
+    <message>
+        <source>&amp;Append to send window</source>
+        <translation>&amp;Append to send window</translation>
+    </message>
+    <message>
+        <source>SHA1</source>
+        <translation>SHA1</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(HEX no space)</source>
+        <translation>Base64 Decode(HEX no space)</translation>
+    </message>
+    <message>
+        <source>MD5</source>
+        <translation>MD5</translation>
+    </message>
+    <message>
+        <source>MSB</source>
+        <translation>MSB</translation>
+    </message>
+    <message>
+        <source>%1 (Bit wise NOT: %2)</source>
+        <translation>%1 (Bit wise NOT: %2)</translation>
+    </message>
+    <message>
+        <source>%1 %2 (Bit wise NOT: %3 %4)</source>
+        <translation>%1 %2 (Bit wise NOT: %3 %4)</translation>
+    </message>
+    <message>
+        <source>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</source>
+        <translation>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</translation>
+    </message>
+</context>
+<context>
+    <name>Loader</name>
+    <message>
+        <source>ldr: get device info ...</source>
+        <translation>ldr: get device info ...</translation>
+    </message>
+    <message>
+        <source>ldr: get device infomation failed, error or no reply</source>
+        <translation>ldr: get device infomation failed, error or no reply</translation>
+    </message>
+    <message>
+        <source>ldr: get devie information failed, invalid reply</source>
+        <translation>ldr: get devie information failed, invalid reply</translation>
+    </message>
+    <message>
+        <source>ldr: device ROM page size %1B, MTU %2B</source>
+        <translation>ldr: device ROM page size %1B, MTU %2B</translation>
+    </message>
+    <message>
+        <source>ldr: module name: </source>
+        <translation>ldr: module name: </translation>
+    </message>
+    <message>
+        <source>ldr: wrong firmware (%1) for module (%2) !!</source>
+        <translation>ldr: wrong firmware (%1) for module (%2) !!</translation>
+    </message>
+    <message>
+        <source>ldr: module name matched</source>
+        <translation>ldr: module name matched</translation>
+    </message>
+    <message>
+        <source>hard info (%1 bytes): %2 %3 %4 %5</source>
+        <translation>hard info (%1 bytes): %2 %3 %4 %5</translation>
+    </message>
+    <message>
+        <source>ldr: set device enter boot mode ... [done]</source>
+        <translation>ldr: set device enter boot mode ... [done]</translation>
+    </message>
+    <message>
+        <source>ldr: device reboot</source>
+        <translation>ldr: device reboot</translation>
+    </message>
+    <message>
+        <source>ldr: data sent, device no response</source>
+        <translation>ldr: data sent, device no response</translation>
+    </message>
+    <message>
+        <source>ldr: data sent, packet was broken at receiver</source>
+        <translation>ldr: data sent, packet was broken at receiver</translation>
+    </message>
+    <message>
+        <source>ldr: packet transfer aborted!</source>
+        <translation>ldr: packet transfer aborted!</translation>
+    </message>
+    <message>
+        <source>ldr: retry %1 bytes at offset %2</source>
+        <translation>ldr: retry %1 bytes at offset %2</translation>
+    </message>
+    <message>
+        <source>ldr: transfer aborted!</source>
+        <translation>ldr: transfer aborted!</translation>
+    </message>
+    <message>
+        <source>ldr: sending %1 bytes, progress %2/%3 (%4%)</source>
+        <translation>ldr: sending %1 bytes, progress %2/%3 (%4%)</translation>
+    </message>
+    <message>
+        <source>ldr: block(offset=%1, size=%2) verify failed, no reply</source>
+        <translation>ldr: block(offset=%1, size=%2) verify failed, no reply</translation>
+    </message>
+    <message>
+        <source>ldr: block(offset=%1, size=%2) verify failed, invalid reply</source>
+        <translation>ldr: block(offset=%1, size=%2) verify failed, invalid reply</translation>
+    </message>
+    <message>
+        <source>ldr: block(offset=%1, size=%2) verify ... [OK]</source>
+        <translation>ldr: block(offset=%1, size=%2) verify ... [OK]</translation>
+    </message>
+    <message>
+        <source>ldr: block(offset=%1, size=%2) updating ...</source>
+        <translation>ldr: block(offset=%1, size=%2) updating ...</translation>
+    </message>
+    <message>
+        <source>ldr: block(offset=%1, size=%2) CRC not match, please retry</source>
+        <translation>ldr: block(offset=%1, size=%2) CRC not match, please retry</translation>
+    </message>
+    <message>
+        <source>ldr: Upgrade thread started</source>
+        <translation>ldr: Upgrade thread started</translation>
+    </message>
+    <message>
+        <source>ldr: wait device enter boot ...</source>
+        <translation>ldr: wait device enter boot ...</translation>
+    </message>
+    <message>
+        <source>ldr: Upgrade progress aborted</source>
+        <translation>ldr: Upgrade progress aborted</translation>
+    </message>
+    <message>
+        <source>ldr: Sending firmware file ...</source>
+        <translation>ldr: Sending firmware file ...</translation>
+    </message>
+    <message>
+        <source>ldr: Firmware send failed, please retry</source>
+        <translation>ldr: Firmware send failed, please retry</translation>
+    </message>
+    <message>
+        <source>ldr: Firmware verify ...</source>
+        <translation>ldr: Firmware verify ...</translation>
+    </message>
+    <message>
+        <source>ldr: total took %1 seconds</source>
+        <translation>ldr: total took %1 seconds</translation>
+    </message>
+    <message>
+        <source>wrong firmware (%1)
+for module     (%2)
+Please select the right firmware</source>
+        <translation>wrong firmware (%1)
+for module     (%2)
+Please select the right firmware</translation>
+    </message>
+    <message>
+        <source>Upgrade in progress, please wait</source>
+        <translation>Upgrade in progress, please wait</translation>
+    </message>
+    <message>
+        <source>Open file failed</source>
+        <translation>Open file failed</translation>
+    </message>
+    <message>
+        <source>Get device infomation failed</source>
+        <translation>Get device infomation failed</translation>
+    </message>
+    <message>
+        <source>Get device info failed after device enter boot mode</source>
+        <translation>Get device info failed after device enter boot mode</translation>
+    </message>
+    <message>
+        <source>device not in boot mode, try again</source>
+        <translation>device not in boot mode, try again</translation>
+    </message>
+    <message>
+        <source>File verify failed</source>
+        <translation>File verify failed</translation>
+    </message>
+    <message>
+        <source>File sent and verified OK</source>
+        <translation>File sent and verified OK</translation>
+    </message>
+    <message>
+        <source>Alloc memory (%1 bytes) failed</source>
+        <translation>Alloc memory (%1 bytes) failed</translation>
+    </message>
+    <message>
+        <source>ldr: device ROM page size %1B, MTU %2B: neither may be 0</source>
+        <translation>ldr: device ROM page size %1B, MTU %2B: neither may be 0</translation>
+    </message>
+    <message>
+        <source>ldr: packet length below 4 bytes, please set a larger one</source>
+        <translation>ldr: packet length below 4 bytes, please set a larger one</translation>
+    </message>
+    <message>
+        <source>File too large (%1 bytes), %2 bytes at most</source>
+        <translation>File too large (%1 bytes), %2 bytes at most</translation>
+    </message>
+    <message>
+        <source>Read file failed (%1 of %2 bytes)</source>
+        <translation>Read file failed (%1 of %2 bytes)</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>please select a file to send</source>
@@ -222,8 +527,8 @@
         <translation>port write error: </translation>
     </message>
     <message>
-        <source>char '%1' at offset %2 is not a hex number</source>
-        <translation>char '%1' at offset %2 is not a hex number</translation>
+        <source>char &apos;%1&apos; at offset %2 is not a hex number</source>
+        <translation>char &apos;%1&apos; at offset %2 is not a hex number</translation>
     </message>
     <message>
         <source>format error at %1: %2</source>
@@ -244,18 +549,6 @@
     <message>
         <source>Any file (*.*)</source>
         <translation>Any file (*.*)</translation>
-    </message>
-    <message>
-        <source>please select a file to send</source>
-        <translation>please select a file to send</translation>
-    </message>
-    <message>
-        <source>file %1 can't be read: %2</source>
-        <translation>file %1 can't be read: %2</translation>
-    </message>
-    <message>
-        <source>file sent: %1</source>
-        <translation>file sent: %1</translation>
     </message>
     <message>
         <source>No serial port exist in system</source>
@@ -287,162 +580,107 @@
     </message>
 </context>
 <context>
-    <name>Loader</name>
+    <name>QFramerCnet</name>
     <message>
-        <source>ldr: get device info ...</source>
-        <translation>ldr: get device info ...</translation>
+        <source>cnet: read frame failed or time out, nbytes=%1</source>
+        <translation>cnet: read frame failed or time out, nbytes=%1</translation>
     </message>
     <message>
-        <source>ldr: get device infomation failed, error or no reply</source>
-        <translation>ldr: get device infomation failed, error or no reply</translation>
+        <source>cnet: not a valid data frame, nbytes=%1</source>
+        <translation>cnet: not a valid data frame, nbytes=%1</translation>
     </message>
     <message>
-        <source>ldr: get devie information failed, invalid reply</source>
-        <translation>ldr: get devie information failed, invalid reply</translation>
+        <source>cnet: frame not from target (%1H)</source>
+        <translation>cnet: frame not from target (%1H)</translation>
     </message>
     <message>
-        <source>ldr: device ROM page size %1B, MTU %2B</source>
-        <translation>ldr: device ROM page size %1B, MTU %2B</translation>
+        <source>cnet: local response failed (%1)</source>
+        <translation>cnet: local response failed (%1)</translation>
     </message>
     <message>
-        <source>ldr: module name: </source>
-        <translation>ldr: module name: </translation>
+        <source>cnet: local no response</source>
+        <translation>cnet: local no response</translation>
     </message>
     <message>
-        <source>ldr: wrong firmware (%1) for module (%2) !!</source>
-        <translation>ldr: wrong firmware (%1) for module (%2) !!</translation>
+        <source>cnet: response error, lost sync ?</source>
+        <translation>cnet: response error, lost sync ?</translation>
     </message>
     <message>
-        <source>ldr: module name matched</source>
-        <translation>ldr: module name matched</translation>
+        <source>cnet: send failed (errno=%1H)</source>
+        <translation>cnet: send failed (errno=%1H)</translation>
+    </message>
+</context>
+<context>
+    <name>QFramerRwlt</name>
+    <message>
+        <source>rwlt: read frame failed or time out, nbytes=%1</source>
+        <translation>rwlt: read frame failed or time out, nbytes=%1</translation>
     </message>
     <message>
-        <source>hard info (%1 bytes): %2 %3 %4 %5</source>
-        <translation>hard info (%1 bytes): %2 %3 %4 %5</translation>
+        <source>rwlt: not a valid data frame, nbytes=%1</source>
+        <translation>rwlt: not a valid data frame, nbytes=%1</translation>
+    </message>
+</context>
+<context>
+    <name>QLinkCfgDlg</name>
+    <message>
+        <source>Serial</source>
+        <translation>Serial</translation>
     </message>
     <message>
-        <source>ldr: set device enter boot mode ... [done]</source>
-        <translation>ldr: set device enter boot mode ... [done]</translation>
+        <source>TCPIP</source>
+        <translation>TCPIP</translation>
     </message>
     <message>
-        <source>ldr: device reboot</source>
-        <translation>ldr: device reboot</translation>
+        <source>CAN</source>
+        <translation>CAN</translation>
     </message>
     <message>
-        <source>ldr: data sent, device no response</source>
-        <translation>ldr: data sent, device no response</translation>
+        <source>USB</source>
+        <translation>USB</translation>
     </message>
     <message>
-        <source>ldr: data sent, packet was broken at receiver</source>
-        <translation>ldr: data sent, packet was broken at receiver</translation>
+        <source>Link config</source>
+        <translation>Link config</translation>
     </message>
     <message>
-        <source>ldr: packet transfer aborted!</source>
-        <translation>ldr: packet transfer aborted!</translation>
+        <source>Sorry, not implemented</source>
+        <translation>Sorry, not implemented</translation>
     </message>
     <message>
-        <source>ldr: retry %1 bytes at offset %2</source>
-        <translation>ldr: retry %1 bytes at offset %2</translation>
+        <source>Link type</source>
+        <translation>Link type</translation>
+    </message>
+</context>
+<context>
+    <name>QLinkSerial</name>
+    <message>
+        <source>Serial port already opened</source>
+        <translation>Serial port already opened</translation>
     </message>
     <message>
-        <source>ldr: transfer aborted!</source>
-        <translation>ldr: transfer aborted!</translation>
+        <source>Open %1 failed</source>
+        <translation>Open %1 failed</translation>
     </message>
     <message>
-        <source>ldr: sending %1 bytes, progress %2/%3 (%4%)</source>
-        <translation>ldr: sending %1 bytes, progress %2/%3 (%4%)</translation>
+        <source>ser: getchar (%1)</source>
+        <translation>ser: getchar (%1)</translation>
     </message>
     <message>
-        <source>ldr: block(offset=%1, size=%2) verify failed, no reply</source>
-        <translation>ldr: block(offset=%1, size=%2) verify failed, no reply</translation>
+        <source>ser: putchar (%1)</source>
+        <translation>ser: putchar (%1)</translation>
     </message>
     <message>
-        <source>ldr: block(offset=%1, size=%2) verify failed, invalid reply</source>
-        <translation>ldr: block(offset=%1, size=%2) verify failed, invalid reply</translation>
+        <source>ser: read    (%1)</source>
+        <translation>ser: read    (%1)</translation>
     </message>
     <message>
-        <source>ldr: block(offset=%1, size=%2) verify ... [OK]</source>
-        <translation>ldr: block(offset=%1, size=%2) verify ... [OK]</translation>
+        <source>ser: write   (%1)</source>
+        <translation>ser: write   (%1)</translation>
     </message>
     <message>
-        <source>ldr: block(offset=%1, size=%2) updating ...</source>
-        <translation>ldr: block(offset=%1, size=%2) updating ...</translation>
-    </message>
-    <message>
-        <source>ldr: block(offset=%1, size=%2) CRC not match, please retry</source>
-        <translation>ldr: block(offset=%1, size=%2) CRC not match, please retry</translation>
-    </message>
-    <message>
-        <source>hard info</source>
-        <translation>hard info</translation>
-    </message>
-    <message>
-        <source>ldr: Upgrade thread started</source>
-        <translation>ldr: Upgrade thread started</translation>
-    </message>
-    <message>
-        <source>ldr: wait device enter boot ...</source>
-        <translation>ldr: wait device enter boot ...</translation>
-    </message>
-    <message>
-        <source>ldr: Upgrade progress aborted</source>
-        <translation>ldr: Upgrade progress aborted</translation>
-    </message>
-    <message>
-        <source>ldr: Sending firmware file ...</source>
-        <translation>ldr: Sending firmware file ...</translation>
-    </message>
-    <message>
-        <source>ldr: Firmware send failed, please retry</source>
-        <translation>ldr: Firmware send failed, please retry</translation>
-    </message>
-    <message>
-        <source>ldr: Firmware verify ...</source>
-        <translation>ldr: Firmware verify ...</translation>
-    </message>
-    <message>
-        <source>ldr: total took %1 seconds</source>
-        <translation>ldr: total took %1 seconds</translation>
-    </message>
-    <message>
-        <source>wrong firmware (%1)
-for module     (%2)
-Please select the right firmware</source>
-        <translation>wrong firmware (%1)
-for module     (%2)
-Please select the right firmware</translation>
-    </message>
-    <message>
-        <source>Upgrade in progress, please wait</source>
-        <translation>Upgrade in progress, please wait</translation>
-    </message>
-    <message>
-        <source>Open file failed</source>
-        <translation>Open file failed</translation>
-    </message>
-    <message>
-        <source>Get device infomation failed</source>
-        <translation>Get device infomation failed</translation>
-    </message>
-    <message>
-        <source>Get device info failed after device enter boot mode</source>
-        <translation>Get device info failed after device enter boot mode</translation>
-    </message>
-    <message>
-        <source>device not in boot mode, try again</source>
-        <translation>device not in boot mode, try again</translation>
-    </message>
-    <message>
-        <source>File verify failed</source>
-        <translation>File verify failed</translation>
-    </message>
-    <message>
-        <source>File sent and verified OK</source>
-        <translation>File sent and verified OK</translation>
-    </message>
-    <message>
-        <source>Alloc memory (%1 bytes) failed</source>
-        <translation>Alloc memory (%1 bytes) failed</translation>
+        <source>ser: readline(%1)</source>
+        <translation>ser: readline(%1)</translation>
     </message>
 </context>
 <context>
@@ -521,85 +759,58 @@ Please select the right firmware</translation>
     </message>
 </context>
 <context>
-    <name>QextSerialPort</name>
+    <name>QLinkWinsock</name>
     <message>
-        <source>the port is open already</source>
-        <translation>the port is open already</translation>
-    </message>
-</context>
-<context>
-    <name>HashSelectDialog</name>
-    <message>
-        <source>CRC &amp; Hash</source>
-        <translation>CRC &amp; Hash</translation>
+        <source>tcpip: drop %1 bytes</source>
+        <translation>tcpip: drop %1 bytes</translation>
     </message>
     <message>
-        <source>CRC32</source>
-        <translation>CRC32</translation>
+        <source>tcpip: getchar [%1]</source>
+        <translation>tcpip: getchar [%1]</translation>
     </message>
     <message>
-        <source>SUM8</source>
-        <translation>SUM8</translation>
+        <source>tcpip: putchar [%1]</source>
+        <translation>tcpip: putchar [%1]</translation>
     </message>
     <message>
-        <source>Base64 Decode(HEX with space)</source>
-        <translation>Base64 Decode(HEX with space)</translation>
+        <source>tcpip: read(%1)[%2]</source>
+        <translation>tcpip: read(%1)[%2]</translation>
     </message>
     <message>
-        <source>Base64 Decode(ASCII)</source>
-        <translation>Base64 Decode(ASCII)</translation>
+        <source>tcpip: write   [%1]</source>
+        <translation>tcpip: write   [%1]</translation>
     </message>
     <message>
-        <source>Base64 Encode</source>
-        <translation>Base64 Encode</translation>
+        <source>tcpip: write failed, connection not opened</source>
+        <translation>tcpip: write failed, connection not opened</translation>
     </message>
     <message>
-        <source>CRC16</source>
-        <translation>CRC16</translation>
+        <source>winsock: WSAStartup failed</source>
+        <translation>winsock: WSAStartup failed</translation>
     </message>
     <message>
-        <source>XOR8</source>
-        <translation>XOR8</translation>
+        <source>tcpip: protocol not supported</source>
+        <translation>tcpip: protocol not supported</translation>
     </message>
     <message>
-        <source>SUM16</source>
-        <translation>SUM16</translation>
+        <source>tcpip: create socket failed</source>
+        <translation>tcpip: create socket failed</translation>
     </message>
     <message>
-        <source>CRC8</source>
-        <translation>CRC8</translation>
+        <source>tcpip: set socket sending timeout failed</source>
+        <translation>tcpip: set socket sending timeout failed</translation>
     </message>
     <message>
-        <source>&amp;Append to send window</source>
-        <translation>&amp;Append to send window</translation>
+        <source>tcpip: set socket receiving timeout failed</source>
+        <translation>tcpip: set socket receiving timeout failed</translation>
     </message>
     <message>
-        <source>SHA1</source>
-        <translation>SHA1</translation>
+        <source>tcpip: set socket broadcast opt failed</source>
+        <translation>tcpip: set socket broadcast opt failed</translation>
     </message>
     <message>
-        <source>Base64 Decode(HEX no space)</source>
-        <translation>Base64 Decode(HEX no space)</translation>
-    </message>
-    <message>
-        <source>MD5</source>
-        <translation>MD5</translation>
-    </message>
-    <message>
-        <source>MSB</source>
-        <translation>MSB</translation>
-    </message>
-    <message>
-        <source>%1 (Bit wise NOT: %2)</source>
-        <translation>%1 (Bit wise NOT: %2)</translation>
-    </message>
-    <message>
-        <source>%1 %2 (Bit wise NOT: %3 %4)</source>
-        <translation>%1 %2 (Bit wise NOT: %3 %4)</translation>
-    </message>
-    <message>
-        <source>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</source>
-        <translation>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</translation>
+        <source>tcpip: connect to host %1:%2 failed</source>
+        <translation>tcpip: connect to host %1:%2 failed</translation>
     </message>
 </context>
 <context>
@@ -737,221 +948,34 @@ Please select the right firmware</translation>
     </message>
 </context>
 <context>
-    <name>QLinkWinsock</name>
+    <name>QextSerialPort</name>
     <message>
-        <source>tcpip: drop %1 bytes</source>
-        <translation>tcpip: drop %1 bytes</translation>
+        <source>the port is open already</source>
+        <translation>the port is open already</translation>
     </message>
     <message>
-        <source>tcpip: getchar [%1]</source>
-        <translation>tcpip: getchar [%1]</translation>
+        <source>%1 bytes wait to be sent, there is no room for %2 more</source>
+        <translation>%1 bytes wait to be sent, there is no room for %2 more</translation>
     </message>
     <message>
-        <source>tcpip: putchar [%1]</source>
-        <translation>tcpip: putchar [%1]</translation>
+        <source>the device has gone</source>
+        <translation>the device has gone</translation>
     </message>
     <message>
-        <source>tcpip: read(%1)[%2]</source>
-        <translation>tcpip: read(%1)[%2]</translation>
+        <source>%1 of %2 bytes were not taken in time</source>
+        <translation>%1 of %2 bytes were not taken in time</translation>
     </message>
     <message>
-        <source>tcpip: write   [%1]</source>
-        <translation>tcpip: write   [%1]</translation>
+        <source>the device gives no settings</source>
+        <translation>the device gives no settings</translation>
     </message>
     <message>
-        <source>tcpip: write failed, connection not opened</source>
-        <translation>tcpip: write failed, connection not opened</translation>
+        <source>the device refuses 1.5 stop bits</source>
+        <translation>the device refuses 1.5 stop bits</translation>
     </message>
     <message>
-        <source>winsock: WSAStartup failed</source>
-        <translation>winsock: WSAStartup failed</translation>
-    </message>
-    <message>
-        <source>tcpip: protocol not supported</source>
-        <translation>tcpip: protocol not supported</translation>
-    </message>
-    <message>
-        <source>tcpip: create socket failed</source>
-        <translation>tcpip: create socket failed</translation>
-    </message>
-    <message>
-        <source>tcpip: set socket sending timeout failed</source>
-        <translation>tcpip: set socket sending timeout failed</translation>
-    </message>
-    <message>
-        <source>tcpip: set socket receiving timeout failed</source>
-        <translation>tcpip: set socket receiving timeout failed</translation>
-    </message>
-    <message>
-        <source>tcpip: set socket broadcast opt failed</source>
-        <translation>tcpip: set socket broadcast opt failed</translation>
-    </message>
-    <message>
-        <source>tcpip: connect to host %1:%2 failed</source>
-        <translation>tcpip: connect to host %1:%2 failed</translation>
-    </message>
-</context>
-<context>
-    <name>CnetCfg</name>
-    <message>
-        <source>250 kbps</source>
-        <translation>250 kbps</translation>
-    </message>
-    <message>
-        <source>500 kbps</source>
-        <translation>500 kbps</translation>
-    </message>
-    <message>
-        <source>1 Mbps</source>
-        <translation>1 Mbps</translation>
-    </message>
-    <message>
-        <source>N/A bps</source>
-        <translation>N/A bps</translation>
-    </message>
-    <message>
-        <source>cfg: link is NULL!!, please check</source>
-        <translation>cfg: link is NULL!!, please check</translation>
-    </message>
-    <message>
-        <source>cfg: link is not open!!, please check</source>
-        <translation>cfg: link is not open!!, please check</translation>
-    </message>
-    <message>
-        <source>cfg: read time out</source>
-        <translation>cfg: read time out</translation>
-    </message>
-    <message>
-        <source>cfg: read a short frame, lenght = %1</source>
-        <translation>cfg: read a short frame, lenght = %1</translation>
-    </message>
-    <message>
-        <source>cfg: read a invalid frame, head or end flag not match</source>
-        <translation>cfg: read a invalid frame, head or end flag not match</translation>
-    </message>
-    <message>
-        <source>read bytes (%1) is greater then needed (%2)</source>
-        <translation>read bytes (%1) is greater then needed (%2)</translation>
-    </message>
-    <message>
-        <source>response cmd (%1) is not we needed (%2)</source>
-        <translation>response cmd (%1) is not we needed (%2)</translation>
-    </message>
-    <message>
-        <source>cfg: set device to chan %1, %2</source>
-        <translation>cfg: set device to chan %1, %2</translation>
-    </message>
-    <message>
-        <source>cfg: searching chan %1 with %2 ...</source>
-        <translation>cfg: searching chan %1 with %2 ...</translation>
-    </message>
-    <message>
-        <source>cfg: set local device chan and baud failed</source>
-        <translation>cfg: set local device chan and baud failed</translation>
-    </message>
-</context>
-<context>
-    <name>QLinkSerial</name>
-    <message>
-        <source>Serial port already opened</source>
-        <translation>Serial port already opened</translation>
-    </message>
-    <message>
-        <source>Open %1 failed</source>
-        <translation>Open %1 failed</translation>
-    </message>
-    <message>
-        <source>ser: getchar (%1)</source>
-        <translation>ser: getchar (%1)</translation>
-    </message>
-    <message>
-        <source>ser: putchar (%1)</source>
-        <translation>ser: putchar (%1)</translation>
-    </message>
-    <message>
-        <source>ser: read    (%1)</source>
-        <translation>ser: read    (%1)</translation>
-    </message>
-    <message>
-        <source>ser: write   (%1)</source>
-        <translation>ser: write   (%1)</translation>
-    </message>
-    <message>
-        <source>ser: readline(%1)</source>
-        <translation>ser: readline(%1)</translation>
-    </message>
-</context>
-<context>
-    <name>QFramerCnet</name>
-    <message>
-        <source>cnet: send failed (errno=%1H)</source>
-        <translation>cnet: send failed (errno=%1H)</translation>
-    </message>
-    <message>
-        <source>cnet: response error, lost sync ?</source>
-        <translation>cnet: response error, lost sync ?</translation>
-    </message>
-    <message>
-        <source>cnet: local response failed (%1)</source>
-        <translation>cnet: local response failed (%1)</translation>
-    </message>
-    <message>
-        <source>cnet: local no response</source>
-        <translation>cnet: local no response</translation>
-    </message>
-    <message>
-        <source>cnet: read frame failed or time out, nbytes=%1</source>
-        <translation>cnet: read frame failed or time out, nbytes=%1</translation>
-    </message>
-    <message>
-        <source>cnet: not a valid data frame, nbytes=%1</source>
-        <translation>cnet: not a valid data frame, nbytes=%1</translation>
-    </message>
-    <message>
-        <source>cnet: frame not from target (%1H)</source>
-        <translation>cnet: frame not from target (%1H)</translation>
-    </message>
-</context>
-<context>
-    <name>QLinkCfgDlg</name>
-    <message>
-        <source>Serial</source>
-        <translation>Serial</translation>
-    </message>
-    <message>
-        <source>TCPIP</source>
-        <translation>TCPIP</translation>
-    </message>
-    <message>
-        <source>CAN</source>
-        <translation>CAN</translation>
-    </message>
-    <message>
-        <source>USB</source>
-        <translation>USB</translation>
-    </message>
-    <message>
-        <source>Link config</source>
-        <translation>Link config</translation>
-    </message>
-    <message>
-        <source>Sorry, not implemented</source>
-        <translation>Sorry, not implemented</translation>
-    </message>
-    <message>
-        <source>Link type</source>
-        <translation>Link type</translation>
-    </message>
-</context>
-<context>
-    <name>QFramerRwlt</name>
-    <message>
-        <source>rwlt: read frame failed or time out, nbytes=%1</source>
-        <translation>rwlt: read frame failed or time out, nbytes=%1</translation>
-    </message>
-    <message>
-        <source>rwlt: not a valid data frame, nbytes=%1</source>
-        <translation>rwlt: not a valid data frame, nbytes=%1</translation>
+        <source>the device refuses %1 bits/s and offers %2</source>
+        <translation>the device refuses %1 bits/s and offers %2</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,93 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>HashSelectDialog</name>
+    <message>
+        <source>CRC &amp; Hash</source>
+        <translation>CRC &amp; 哈希</translation>
+    </message>
+    <message>
+        <source>&amp;Append to send window</source>
+        <translation>(&amp;A) 结果添加到发送窗口数据后面</translation>
+    </message>
+    <message>
+        <source>Base64 Encode</source>
+        <translation>Base64编码</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(ASCII)</source>
+        <translation>Base64解码（ASCII）</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(HEX no space)</source>
+        <translation>Base64解码（HEX无空格）</translation>
+    </message>
+    <message>
+        <source>Base64 Decode(HEX with space)</source>
+        <translation>Base64解码（HEX有空格）</translation>
+    </message>
+    <message>
+        <source>CRC32</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SUM8</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CRC16</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>XOR8</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SUM16</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CRC8</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SHA1</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>MD5</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>MSB</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (Bit wise NOT: %2)</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2 (Bit wise NOT: %3 %4)</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</source>
+        <translatorcomment>the names and formats are the same in every language</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>please select a file to send</source>
@@ -154,8 +241,8 @@
         <translation>自动清除</translation>
     </message>
     <message>
-        <source>char '%1' at offset %2 is not a hex number</source>
-        <translation>第 %2 个字符 '%1' 不是16进制数字</translation>
+        <source>char &apos;%1&apos; at offset %2 is not a hex number</source>
+        <translation>第 %2 个字符 &apos;%1&apos; 不是16进制数字</translation>
     </message>
     <message>
         <source>count </source>
@@ -270,16 +357,75 @@
         <translation>显示时间戳</translation>
     </message>
     <message>
-        <source>please select a file to send</source>
-        <translation>请选择要发送的文件</translation>
+        <source>MainWindow</source>
+        <translatorcomment>never seen: the title is set by the program</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QLinkCfgDlg</name>
+    <message>
+        <source>Link config</source>
+        <translation>链路配置</translation>
     </message>
     <message>
-        <source>file %1 can't be read: %2</source>
-        <translation>文件“%1”读取失败：%2</translation>
+        <source>Link type</source>
+        <translation>链路类型</translation>
     </message>
     <message>
-        <source>file sent: %1</source>
-        <translation>文件已发送：%1</translation>
+        <source>Serial</source>
+        <translation>串口</translation>
+    </message>
+    <message>
+        <source>TCPIP</source>
+        <translatorcomment>names and links that nobody can use yet</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CAN</source>
+        <translatorcomment>names and links that nobody can use yet</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translatorcomment>names and links that nobody can use yet</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sorry, not implemented</source>
+        <translatorcomment>names and links that nobody can use yet</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QLinkSerial</name>
+    <message>
+        <source>Serial port already opened</source>
+        <translation>串口已经打开</translation>
+    </message>
+    <message>
+        <source>Open %1 failed</source>
+        <translation>打开“%1”失败</translation>
+    </message>
+    <message>
+        <source>ser: getchar (%1)</source>
+        <translation>ser: 读字节 (%1)</translation>
+    </message>
+    <message>
+        <source>ser: putchar (%1)</source>
+        <translation>ser: 写字节 (%1)</translation>
+    </message>
+    <message>
+        <source>ser: read    (%1)</source>
+        <translation>ser: 读     (%1)</translation>
+    </message>
+    <message>
+        <source>ser: write   (%1)</source>
+        <translation>ser: 写     (%1)</translation>
+    </message>
+    <message>
+        <source>ser: readline(%1)</source>
+        <translation>ser: 读行   (%1)</translation>
     </message>
 </context>
 <context>
@@ -348,78 +494,10 @@
         <source> ms</source>
         <translation> 毫秒</translation>
     </message>
-</context>
-<context>
-    <name>HashSelectDialog</name>
     <message>
-        <source>CRC &amp; Hash</source>
-        <translation>CRC &amp; 哈希</translation>
-    </message>
-    <message>
-        <source>&amp;Append to send window</source>
-        <translation>(&amp;A) 结果添加到发送窗口数据后面</translation>
-    </message>
-    <message>
-        <source>Base64 Encode</source>
-        <translation>Base64编码</translation>
-    </message>
-    <message>
-        <source>Base64 Decode(ASCII)</source>
-        <translation>Base64解码（ASCII）</translation>
-    </message>
-    <message>
-        <source>Base64 Decode(HEX no space)</source>
-        <translation>Base64解码（HEX无空格）</translation>
-    </message>
-    <message>
-        <source>Base64 Decode(HEX with space)</source>
-        <translation>Base64解码（HEX有空格）</translation>
-    </message>
-</context>
-<context>
-    <name>QLinkCfgDlg</name>
-    <message>
-        <source>Link config</source>
-        <translation>链路配置</translation>
-    </message>
-    <message>
-        <source>Link type</source>
-        <translation>链路类型</translation>
-    </message>
-    <message>
-        <source>Serial</source>
-        <translation>串口</translation>
-    </message>
-</context>
-<context>
-    <name>QLinkSerial</name>
-    <message>
-        <source>Serial port already opened</source>
-        <translation>串口已经打开</translation>
-    </message>
-    <message>
-        <source>Open %1 failed</source>
-        <translation>打开“%1”失败</translation>
-    </message>
-    <message>
-        <source>ser: getchar (%1)</source>
-        <translation>ser: 读字节 (%1)</translation>
-    </message>
-    <message>
-        <source>ser: putchar (%1)</source>
-        <translation>ser: 写字节 (%1)</translation>
-    </message>
-    <message>
-        <source>ser: read    (%1)</source>
-        <translation>ser: 读     (%1)</translation>
-    </message>
-    <message>
-        <source>ser: write   (%1)</source>
-        <translation>ser: 写     (%1)</translation>
-    </message>
-    <message>
-        <source>ser: readline(%1)</source>
-        <translation>ser: 读行   (%1)</translation>
+        <source>xon/xoff</source>
+        <translatorcomment>the name of the method</translatorcomment>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -427,6 +505,76 @@
     <message>
         <source> ms</source>
         <translation> 毫秒</translation>
+    </message>
+    <message>
+        <source>Form</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP version:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TCP Client</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TCP Server</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>UDP</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>UDP Multicast</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>UDP Broadcast</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IPv4 address:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IPv6 address:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remote port:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Local port:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Random</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time out:</source>
+        <translatorcomment>the terms of the network stand in English</translatorcomment>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

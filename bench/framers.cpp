@@ -1,0 +1,198 @@
+// Frames a second through each stack of framers over a link in memory, as multiples of the bare
+// QFramerNull in the same run, and the heap allocations that a frame costs.
+#include "qframerchan.h"
+#include "qframercnet.h"
+#include "qframercrc16.h"
+#include "qframerdorv.h"
+#include "qframernull.h"
+#include "qframerrtu.h"
+#include "qframerrwlt.h"
+#include "qlink.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+long allocations = 0;
+} // namespace
+
+// Qt's containers take memory from malloc, so that is where to count.
+extern "C" {
+void* __libc_malloc(std::size_t size);               // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* block, std::size_t size); // NOLINT(bugprone-reserved-identifier)
+
+void* malloc(std::size_t size)
+{
+    ++allocations;
+    return __libc_malloc(size);
+}
+
+void* realloc(void* block, std::size_t size)
+{
+    ++allocations;
+    return __libc_realloc(block, size);
+}
+}
+
+namespace {
+
+constexpr int PAYLOAD = 64; // a usual telegram
+constexpr int EXCHANGES = 20000;
+constexpr int ROUNDS = 15; // interleaved, so that a busy moment doesn't hit one stack alone
+constexpr int FRAMES_AN_EXCHANGE = 2;
+
+// Plays what a device says, read by read, round and round; keeps the last write.
+class ScriptLink : public QLink
+{
+public:
+    std::vector<std::string> script;
+    std::string written;
+
+    int open() override { return 0; }
+    bool is_open() override { return true; }
+    int close() override { return 0; }
+    void flush() override {}
+    int bytes_available() override { return 0; }
+    int getchar() override { return LINK_IO; }
+    int putchar(int c) override { return c; }
+    int read(char* buffer, int nbytes) override
+    {
+        if (script.empty())
+            return 0;
+        const std::string& piece = script[next++ % script.size()];
+        return int(piece.copy(buffer, std::size_t(nbytes)));
+    }
+    int write(const char* buffer, int nbytes) override
+    {
+        written.assign(buffer, std::size_t(nbytes));
+        return nbytes;
+    }
+    int readline(char* buffer, int size) override { return read(buffer, size - 1); }
+
+private:
+    std::size_t next = 0;
+};
+
+struct Stacks
+{
+    ScriptLink link;
+    QFramerNull null{&link};
+    QFramerCrc16 crc16{&null};
+    QFramerRtu rtu{&null};
+    QFramerChan chan{&null};
+    QFramerRwlt rwlt{&null};
+    QFramerCnet cnet{&null};
+    QFramerCrc16 chan_crc16{&chan};
+    QFramerCnet crc16_cnet{&crc16};
+    QFramerDorv dorv{&null};
+    QFramerDorv dorv_raw{&null};
+
+    Stacks()
+    {
+        rtu.slave_set(1);
+        chan.chan_set(std::uint16_t(0x1234));
+        cnet.target_set(std::uint16_t(0x1234));
+        crc16_cnet.target_set(std::uint16_t(0x1234));
+        dorv.link_set(&link);
+        dorv_raw.link_set(&link);
+        dorv_raw.raw_set(true);
+    }
+};
+
+struct Row
+{
+    const char* name;
+    QFramer& (*framer)(Stacks&);
+    std::vector<std::string> reply;  // to a write, read by read
+    std::vector<std::string> report; // what a read then meets; empty: the frame that was written
+};
+
+bool measure(const Row& row, Stacks& stacks, std::vector<double>& frame_rates, double& per_frame)
+{
+    using Clock = std::chrono::steady_clock;
+    QFramer& framer = row.framer(stacks);
+    char payload[PAYLOAD];
+    std::memset(payload, 0x5A, sizeof payload);
+    char back[2 * PAYLOAD]; // a report in hexadecimal needs the room
+
+    stacks.link = {};
+    framer.write(payload, PAYLOAD);
+    stacks.link.script = row.reply;
+    if (row.report.empty())
+        stacks.link.script.push_back(stacks.link.written);
+    for (const std::string& piece : row.report)
+        stacks.link.script.push_back(piece);
+
+    const long before = allocations;
+    const auto start = Clock::now();
+    for (int i = 0; i < EXCHANGES; ++i)
+        if (framer.write(payload, PAYLOAD) < PAYLOAD || framer.read(back, sizeof back) != PAYLOAD)
+            return false;
+    const std::chrono::duration<double> taken = Clock::now() - start;
+    frame_rates.push_back(EXCHANGES * FRAMES_AN_EXCHANGE / taken.count());
+    per_frame = double(allocations - before) / (EXCHANGES * FRAMES_AN_EXCHANGE);
+    return std::memcmp(payload, back, PAYLOAD) == 0;
+}
+
+} // namespace
+
+int main()
+{
+    const std::string sent("\xAA\x01\x00\x55", 4);
+    const std::string payload(PAYLOAD, '\x5A');
+    std::string hex;
+    for (int i = 0; i < PAYLOAD; ++i)
+        hex += "5A";
+    char guarded_sent[CnetLocalResponse::SIZE + Crc16Frame::OVERHEAD];
+    Crc16Frame{sent}.build(guarded_sent);
+
+    const std::vector<Row> rows = {
+        {"null", [](Stacks& s) -> QFramer& { return s.null; }, {}, {}},
+        {"crc16", [](Stacks& s) -> QFramer& { return s.crc16; }, {}, {}},
+        {"rtu", [](Stacks& s) -> QFramer& { return s.rtu; }, {}, {}},
+        {"chan", [](Stacks& s) -> QFramer& { return s.chan; }, {}, {}},
+        {"rwlt", [](Stacks& s) -> QFramer& { return s.rwlt; }, {}, {}},
+        {"cnet", [](Stacks& s) -> QFramer& { return s.cnet; }, {sent}, {}},
+        {"crc16 on chan", [](Stacks& s) -> QFramer& { return s.chan_crc16; }, {}, {}},
+        {"cnet on crc16",
+         [](Stacks& s) -> QFramer& { return s.crc16_cnet; },
+         {{guarded_sent, sizeof guarded_sent}},
+         {}},
+        {"dorv",
+         [](Stacks& s) -> QFramer& { return s.dorv; },
+         {"ok\r\n"},
+         {"+radiorx=64\r\n", payload}},
+        {"dorv raw",
+         [](Stacks& s) -> QFramer& { return s.dorv_raw; },
+         {"ok\r\n"},
+         {"+radiorx=-70,9," + hex + "\r\n"}},
+    };
+
+    std::vector<std::vector<double>> rates(rows.size());
+    std::vector<double> per_frame(rows.size());
+    Stacks stacks;
+    for (int round = 0; round < ROUNDS; ++round)
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            if (!measure(rows[i], stacks, rates[i], per_frame[i])) {
+                std::fprintf(stderr, "framers: %s lost a frame\n", rows[i].name);
+                return EXIT_FAILURE;
+            }
+
+    std::printf("%d bytes of payload, one frame down and one up\n%-16s%16s%12s%16s\n", PAYLOAD,
+                "stack", "frames a second", "to null", "allocations");
+    double of_null = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        std::sort(rates[i].begin(), rates[i].end());
+        const double median = rates[i][rates[i].size() / 2];
+        if (i == 0)
+            of_null = median;
+        std::printf("%-16s%16.0f%12.3f%16.2f\n", rows[i].name, median, median / of_null,
+                    per_frame[i]);
+    }
+    return EXIT_SUCCESS;
+}

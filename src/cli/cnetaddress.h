@@ -1,0 +1,25 @@
+// Addresses and settings of cnet devices as text. Pure.
+#pragma once
+
+#include "hexbytes.h"
+
+struct CnetAddress
+{
+    QByteArray bytes; // as they travel: 2 bytes, or 8 for devices with long addresses
+
+    bool is_long() const { return bytes.size() > 2; }
+};
+
+// 4 or 16 hexadecimal digits.
+Parsed<CnetAddress> parse_cnet_address(const QString& text);
+
+// "9-30", "9,12,20-22": the numbers from `least` to `most` as bits, `least` as bit 0.
+Parsed<quint32> parse_number_mask(const QString& text, int least, int most);
+
+// One word of a configuration block to change: "3=00112233".
+struct CnetWord
+{
+    int index = 0;
+    QByteArray bytes; // 4
+};
+Parsed<CnetWord> parse_cnet_word(const QString& text);

@@ -1,0 +1,270 @@
+// tarnwickctl cnet info, get, set, value: settings of cnet devices.
+#include "cnetcommands.h"
+
+#include "cnetaddress.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <algorithm>
+#include <array>
+
+namespace {
+const char NO_ANSWER_ADVICE[] =
+    "Is the local device on? Check the port, its rate and format; for a "
+    "device on the air, --channel and --rate, or wait longer with "
+    "--timeout.";
+
+using Block = std::array<quint32, CNET_BLOCK_WORDS>; // as it lies in memory and travels
+
+QByteArray bytes_of(const Block& block)
+{
+    return {reinterpret_cast<const char*>(block.data()), CNET_BLOCK_SIZE};
+}
+
+Block block_of(const QByteArray& bytes)
+{
+    Block block;
+    std::copy_n(bytes.constData(), CNET_BLOCK_SIZE, reinterpret_cast<char*>(block.data()));
+    return block;
+}
+
+// Why an operation failed: the last frame tells a refusal from silence and rubbish.
+Failure failure_of(Connection& connection, const QString& what, const CnetCommand& command)
+{
+    const auto response = cnet_response(connection.stack.link().last_received());
+    if (response && response->cmd == command.code && response->payload.size() == command.response)
+        return {ExitCode::Refused, what + ": the device refused", {}};
+    return connection.stack.no_answer(what, NO_ANSWER_ADVICE);
+}
+
+CnetAddress address_of(const Invocation& invocation)
+{
+    const QString text = invocation.argument(0, "ADDRESS");
+    return parsed_or_usage("ADDRESS", text, parse_cnet_address(text));
+}
+
+// A command's way to the device: the link opened, and the local device tuned if that was asked.
+struct Session
+{
+    explicit Session(const Invocation& invocation)
+        : connection(invocation)
+        , cfg(&connection.stack.link())
+    {
+        QObject::connect(
+            &cfg, &CnetCfg::log, &cfg, [this](const QString& line) { connection.log.told(line); },
+            Qt::DirectConnection);
+        connection.stack.open();
+    }
+
+    // For devices on the air: the local device goes where --channel and --rate say, if they do.
+    void tune_as_asked(const Invocation& invocation)
+    {
+        if (invocation.has("channel") != invocation.has("rate"))
+            throw usage_failure("--channel and --rate go together");
+        if (invocation.has("channel"))
+            tune(int(invocation.number("channel", CNET_FIRST_CHANNEL,
+                                       CNET_FIRST_CHANNEL + CNET_CHANNELS - 1)),
+                 int(invocation.number("rate", 0, CNET_RATES - 1)));
+    }
+
+    void tune(int channel, int rate)
+    {
+        if (cfg.local_chan_baud_set(channel, rate) != 0)
+            throw failure_of(connection, "the local device can't be tuned",
+                             cnet::LOCAL_CHAN_BAUD_SET);
+    }
+
+    Connection connection;
+    CnetCfg cfg;
+};
+
+struct Configuration
+{
+    Block block = {};
+    QByteArray extra = QByteArray(CNET_EXTRA_SIZE, '\0');
+};
+
+Configuration read_configuration(Session& session, const CnetAddress& address)
+{
+    Configuration read;
+    const char* bytes = address.bytes.constData();
+    const int result =
+        address.is_long()
+            ? session.cfg.remote_cfg_get_ext(bytes, read.block.data(), read.extra.data())
+            : session.cfg.remote_cfg_get(bytes, read.block.data(), read.extra.data());
+    if (result <= 0)
+        throw session.connection.stack.no_answer(
+            "the settings of " + shown(address.bytes) + " can't be read", NO_ANSWER_ADVICE);
+    return read;
+}
+
+void run_info(Invocation& invocation)
+{
+    invocation.expect_at_most(0);
+    const bool is_long = invocation.has("long");
+    const CnetCommand& command = is_long ? cnet::LOCAL_INFO_GET_EXT : cnet::LOCAL_INFO_GET;
+    Session session(invocation);
+    QByteArray info(command.response, '\0');
+    const int count = is_long ? session.cfg.local_info_get_ext(info.data())
+                              : session.cfg.local_info_get(info.data());
+    if (count != command.response)
+        throw session.connection.stack.no_answer("the local device doesn't tell what it is",
+                                                 NO_ANSWER_ADVICE);
+    invocation.console.line(shown(info));
+    invocation.console.result({{"info", shown(info)}});
+}
+
+void run_get(Invocation& invocation)
+{
+    const CnetAddress address = address_of(invocation);
+    invocation.expect_at_most(1);
+    Session session(invocation);
+    session.tune_as_asked(invocation);
+    const Configuration read = read_configuration(session, address);
+    const QByteArray block = bytes_of(read.block);
+    if (invocation.has("output")) {
+        QFile file(invocation.text("output"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(block) != block.size() || !file.flush())
+            throw Failure{ExitCode::File,
+                          "the file " + file.fileName() +
+                              " can't be written: " + file.errorString(),
+                          {}};
+    }
+    for (int i = 0; i < CNET_BLOCK_WORDS; ++i)
+        invocation.console.line(QStringLiteral("word %1  ").arg(i, 2) + shown(block.mid(i * 4, 4)));
+    invocation.console.line("extra    " + shown(read.extra));
+    invocation.console.result(
+        {{"address", shown(address.bytes)}, {"block", shown(block)}, {"extra", shown(read.extra)}});
+}
+
+QByteArray block_from_file(const QString& name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure{
+            ExitCode::File, "the file " + name + " can't be read: " + file.errorString(), {}};
+    return file.read(CNET_BLOCK_SIZE + 1);
+}
+
+// The block to write: given whole, or nothing when words of the device's own are to change.
+std::optional<Block> given_block(const Invocation& invocation)
+{
+    const int ways =
+        int(invocation.has("block")) + int(invocation.has("file")) + int(invocation.has("word"));
+    if (ways != 1)
+        throw usage_failure("what to set is told by one of --block, --file and --word",
+                            "`tarnwickctl cnet get` shows what the device holds.");
+    if (invocation.has("word"))
+        return std::nullopt;
+    const QString text = invocation.text("block");
+    const QByteArray bytes = invocation.has("block")
+                                 ? parsed_or_usage("--block", text, parse_hex_bytes(text))
+                                 : block_from_file(invocation.text("file"));
+    if (bytes.size() != CNET_BLOCK_SIZE)
+        throw usage_failure(QStringLiteral("the settings of a device have %1 bytes, not %2")
+                                .arg(CNET_BLOCK_SIZE)
+                                .arg(bytes.size()));
+    return block_of(bytes);
+}
+
+Block changed_block(Session& session, const CnetAddress& address, const QVector<CnetWord>& words)
+{
+    QByteArray bytes = bytes_of(read_configuration(session, address).block);
+    for (const CnetWord& word : words)
+        bytes.replace(word.index * 4, 4, word.bytes);
+    return block_of(bytes);
+}
+
+void run_set(Invocation& invocation)
+{
+    const CnetAddress address = address_of(invocation);
+    invocation.expect_at_most(1);
+    const std::optional<Block> given = given_block(invocation);
+    QVector<CnetWord> words;
+    for (const QString& text : invocation.texts("word"))
+        words.append(parsed_or_usage("--word", text, parse_cnet_word(text)));
+
+    Session session(invocation);
+    session.tune_as_asked(invocation);
+    const Block block = given ? *given : changed_block(session, address, words);
+    invocation.interrupts.check();
+    const char* bytes = address.bytes.constData();
+    const int result = address.is_long() ? session.cfg.remote_cfg_set_ext(bytes, block.data())
+                                         : session.cfg.remote_cfg_set(bytes, block.data());
+    if (result != 0)
+        throw failure_of(session.connection, "the settings of " + shown(address.bytes),
+                         address.is_long() ? cnet::REMOTE_CFG_SET_EXT : cnet::REMOTE_CFG_SET);
+    invocation.console.line("set");
+    invocation.console.result(
+        {{"address", shown(address.bytes)}, {"block", shown(bytes_of(block))}});
+}
+
+void run_value(Invocation& invocation)
+{
+    constexpr int FAILED = -128;
+    const CnetAddress address = address_of(invocation);
+    invocation.expect_at_most(1);
+    Session session(invocation);
+    session.tune_as_asked(invocation);
+    int second = 0;
+    const char* bytes = address.bytes.constData();
+    const int value = address.is_long() ? session.cfg.remote_value_get_ext(bytes, &second)
+                                        : session.cfg.remote_value_get(bytes);
+    if (value == FAILED)
+        throw session.connection.stack.no_answer(
+            "the value of " + shown(address.bytes) + " can't be read", NO_ANSWER_ADVICE);
+    QJsonArray values = {value};
+    if (address.is_long())
+        values.append(second);
+    invocation.console.line(address.is_long() ? QStringLiteral("%1 %2").arg(value).arg(second)
+                                              : QString::number(value));
+    invocation.console.result({{"address", shown(address.bytes)}, {"values", values}});
+}
+
+const QList<QCommandLineOption> TUNING = {
+    {"channel", "Tune the local device to this channel first, 9 to 30.", "channel"},
+    {"rate", "And to this rate: 0 for 250 kbps, 1 for 500 kbps, 2 for 1 Mbps.", "rate"},
+};
+const char ABOUT_ADDRESS[] = "ADDRESS has 4 hexadecimal digits, or 16 for devices with long "
+                             "addresses.";
+} // namespace
+
+QList<Command> cnet_commands()
+{
+    const QString about = ABOUT_ADDRESS;
+    QList<QCommandLineOption> get = TUNING;
+    get.append(QCommandLineOption(
+        "output", "Write the 52 bytes into a file too, for cnet set --file.", "file"));
+    const QList<QCommandLineOption> set =
+        TUNING +
+        QList<QCommandLineOption>{
+            {"word", "Change one of the 13 words, as in 3=00112233; may be given again.", "n=hex"},
+            {"block", "Write all 52 bytes, in hexadecimal.", "bytes"},
+            {"file", "Write all 52 bytes of a file.", "file"}};
+    return {
+        {"cnet info",
+         "",
+         "Ask the local cnet device what it is.",
+         "Prints the information record of the device on the link, in hexadecimal.\n\n"
+         "  tarnwickctl cnet info --link serial:/dev/ttyUSB0,9600",
+         {{"long", "Ask for the record of devices with long addresses, 15 bytes."}},
+         Needs::Link,
+         run_info},
+        {"cnet get", "ADDRESS", "Read the settings of a cnet device.",
+         "Reads the settings of a device on the air: 13 words and 5 bytes that follow them.\n" +
+             about +
+             "\n\n  tarnwickctl cnet get 1234 --link serial:/dev/ttyUSB0 --channel 9 --rate 0",
+         get, Needs::Link, run_get},
+        {"cnet set", "ADDRESS", "Write the settings of a cnet device.",
+         "Writes the settings of a device on the air, whole or word by word; with --word they are\n"
+         "read first. " +
+             about + "\n\n  tarnwickctl cnet set 1234 --word 3=00112233 --link serial:/dev/ttyUSB0",
+         set, Needs::Link, run_set},
+        cnet_search_command(),
+        {"cnet value", "ADDRESS", "Read the measured value of a cnet device.",
+         "Reads the value that a device reports of itself, a number from -127 to 127, and two of\n"
+         "them from devices with long addresses. " +
+             about,
+         TUNING, Needs::Link, run_value},
+    };
+}

@@ -1,0 +1,54 @@
+// tarnwickctl ports: the serial ports of this machine.
+#include "command.h"
+
+#include "qextserialenumerator.h"
+
+#include <QJsonArray>
+#include <algorithm>
+
+static QString usb_id(const QextPortInfo& port)
+{
+    if (port.vendorID == 0 && port.productID == 0)
+        return {};
+    return QStringLiteral("%1:%2")
+        .arg(port.vendorID, 4, 16, QChar('0'))
+        .arg(port.productID, 4, 16, QChar('0'));
+}
+
+static void run_ports(Invocation& invocation)
+{
+    invocation.expect_at_most(0);
+    const QList<QextPortInfo> ports = QextSerialEnumerator::getPorts();
+    int longest = 0;
+    for (const QextPortInfo& port : ports)
+        longest = std::max(longest, int(port.portName.size()));
+    QJsonArray list;
+    for (const QextPortInfo& port : ports) {
+        QStringList about = {port.friendName, port.enumName, usb_id(port)};
+        about.removeAll({});
+        invocation.console.line(
+            (port.portName.leftJustified(longest) + "  " + about.join(", ")).trimmed());
+        list.append(QJsonObject{{"name", port.portName},
+                                {"device", port.physName},
+                                {"description", port.friendName},
+                                {"manufacturer", port.enumName},
+                                {"vendor_id", port.vendorID},
+                                {"product_id", port.productID}});
+    }
+    if (ports.isEmpty())
+        invocation.console.note("No serial ports. Plug an adapter in, or link any tty into " +
+                                QextSerialEnumerator::virtual_ports_folder());
+    invocation.console.result({{"ports", list}});
+}
+
+QList<Command> ports_commands()
+{
+    return {{"ports",
+             "",
+             "List the serial ports of this machine.",
+             "Lists the serial ports of this machine, those of simulated devices among them: name, "
+             "description, maker, and vendor and product of USB adapters.",
+             {},
+             Needs::Nothing,
+             run_ports}};
+}

@@ -1,0 +1,109 @@
+#include "console.h"
+
+#include <QJsonDocument>
+#include <cstdio>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+static bool is_terminal()
+{
+#ifdef Q_OS_UNIX
+    return isatty(STDERR_FILENO) != 0;
+#else
+    return false;
+#endif
+}
+
+Console::Console(bool json)
+    : json(json)
+    , in_place(is_terminal())
+{
+}
+
+static void put(std::FILE* stream, const QString& text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream); // a reader of a pipe sees each line as it comes
+}
+
+void Console::line(const QString& text)
+{
+    if (json)
+        return;
+    const QMutexLocker lock(&mutex);
+    clear_progress();
+    put(stdout, text + '\n');
+}
+
+void Console::bytes(const QByteArray& data)
+{
+    if (json)
+        return;
+    const QMutexLocker lock(&mutex);
+    clear_progress();
+    std::fwrite(data.constData(), 1, size_t(data.size()), stdout);
+}
+
+void Console::result(const QJsonObject& object)
+{
+    if (!json)
+        return;
+    const QMutexLocker lock(&mutex);
+    put(stdout, QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n');
+}
+
+void Console::note(const QString& text)
+{
+    const QMutexLocker lock(&mutex);
+    clear_progress();
+    write_note(text);
+}
+
+void Console::write_note(const QString& text)
+{
+    put(stderr, text + '\n');
+}
+
+void Console::progress(const QString& text, int percent)
+{
+    const QMutexLocker lock(&mutex);
+    if (in_place) {
+        put(stderr, '\r' + text + "\x1b[K");
+        progress_shown = true;
+        return;
+    }
+    const int step = percent / 10;
+    if (step != last_step)
+        write_note(text);
+    last_step = step;
+}
+
+void Console::end_progress()
+{
+    const QMutexLocker lock(&mutex);
+    if (progress_shown)
+        put(stderr, "\n");
+    progress_shown = false;
+    last_step = -1;
+}
+
+void Console::use_plain_progress()
+{
+    in_place = false;
+}
+
+void Console::clear_progress()
+{
+    if (progress_shown)
+        put(stderr, "\r\x1b[K");
+    progress_shown = false;
+}
+
+bool Console::flush()
+{
+    const QMutexLocker lock(&mutex);
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}

@@ -1,0 +1,41 @@
+// The two streams of the program: results on stdout, all that is for a person alone on stderr.
+#pragma once
+
+#include <QJsonObject>
+#include <QMutex>
+#include <QString>
+
+// Any thread may call it.
+class Console
+{
+public:
+    explicit Console(bool json);
+
+    bool wants_json() const { return json; }
+    // A line of the result, not shown in JSON mode.
+    void line(const QString& text);
+    // The result as it is, not shown in JSON mode.
+    void bytes(const QByteArray& data);
+    // The whole result, shown in JSON mode alone, as one line.
+    void result(const QJsonObject& object);
+    void note(const QString& text);
+
+    // On a terminal the line replaces the one before; elsewhere one line for each ten percent.
+    void progress(const QString& text, int percent);
+    void end_progress();
+    // Progress as lines also on a terminal, for when other lines come between.
+    void use_plain_progress();
+
+    // False when something could not be written, as on a full disk.
+    bool flush();
+
+private:
+    void write_note(const QString& text);
+    void clear_progress();
+
+    QMutex mutex;
+    const bool json;
+    bool in_place; // stderr is a terminal that takes a line back
+    bool progress_shown = false;
+    int last_step = -1; // tens of percent last shown as a line
+};

@@ -1,0 +1,73 @@
+#include "interrupts.h"
+
+#include "failure.h"
+
+#include <QSocketNotifier>
+#include <csignal>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+static volatile std::sig_atomic_t was_raised = 0;
+
+#ifdef Q_OS_UNIX
+static int wake_pipe[2] = {-1, -1};
+static constexpr char STOPPING[] =
+    "\nStopping behind the exchange under way; Ctrl-C again ends at once.\n";
+
+static void on_signal(int)
+{
+    // Only what is safe in a handler: a flag, a word to the user, and a byte that wakes the event
+    // loop, if there is one.
+    const int saved_errno = errno;
+    was_raised = 1;
+    ssize_t ignored = write(STDERR_FILENO, STOPPING, sizeof STOPPING - 1);
+    ignored = write(wake_pipe[1], "", 1);
+    static_cast<void>(ignored);
+    errno = saved_errno;
+}
+
+Interrupts::Interrupts()
+{
+    if (pipe2(wake_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(wake_pipe[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
+        notifier->setEnabled(false);
+        emit interrupted();
+    });
+    struct sigaction action = {};
+    action.sa_handler = on_signal;
+    // RESTART: a blocking exchange runs to its end, as an abort between two bytes helps nobody.
+    action.sa_flags = SA_RESTART | int(SA_RESETHAND);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaction(number, &action, nullptr);
+}
+
+Interrupts::~Interrupts()
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(number, SIG_DFL);
+    close(wake_pipe[0]);
+    close(wake_pipe[1]);
+}
+
+#else
+
+Interrupts::Interrupts() = default;
+Interrupts::~Interrupts() = default;
+
+#endif
+
+bool Interrupts::raised() const
+{
+    return was_raised != 0;
+}
+
+void Interrupts::check() const
+{
+    if (raised())
+        throw Failure{ExitCode::Interrupted, "interrupted", {}};
+}

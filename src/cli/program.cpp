@@ -1,0 +1,153 @@
+#include "program.h"
+
+#include "command.h"
+#include "failure.h"
+#include "helptext.h"
+#include "stackoptions.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+const char VERSION_TEXT[] = "tarnwickctl " TARNWICK_VERSION;
+
+// Words such as -1 are values here, never options; marked so, the parser leaves them alone.
+constexpr QChar NUMBER_MARK = 0x1;
+
+QStringList marked(const QStringList& words)
+{
+    QStringList result;
+    for (const QString& word : words) {
+        const bool negative = word.size() > 1 && word[0] == '-' && word[1].isDigit();
+        result.append(negative ? NUMBER_MARK + word : word);
+    }
+    return result;
+}
+
+QStringList unmarked(QStringList words)
+{
+    return words.replaceInStrings(NUMBER_MARK, QString());
+}
+
+// The command that the words begin with; the longest name that fits.
+const Command* find_command(const QList<Command>& commands, const QStringList& words)
+{
+    const auto fits = [&](const Command& command) {
+        return words.mid(0, command.name.count(' ') + 1).join(' ') == command.name;
+    };
+    const auto found = std::find_if(commands.cbegin(), commands.cend(), fits);
+    return found == commands.cend() ? nullptr : &*found;
+}
+
+bool is_family(const QList<Command>& commands, const QString& word)
+{
+    return std::any_of(commands.cbegin(), commands.cend(),
+                       [&](const Command& command) { return command.name.startsWith(word + ' '); });
+}
+
+void print(const QString& text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+}
+
+int report(const Failure& failure, Console& console)
+{
+    console.end_progress();
+    console.note("tarnwickctl: " + failure.what);
+    if (!failure.advice.isEmpty())
+        console.note(failure.advice);
+    const ExitCodeRow* row =
+        std::find_if(std::begin(EXIT_CODES), std::end(EXIT_CODES),
+                     [&](const ExitCodeRow& row) { return row.code == failure.code; });
+    QJsonObject result = failure.partial_result;
+    result["error"] = QJsonObject{{"exit", int(failure.code)},
+                                  {"name", row->name},
+                                  {"message", failure.what},
+                                  {"advice", failure.advice}};
+    console.result(result);
+    return int(failure.code);
+}
+
+int wrong_command(const QList<Command>& commands, const QStringList& words, Console& console)
+{
+    const QString first = words.value(0);
+    if (is_family(commands, first)) {
+        const QString second = words.value(1);
+        const QString what = second.isEmpty() || second.startsWith('-')
+                                 ? first + " needs a word more"
+                                 : "no such command: " + first + ' ' + second;
+        return report(usage_failure(what, family_help(commands, first).trimmed()), console);
+    }
+    return report(
+        usage_failure("no such command: " + first, "`tarnwickctl --help` lists the commands."),
+        console);
+}
+
+// False when the words ask for no help.
+bool print_help(const QList<Command>& commands, QStringList words)
+{
+    const bool help_first = words.value(0) == "help";
+    const bool help_last = words.contains("--help") || words.contains("-h");
+    if (!words.isEmpty() && !help_first && !help_last)
+        return false;
+    if (help_first)
+        words.removeFirst();
+    if (const Command* command = find_command(commands, words))
+        print(command_help(*command));
+    else if (is_family(commands, words.value(0)))
+        print(family_help(commands, words.value(0)));
+    else if (words.value(0) == "stack")
+        print(stack_help());
+    else
+        print(overview(commands));
+    return true;
+}
+
+int run_command(const Command& command, const QStringList& words, Console& console)
+{
+    QCommandLineParser parser;
+    add_options(parser, command);
+    if (!parser.parse(QStringList("tarnwickctl") + marked(words)))
+        return report(usage_failure(unmarked({parser.errorText()}).first(),
+                                    "`tarnwickctl " + command.name + " --help` lists the options."),
+                      console);
+    Interrupts interrupts;
+    Invocation invocation(command, parser, unmarked(parser.positionalArguments()), console,
+                          interrupts);
+    try {
+        command.run(invocation);
+    } catch (Failure& failure) {
+        // Whatever an exchange failed with, the user had already asked for the end.
+        if (interrupts.raised())
+            failure.code = ExitCode::Interrupted;
+        throw;
+    }
+    console.end_progress();
+    if (!console.flush())
+        throw Failure{ExitCode::File, "the result could not be written to the end",
+                      "Look for a full disk behind the output."};
+    return int(ExitCode::Done);
+}
+} // namespace
+
+int run_tarnwickctl(const QStringList& arguments)
+{
+    const QList<Command> commands = all_commands();
+    if (arguments == QStringList("--version")) {
+        print(QString(VERSION_TEXT) + '\n');
+        return int(ExitCode::Done);
+    }
+    if (print_help(commands, arguments))
+        return int(arguments.isEmpty() ? ExitCode::Usage : ExitCode::Done);
+
+    Console console(arguments.contains("--json"));
+    try {
+        const Command* command = find_command(commands, arguments);
+        if (!command)
+            return wrong_command(commands, arguments, console);
+        return run_command(*command, arguments.mid(command->name.count(' ') + 1), console);
+    } catch (const Failure& failure) {
+        return report(failure, console);
+    }
+}

@@ -1,0 +1,19 @@
+// The options that say how a device is connected, and the stack that they describe.
+#pragma once
+
+#include "command.h"
+#include "stack.h"
+
+#include <memory>
+
+// --frame is among them for commands that speak through framers.
+QList<QCommandLineOption> stack_options(Needs needs);
+
+// The parts of a stack, alive. Throws Failure when the texts are wrong; opens nothing.
+struct Connection
+{
+    explicit Connection(const Invocation& invocation);
+
+    ExchangeLog log;
+    Stack stack;
+};

@@ -1,0 +1,256 @@
+#include "stackspec.h"
+
+#include "hexbytes.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int HIGHEST_BAUD = 100'000'000; // beyond every port there is; guards against slips
+constexpr int LONGEST_HOST = 63;          // what the settings record of network links holds
+constexpr int LONGEST_PREFIX = 16;        // what the channel framer holds
+
+struct Named
+{
+    const char* name;
+    int value;
+};
+
+constexpr Named LINK_KINDS[] = {
+    {"serial", int(LinkKind::Serial)}, {"tcp", int(LinkKind::Tcp)},
+    {"udp", int(LinkKind::Udp)},       {"rawtcp", int(LinkKind::RawTcp)},
+    {"rawudp", int(LinkKind::RawUdp)}, {"broadcast", int(LinkKind::Broadcast)},
+};
+
+constexpr Named FRAMER_KINDS[] = {
+    {"none", int(FramerKind::None)}, {"crc16", int(FramerKind::Crc16)},
+    {"rtu", int(FramerKind::Rtu)},   {"chan", int(FramerKind::Chan)},
+    {"cnet", int(FramerKind::Cnet)}, {"rwlt", int(FramerKind::Rwlt)},
+    {"dorv", int(FramerKind::Dorv)},
+};
+
+constexpr Named PARITIES[] = {
+    {"N", PAR_NONE}, {"O", PAR_ODD}, {"E", PAR_EVEN}, {"M", PAR_MARK}, {"S", PAR_SPACE}};
+
+constexpr Named STOP_BITS[] = {{"1", STOP_1}, {"1.5", STOP_1_5}, {"2", STOP_2}};
+
+constexpr Named FLOWS[] = {
+    {"none", FLOW_OFF}, {"rtscts", FLOW_HARDWARE}, {"xonxoff", FLOW_XONXOFF}};
+
+constexpr Named DORV_MODES[] = {
+    {"mac", 0}, {"pmac", 1}, {"radio", 2}, {"data", 3}, {"raw", DORV_RAW}};
+
+template <std::size_t size>
+int named(const Piece& piece, const Named (&table)[size], const QString& expected)
+{
+    QStringList names;
+    for (const Named& row : table) {
+        if (piece.is(row.name))
+            return row.value;
+        names.append(row.name);
+    }
+    const QString got = piece.text.isEmpty() ? "nothing here" : '"' + piece.text + "\" is unknown";
+    throw piece.error(got + ": " + expected + " is one of " + names.join(", "));
+}
+
+int number(const Piece& piece, qint64 least, qint64 most, const QString& expected)
+{
+    const auto value = number_in(piece.text, least, most);
+    if (!value)
+        throw piece.error(
+            QStringLiteral("%1 is a number from %2 to %3").arg(expected).arg(least).arg(most));
+    return int(*value);
+}
+
+// The word in front of the first colon, and what stands behind it; null when there is no colon.
+struct Head
+{
+    Piece word;
+    std::optional<Piece> rest;
+};
+
+Head split_head(const Piece& piece)
+{
+    const int colon = piece.text.indexOf(':');
+    if (colon < 0)
+        return {piece, std::nullopt};
+    return {piece.mid(0, colon), piece.mid(colon + 1)};
+}
+
+void read_format(const Piece& piece, PortSettings& settings)
+{
+    settings.DataBits = DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "the data bits"));
+    settings.Parity = ParityType(named(piece.mid(1, 1), PARITIES, "the parity"));
+    settings.StopBits = StopBitsType(named(piece.mid(2), STOP_BITS, "the number of stop bits"));
+}
+
+void read_serial(const Piece& rest, LinkSpec& link)
+{
+    const QVector<Piece> pieces = rest.split(',');
+    link.port = pieces[0].text;
+    if (link.port.isEmpty())
+        throw pieces[0].error("the name of a port is missing, such as /dev/ttyUSB0");
+    if (pieces.size() > 1)
+        link.settings.BaudRate =
+            BaudRateType(number(pieces[1], 1, HIGHEST_BAUD, "the rate in bits per second"));
+    if (pieces.size() > 2)
+        read_format(pieces[2], link.settings);
+    if (pieces.size() > 3)
+        link.settings.FlowControl = FlowType(named(pieces[3], FLOWS, "the flow control"));
+    if (pieces.size() > 4)
+        throw pieces[4].error("nothing is expected behind the flow control");
+}
+
+int port_number(const Piece& piece)
+{
+    return number(piece, 1, 65535, "a port");
+}
+
+bool is_dotted_address(const QString& host)
+{
+    const QStringList numbers = host.split('.');
+    return numbers.size() == 4 && std::all_of(numbers.cbegin(), numbers.cend(), [](auto& part) {
+               bool ok = false;
+               return part.size() <= 3 && part.toUInt(&ok) <= 255 && ok && part[0].isDigit();
+           });
+}
+
+void read_network(const Piece& rest, LinkSpec& link)
+{
+    const int colon = rest.text.lastIndexOf(':');
+    const bool bracketed = rest.text.startsWith('[');
+    const int bracket = bracketed ? rest.text.indexOf(']') : -1;
+    if (bracketed && bracket < 0)
+        throw rest.error_behind("the closing bracket of the IPv6 address is missing");
+    if (colon < 0 || colon < bracket)
+        throw rest.error_behind("the port is missing, as in " + rest.text + ":4001");
+
+    Piece host = rest.mid(0, colon);
+    if (bracketed && bracket != colon - 1)
+        throw rest.mid(bracket + 1, colon - bracket - 1)
+            .error("a colon and the port follow the bracket");
+    if (bracketed)
+        host = rest.mid(1, bracket - 1);
+    else if (host.text.contains(':'))
+        throw host.error("an IPv6 address stands in brackets, as in [::1]:4001");
+    if (host.text.isEmpty())
+        throw host.error("the host is missing");
+    if (host.text.size() > LONGEST_HOST)
+        throw host.error(QStringLiteral("a host has at most %1 characters").arg(LONGEST_HOST));
+    const bool raw = link.kind == LinkKind::RawTcp || link.kind == LinkKind::RawUdp;
+    if (raw && !is_dotted_address(host.text))
+        throw host.error("raw sockets take an IPv4 address such as 10.0.0.5; names work with tcp: "
+                         "and udp:");
+    link.host = host.text;
+    link.remote_port = port_number(rest.mid(colon + 1));
+}
+
+LinkSpec read_link(const Piece& text)
+{
+    const Head head = split_head(text);
+    const bool looks_like_port =
+        !head.rest && (text.text.startsWith('/') || text.text.startsWith("COM"));
+    if (looks_like_port)
+        throw text.error("the kind of link is missing: write serial:" + text.text);
+    LinkSpec link;
+    link.kind = LinkKind(named(head.word, LINK_KINDS, "the kind of link"));
+    if (!head.rest)
+        throw text.error_behind(
+            link.kind == LinkKind::Serial
+                ? "a colon and the port are missing, as in serial:/dev/ttyUSB0"
+                : "a colon and the address are missing, as in tcp:10.0.0.5:4001");
+    if (link.kind == LinkKind::Serial)
+        read_serial(*head.rest, link);
+    else if (link.kind == LinkKind::Broadcast)
+        link.remote_port = port_number(*head.rest);
+    else
+        read_network(*head.rest, link);
+    return link;
+}
+
+QByteArray hex_argument(const Piece& piece, int least, int most, const QString& expected)
+{
+    const Parsed<QByteArray> bytes = parse_hex_bytes(piece.text);
+    if (bytes.error)
+        throw SpecError{bytes.error->message, piece.column + bytes.error->column,
+                        bytes.error->length};
+    if (bytes.value.size() < least || bytes.value.size() > most)
+        throw piece.error(expected);
+    return bytes.value;
+}
+
+FramerSpec read_framer(const Piece& text)
+{
+    const Head head = split_head(text);
+    FramerSpec framer;
+    framer.piece = text;
+    framer.kind = FramerKind(named(head.word, FRAMER_KINDS, "a framer"));
+    const auto argument = [&](const char* example) {
+        if (!head.rest)
+            throw text.error_behind(QStringLiteral("more is needed, as in %1").arg(example));
+        return *head.rest;
+    };
+    switch (framer.kind) {
+    case FramerKind::Rtu:
+        framer.number = number(argument("rtu:1"), 0, 255, "the address");
+        break;
+    case FramerKind::Chan:
+        framer.prefix = hex_argument(argument("chan:05"), 1, LONGEST_PREFIX,
+                                     "a prefix has 1 to 16 bytes, as in chan:05 or chan:1234");
+        break;
+    case FramerKind::Cnet: {
+        const QByteArray target = hex_argument(
+            argument("cnet:1234"), 2, 2, "a target has 4 hexadecimal digits, as in cnet:1234");
+        framer.number = quint8(target[0]) << 8 | quint8(target[1]);
+        break;
+    }
+    case FramerKind::Dorv:
+        framer.number = head.rest ? named(*head.rest, DORV_MODES, "the mode") : 2;
+        break;
+    case FramerKind::None:
+    case FramerKind::Crc16:
+    case FramerKind::Rwlt:
+        if (head.rest)
+            throw head.rest->error("nothing is expected behind " + head.word.text);
+        break;
+    }
+    return framer;
+}
+} // namespace
+
+Parsed<LinkSpec> parse_link(const QString& text)
+{
+    try {
+        return {read_link({text, 0}), std::nullopt};
+    } catch (const SpecError& error) {
+        return {{}, error};
+    }
+}
+
+Parsed<FramerSpecs> parse_framers(const QString& text)
+{
+    FramerSpecs framers;
+    try {
+        for (const Piece& piece : Piece{text, 0}.split('+'))
+            framers.append(read_framer(piece));
+    } catch (const SpecError& error) {
+        return {{}, error};
+    }
+    return {framers, std::nullopt};
+}
+
+std::optional<SpecError> find_misfit(const LinkSpec& link, const FramerSpecs& framers)
+{
+    bool on_link = true;
+    for (const FramerSpec& framer : framers) {
+        if (framer.kind == FramerKind::Dorv) {
+            // It reads lines straight from the link and wants each write to be taken as it is.
+            if (!on_link)
+                return framer.piece.error("dorv stands directly on the link: write it first");
+            if (link.kind == LinkKind::Tcp || link.kind == LinkKind::Udp)
+                return framer.piece.error("dorv waits for lines, which tcp: and udp: links don't; "
+                                          "use rawtcp: or rawudp:");
+        }
+        on_link = on_link && framer.kind == FramerKind::None;
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,24 @@
+// The lowest framer of a stack: hands payload through to a link, with nothing around it.
+#pragma once
+
+#include "qframer.h"
+
+class QLink;
+
+class QFramerNull : public QFramer
+{
+public:
+    // The link is not owned and may be null.
+    explicit QFramerNull(QLink* link);
+
+    void link_set(QLink* link);
+
+    // Does nothing while the link is closed.
+    void flush() override;
+    // The result of the link; FRAMER_NO_LAYER without a link, FRAMER_CLOSED while it is closed.
+    int write(const char* buffer, int nbytes) override;
+    int read(char* buffer, int nbytes) override;
+
+private:
+    QLink* link;
+};

@@ -1,0 +1,210 @@
+#include "qlinkwinsock.h"
+
+#include "hextext.h"
+
+#include <QByteArray>
+
+namespace {
+
+constexpr quint16 WINSOCK_VERSION = 0x0202;
+
+bool set_option(SOCKET sock, int option, int value)
+{
+    return winsock::setsockopt(sock, SOL_SOCKET, option, reinterpret_cast<const char*>(&value),
+                               sizeof value) != SOCKET_ERROR;
+}
+
+// The text that devices mean: it ends at the first NUL.
+QString text_of(const char* bytes, int nbytes)
+{
+    return QString::fromUtf8(bytes, int(qstrnlen(bytes, uint(qMax(0, nbytes)))));
+}
+
+} // namespace
+
+QLinkWinsock::QLinkWinsock(const tcpip_cfg* cfg)
+{
+    settings_set(cfg);
+}
+
+QLinkWinsock::~QLinkWinsock()
+{
+    QLinkWinsock::close();
+}
+
+void QLinkWinsock::settings_set(const tcpip_cfg* cfg)
+{
+    this->cfg = cfg ? *cfg : tcpip_defaults();
+}
+
+void QLinkWinsock::log_hex_set(bool on)
+{
+    log_hex = on;
+}
+
+void QLinkWinsock::log_text_set(bool on)
+{
+    log_text = on;
+}
+
+int QLinkWinsock::open()
+{
+    close();
+    winsock::WSADATA data;
+    if (const int error = winsock::WSAStartup(WINSOCK_VERSION, &data)) {
+        emit log(tr(winsock_log::STARTUP_FAILED));
+        return error;
+    }
+    if (const int error = create_socket()) {
+        winsock::WSACleanup(); // close() does it only for a socket
+        return error;
+    }
+
+    remote = {};
+    remote.sin_family = AF_INET;
+    remote.sin_port = winsock::htons(quint16(cfg.remote_port));
+    remote.sin_addr.s_addr =
+        cfg.protocol == TCPIP_UDP_BROADCAST ? INADDR_BROADCAST : winsock::inet_addr(cfg.addr);
+    if (const char* const line = refused_option())
+        return fail(tr(line));
+    if (stream && winsock::connect(sock, reinterpret_cast<const sockaddr*>(&remote),
+                                   sizeof remote) == SOCKET_ERROR)
+        return fail(tr(winsock_log::CONNECT_FAILED)
+                        .arg(QString::fromLatin1(cfg.addr), QString::number(cfg.remote_port)));
+    return 0;
+}
+
+bool QLinkWinsock::is_open()
+{
+    return sock != INVALID_SOCKET;
+}
+
+int QLinkWinsock::close()
+{
+    if (!is_open())
+        return 0;
+    winsock::closesocket(sock);
+    winsock::WSACleanup();
+    sock = INVALID_SOCKET;
+    return 0;
+}
+
+void QLinkWinsock::flush()
+{
+    int dropped = 0;
+    int count = 0;
+    do {
+        const int waiting = bytes_available();
+        if (waiting <= 0)
+            break;
+        QByteArray scratch(waiting, Qt::Uninitialized);
+        count = read(scratch.data(), waiting);
+        dropped += count;
+    } while (count > 0 && !stream); // of datagrams, often only the next one is told
+    if (log_hex && dropped > 0)
+        emit log(tr(winsock_log::DROPPED).arg(dropped));
+}
+
+int QLinkWinsock::bytes_available()
+{
+    if (!is_open())
+        return LINK_CLOSED;
+    unsigned long count = 0;
+    winsock::ioctlsocket(sock, FIONREAD, &count);
+    return int(count);
+}
+
+int QLinkWinsock::getchar()
+{
+    if (!is_open())
+        return LINK_CLOSED;
+    char byte = 0;
+    if (read(&byte, 1) == 0)
+        return LINK_IO;
+    if (log_hex)
+        emit log(tr(winsock_log::GETCHAR).arg(quint8(byte), 2, 16, QChar('0')));
+    return quint8(byte);
+}
+
+int QLinkWinsock::putchar(int c)
+{
+    if (!is_open())
+        return LINK_CLOSED;
+    const char byte = char(c & 0xFF);
+    if (write(&byte, 1) <= 0)
+        return LINK_IO;
+    if (log_hex)
+        emit log(tr(winsock_log::PUTCHAR).arg(c, 2, 16, QChar('0')));
+    return c;
+}
+
+int QLinkWinsock::read(char* buffer, int nbytes)
+{
+    if (!is_open())
+        return LINK_CLOSED;
+    int count = 0;
+    int result = 0;
+    while (count < nbytes) {
+        char* const behind = buffer + count;
+        const int missing = nbytes - count;
+        result = stream ? winsock::recv(sock, behind, missing, 0)
+                        : winsock::recvfrom(sock, behind, missing, 0, nullptr, nullptr);
+        if (result <= 0)
+            break;
+        count += result;
+    }
+    if (log_hex)
+        emit log(tr(winsock_log::READ).arg(QString::number(result), hex_text(buffer, count)));
+    if (log_text && count < nbytes) {
+        buffer[count] = '\0';
+        emit log(tr(winsock_log::READ).arg(QString::number(result), text_of(buffer, count)));
+    }
+    return count;
+}
+
+int QLinkWinsock::write(const char* buffer, int nbytes)
+{
+    if (!is_open()) {
+        emit log(tr(winsock_log::WRITE_CLOSED));
+        return LINK_CLOSED;
+    }
+    if (log_hex)
+        emit log(tr(winsock_log::WRITE).arg(hex_text(buffer, nbytes)));
+    if (log_text)
+        emit log(tr(winsock_log::WRITE).arg(text_of(buffer, nbytes)));
+    return stream ? winsock::send(sock, buffer, nbytes, 0)
+                  : winsock::sendto(sock, buffer, nbytes, 0,
+                                    reinterpret_cast<const sockaddr*>(&remote), sizeof remote);
+}
+
+int QLinkWinsock::create_socket()
+{
+    if (cfg.protocol == TCPIP_TCP_SERVER || cfg.protocol < 0) {
+        emit log(tr(winsock_log::NO_PROTOCOL));
+        return LINK_FAILED;
+    }
+    stream = cfg.protocol == TCPIP_TCP_CLIENT;
+    sock = winsock::socket(AF_INET, stream ? SOCK_STREAM : SOCK_DGRAM, 0);
+    if (is_open())
+        return 0;
+    emit log(tr(winsock_log::SOCKET_FAILED));
+    return LINK_FAILED;
+}
+
+const char* QLinkWinsock::refused_option()
+{
+    if (!set_option(sock, SO_SNDTIMEO, cfg.timeout))
+        return winsock_log::SEND_TIMEOUT_FAILED;
+    if (!set_option(sock, SO_RCVTIMEO, cfg.timeout))
+        return winsock_log::RECEIVE_TIMEOUT_FAILED;
+    if (cfg.protocol == TCPIP_UDP_BROADCAST && !set_option(sock, SO_BROADCAST, 1))
+        return winsock_log::BROADCAST_FAILED;
+    return nullptr;
+}
+
+int QLinkWinsock::fail(const QString& line)
+{
+    emit log(line);
+    close();
+    return LINK_FAILED;
+}

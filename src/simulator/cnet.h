@@ -1,0 +1,54 @@
+// A cnet radio device at the host's line, with other devices in reach of its radio.
+#pragma once
+
+#include "module.h"
+
+#include <QVector>
+
+struct CnetDevice
+{
+    int channel = 9; // 9 to 30
+    int rate = 0;    // 0: 250 kbps, 1: 500 kbps, 2: 1 Mbps
+    quint16 address = 0;
+    quint64 long_address = 0;
+    qint8 signal = 0; // dBm
+    qint8 value = 0;
+    qint8 second_value = 0;
+    QByteArray configuration; // 52 bytes
+};
+
+// The device of that place and address, with its other properties made from the address.
+CnetDevice cnet_device(int channel, int rate, quint16 address);
+// As many devices, scattered over channels and rates.
+QVector<CnetDevice> cnet_neighbourhood(int count, quint64 seed);
+
+// Configuration frames lie between 0xAB and 0xBA, with the command behind the head; their requests
+// stand in cnet.cpp. The contents that the device is free to choose:
+//
+//   search answer           short address (2), signal, channel, rate
+//   search answer, long     long address (8), then as above
+//   local record            short address (2), channel, rate, version (3)
+//   local record, long      long address (8), then as above
+//
+// Data frames lie between 0xAA and 0x55; the device they are for sends their payload back.
+class Cnet : public Module
+{
+public:
+    Cnet(const CnetDevice& local, const QVector<CnetDevice>& neighbours, Journal journal = {});
+
+    int request_size(const QByteArray& heard, bool silence) const override;
+    Answer answer(const QByteArray& request) override;
+
+private:
+    Answer configure(const QByteArray& request);
+    Answer pass_data(const QByteArray& request);
+    Answer search(quint8 command, const QByteArray& arguments) const;
+    QByteArray local_record(bool with_long_address) const;
+    QByteArray set_place(const QByteArray& arguments);
+    CnetDevice* reached(const QByteArray& address);
+    void tell(const QString& text) const;
+
+    CnetDevice local;
+    QVector<CnetDevice> neighbours;
+    Journal journal;
+};

@@ -1,0 +1,60 @@
+// Puts a module on the line: finds its requests in what arrives, sends its replies in time, and
+// lets the faults happen to both.
+#pragma once
+
+#include "faults.h"
+#include "module.h"
+
+#include <deque>
+#include <memory>
+
+struct ExchangeSettings
+{
+    int baud = 0;                             // of the line, bits/s; 0 for no pace
+    std::chrono::milliseconds start_time{50}; // deaf and dumb for so long after a reset
+    qint64 reboot_after = -1;                 // the request that meets a failing supply; one time
+    qint64 cut_after = -1;                    // the request at which the line is cut; one time
+};
+
+class Exchange : public Device
+{
+public:
+    Exchange(std::unique_ptr<Module> module, const ExchangeSettings& settings,
+             const FaultSettings& faults, Journal journal = {});
+
+    int room() const override;
+    void receive(const QByteArray& bytes, Time now) override;
+    void line_idle(Time now) override;
+    QByteArray transmit(int most, Time now) override;
+    Time next_wake(Time now) const override;
+    bool wants_cut() override;
+
+    // From now on nothing goes wrong any more.
+    void end_faults();
+
+private:
+    struct Portion
+    {
+        Time due;
+        QByteArray bytes;
+    };
+    void hear_requests(Time now, bool silence);
+    void handle(QByteArray request, Time now);
+    void send(const std::vector<Reply>& replies, Time now);
+    void queue_reply(QByteArray bytes, Time due);
+    void restart(Time now);
+    void tell(const char* what, const QByteArray& frame = {}) const;
+
+    std::unique_ptr<Module> module;
+    ExchangeSettings settings;
+    Faults faults;
+    Journal journal;
+    std::chrono::nanoseconds longest_pause; // within a request
+    QByteArray heard;
+    Time last_heard{};
+    bool silence_told = false; // the module knows that `heard` is followed by silence
+    qint64 requests = 0;
+    std::deque<Portion> outgoing;
+    Time deaf_until{};
+    bool cut_due = false;
+};

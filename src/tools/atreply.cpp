@@ -1,0 +1,107 @@
+#include "atreply.h"
+
+#include <QChar>
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+constexpr int KEY_SIZE = 16;
+constexpr char DEVICE_REPORT[] = "+devfound,";
+
+bool is_space(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+int hex_digit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+} // namespace
+
+QList<QByteArray> at_fields(const QByteArray& reply, int count)
+{
+    if (reply.count(',') != count - 1)
+        return {};
+    return reply.split(',');
+}
+
+float at_float(const QByteArray& field)
+{
+    const char* text = field.constData();
+    const char* end = text + field.size();
+    while (text < end && is_space(*text))
+        ++text;
+    if (text < end && *text == '+')
+        ++text;
+    float value = 0;
+    std::from_chars(text, end, value);
+    return value;
+}
+
+std::uint16_t at_word(const QByteArray& field)
+{
+    const float value = at_float(field);
+    if (!(value > 0)) // false for what isn't a number too
+        return 0;
+    return std::uint16_t(std::fmin(value, float(UINT16_MAX)));
+}
+
+std::optional<std::uint32_t> at_address(const QByteArray& reply)
+{
+    QByteArray digits = reply.trimmed();
+    for (int i = 0; i < digits.size(); ++i) {
+        if (is_space(digits[i]))
+            digits.truncate(i);
+    }
+    if (digits.startsWith("0x") || digits.startsWith("0X"))
+        digits.remove(0, 2);
+    std::uint32_t value = 0;
+    const char* end = digits.constData() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.constData(), end, value, 16);
+    if (error != std::errc() || stop != end)
+        return std::nullopt;
+    return value;
+}
+
+QByteArray at_key(const QByteArray& reply)
+{
+    QByteArray key;
+    int at = 0;
+    while (key.size() < KEY_SIZE) {
+        while (at < reply.size() && is_space(reply[at]))
+            ++at;
+        if (at + 1 >= reply.size())
+            break;
+        const int high = hex_digit(reply[at]);
+        const int low = hex_digit(reply[at + 1]);
+        if (high < 0 || (low < 0 && !is_space(reply[at + 1])))
+            break;
+        key.append(low < 0 ? char(high) : char(high << 4 | low));
+        at += 2;
+    }
+    return key;
+}
+
+QStringList at_devices(const QByteArray& text)
+{
+    QStringList devices;
+    int at = int(text.indexOf(DEVICE_REPORT));
+    while (at >= 0) {
+        const int begin = at + int(sizeof DEVICE_REPORT) - 1;
+        int end = begin;
+        while (end < text.size() && text[end] != '\r' && text[end] != '\n')
+            ++end;
+        devices.append(QString::fromLatin1(text.mid(begin, end - begin)));
+        at = int(text.indexOf(DEVICE_REPORT, end));
+    }
+    return devices;
+}

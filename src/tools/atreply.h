@@ -1,0 +1,28 @@
+// What the Dorv module's replies say: parsing only, over bytes that may be anything.
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+#include <cstdint>
+#include <optional>
+
+// The fields of a reply that has exactly count of them, split by commas; else an empty list.
+QList<QByteArray> at_fields(const QByteArray& reply, int count);
+
+// The number that a field begins with, behind white space, whatever the locale; 0 when there is
+// none.
+float at_float(const QByteArray& field);
+// As at_float without the fraction, held between 0 and 65535.
+std::uint16_t at_word(const QByteArray& field);
+
+// A base-16 number of at most 32 bits, with or without a leading 0x, that fills the reply up to
+// white space or its end. None for anything else.
+std::optional<std::uint32_t> at_address(const QByteArray& reply);
+
+// The key that a reply spells, at most 16 bytes. White space in front of a byte is skipped; a digit
+// with white space behind it is a byte by itself; a single digit at the end is dropped; any other
+// character ends the key.
+QByteArray at_key(const QByteArray& reply);
+
+// What follows "+devfound," in each report of the text, up to the line's end.
+QStringList at_devices(const QByteArray& text);

@@ -1,0 +1,264 @@
+#include "cnetcfg.h"
+
+#include "qlink.h"
+#include "toolerror.h"
+
+#include <QtEndian>
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int VALUE_FAILED = -128;
+
+QByteArray bytes(const void* data, int nbytes)
+{
+    return QByteArray(static_cast<const char*>(data), nbytes);
+}
+
+QByteArray short_address(const void* addr)
+{
+    return bytes(addr, CNET_SHORT_ADDRESS);
+}
+
+QByteArray long_address(const void* addr)
+{
+    return bytes(addr, CNET_LONG_ADDRESS);
+}
+
+int signed_value(char byte)
+{
+    return qint8(byte);
+}
+
+// Stands behind the address wherever a configuration block goes or comes.
+QByteArray block_length()
+{
+    const quint16 length = qToBigEndian(quint16(CNET_BLOCK_SIZE));
+    return bytes(&length, sizeof length);
+}
+
+} // namespace
+
+QString baud_text(int rate)
+{
+    switch (rate) {
+    case 0:
+        return CnetCfg::tr("250 kbps");
+    case 1:
+        return CnetCfg::tr("500 kbps");
+    case 2:
+        return CnetCfg::tr("1 Mbps");
+    default:
+        return CnetCfg::tr("N/A bps");
+    }
+}
+
+CnetCfg::CnetCfg(QLink* link)
+    : link(link)
+{
+}
+
+CnetCfg::~CnetCfg()
+{
+    abort();
+    wait();
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd, const void* target, const void* payload, int nbytes)
+{
+    if (link == nullptr) {
+        emit log(tr("cfg: link is NULL!!, please check"));
+        return TOOL_NO_LINK;
+    }
+    if (!link->is_open()) {
+        emit log(tr("cfg: link is not open!!, please check"));
+        return TOOL_FAILED;
+    }
+    link->flush(); // old bytes can't be taken for the response
+    const QByteArray frame = cnet_request(cmd, target, payload, nbytes);
+    link->write(frame.constData(), int(frame.size()));
+    return int(frame.size());
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd, const void* payload, int nbytes)
+{
+    return cmd_send(cmd, nullptr, payload, nbytes);
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd)
+{
+    return cmd_send(cmd, nullptr, nullptr, 0);
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd, const void* payload)
+{
+    return cmd_send(cmd, nullptr, payload, 2);
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd, std::uint16_t payload)
+{
+    const quint16 wire = qToBigEndian(payload);
+    return cmd_send(cmd, nullptr, &wire, sizeof wire);
+}
+
+int CnetCfg::cmd_send(std::uint8_t cmd, std::uint16_t target, const void* payload, int nbytes)
+{
+    const quint16 wire = qToBigEndian(target);
+    return cmd_send(cmd, &wire, payload, nbytes);
+}
+
+int CnetCfg::resp_read(std::uint8_t cmd, void* out, int nbytes)
+{
+    if (link == nullptr)
+        return TOOL_NO_LINK;
+    QByteArray frame(nbytes + CNET_FRAMING, '\0');
+    const int count = link->read(frame.data(), int(frame.size()));
+    if (count <= 0) {
+        emit log(tr("cfg: read time out"));
+        return count;
+    }
+    if (count < CNET_FRAMING) {
+        emit log(tr("cfg: read a short frame, lenght = %1").arg(count));
+        return 0;
+    }
+    const auto response = cnet_response(frame.left(count));
+    if (!response) {
+        emit log(tr("cfg: read a invalid frame, head or end flag not match"));
+        return 0;
+    }
+    int size = int(response->payload.size());
+    if (size > nbytes) {
+        emit log(tr("read bytes (%1) is greater then needed (%2)").arg(size).arg(nbytes));
+        size = nbytes;
+    }
+    if (response->cmd != cmd) {
+        emit log(tr("response cmd (%1) is not we needed (%2)").arg(response->cmd).arg(cmd));
+        return 0;
+    }
+    std::copy_n(response->payload.constData(), size, static_cast<char*>(out));
+    return size;
+}
+
+int CnetCfg::local_info_get(void* out)
+{
+    return info_get(cnet::LOCAL_INFO_GET, out);
+}
+
+int CnetCfg::local_info_get_ext(void* out)
+{
+    return info_get(cnet::LOCAL_INFO_GET_EXT, out);
+}
+
+int CnetCfg::remote_cfg_get(const void* addr, std::uint32_t* cfg, void* extra)
+{
+    return cfg_get(cnet::REMOTE_CFG_GET, short_address(addr), cfg, extra);
+}
+
+int CnetCfg::remote_cfg_get_ext(const void* addr, std::uint32_t* cfg, void* extra)
+{
+    return cfg_get(cnet::REMOTE_CFG_GET_EXT, long_address(addr), cfg, extra);
+}
+
+int CnetCfg::remote_cfg_set(const void* addr, const std::uint32_t* cfg)
+{
+    return cfg_set(cnet::REMOTE_CFG_SET, short_address(addr), cfg);
+}
+
+int CnetCfg::remote_cfg_set_ext(const void* addr, const std::uint32_t* cfg)
+{
+    return cfg_set(cnet::REMOTE_CFG_SET_EXT, long_address(addr), cfg);
+}
+
+int CnetCfg::local_chan_baud_set(int chan, int rate)
+{
+    emit log(tr("cfg: set device to chan %1, %2").arg(chan).arg(baud_text(rate)));
+    const char payload[] = {char(chan), char(rate)};
+    QByteArray status;
+    const int count = exchange(cnet::LOCAL_CHAN_BAUD_SET, bytes(payload, sizeof payload), &status);
+    return count == cnet::LOCAL_CHAN_BAUD_SET.response && status.at(0) == 0 ? 0 : TOOL_FAILED;
+}
+
+int CnetCfg::remote_value_get(const void* addr)
+{
+    return value_get(cnet::REMOTE_VALUE_GET, short_address(addr), nullptr);
+}
+
+int CnetCfg::remote_value_get_ext(const void* addr, int* second)
+{
+    return value_get(cnet::REMOTE_VALUE_GET_EXT, long_address(addr), second);
+}
+
+int CnetCfg::cmd_d7_send(const void* target, const void* data)
+{
+    return cmd_send(cnet::CMD_D7.code, target, data, cnet::CMD_D7.request);
+}
+
+int CnetCfg::cmd_67_send(const void* addr, const void* data)
+{
+    const QByteArray payload = long_address(addr) + bytes(data, 2);
+    return cmd_send(cnet::CMD_67.code, payload.constData(), cnet::CMD_67.request);
+}
+
+int CnetCfg::cmd_6b_send(const void* addr, const void* data)
+{
+    const QByteArray payload = long_address(addr) + bytes(data, 2);
+    return cmd_send(cnet::CMD_6B.code, payload.constData(), cnet::CMD_6B.request);
+}
+
+// What cmd_send returned when below 1, else as resp_read; answer holds the command's size whatever
+// came.
+int CnetCfg::exchange(const CnetCommand& command, const QByteArray& payload, QByteArray* answer)
+{
+    const int sent = cmd_send(command.code, payload.constData(), int(payload.size()));
+    if (sent < 1)
+        return sent;
+    answer->fill('\0', command.response);
+    return resp_read(command.code, answer->data(), command.response);
+}
+
+int CnetCfg::info_get(const CnetCommand& command, void* out)
+{
+    QByteArray info;
+    const int count = exchange(command, {}, &info);
+    if (count > 0)
+        std::memcpy(out, info.constData(), size_t(count));
+    return count;
+}
+
+int CnetCfg::cfg_get(const CnetCommand& command, const QByteArray& addr, std::uint32_t* cfg,
+                     void* extra)
+{
+    const QByteArray key = addr + block_length();
+    const int sent = cmd_send(command.code, key.constData(), command.request);
+    if (sent < 1)
+        return sent;
+    QByteArray answer(command.response, '\0');
+    if (resp_read(command.code, answer.data(), command.response) != command.response ||
+        !answer.startsWith(key))
+        return 0;
+    const char* block = answer.constData() + key.size();
+    std::memcpy(cfg, block, CNET_BLOCK_SIZE);
+    std::memcpy(extra, block + CNET_BLOCK_SIZE, CNET_EXTRA_SIZE);
+    return command.response;
+}
+
+int CnetCfg::cfg_set(const CnetCommand& command, const QByteArray& addr, const std::uint32_t* cfg)
+{
+    QByteArray answer;
+    const int count =
+        exchange(command, addr + block_length() + bytes(cfg, CNET_BLOCK_SIZE), &answer);
+    const bool done = count == command.response && answer.startsWith(addr) && answer.endsWith('\0');
+    return done ? 0 : TOOL_FAILED;
+}
+
+int CnetCfg::value_get(const CnetCommand& command, const QByteArray& addr, int* second)
+{
+    QByteArray answer;
+    if (exchange(command, addr, &answer) != command.response)
+        return VALUE_FAILED;
+    const char* values = answer.constData() + addr.size();
+    if (second != nullptr)
+        *second = signed_value(values[1]);
+    return signed_value(values[0]);
+}

@@ -1,0 +1,118 @@
+// The configuration dialogue of a cnet radio device, and the search for such devices on the air.
+#pragma once
+
+#include "cnetframe.h"
+
+#include <QThread>
+#include <atomic>
+
+class QLink;
+
+// "250 kbps", "500 kbps", "1 Mbps" for the rate indices 0 to 2, "N/A bps" for any other.
+QString baud_text(int rate);
+
+// A local device hangs on the link; through it the settings of the local device and of remote ones
+// are read and written. The device operations run on the caller's thread and block until the
+// link's read returns; a search runs on this object's own thread, and the caller keeps off the link
+// meanwhile. Nothing is retried. The link isn't owned; the destructor aborts a search and waits for
+// its end.
+//
+// Addresses are 2 bytes (short) or 8 bytes (long), copied as they stand. A configuration is a block
+// of 13 words that only the device understands, copied as it lies in memory. Outputs are written on
+// success only.
+class CnetCfg : public QThread
+{
+    Q_OBJECT
+
+public:
+    explicit CnetCfg(QLink* link);
+    ~CnetCfg() override;
+
+    // Sends one frame, after dropping what waits on the link. target is 2 bytes or null; payload
+    // may be null. The frame's length, whatever the link made of it; TOOL_NO_LINK, or TOOL_FAILED
+    // when the link isn't open.
+    int cmd_send(std::uint8_t cmd, const void* target, const void* payload, int nbytes);
+    int cmd_send(std::uint8_t cmd, const void* payload, int nbytes);
+    int cmd_send(std::uint8_t cmd);
+    // A payload of 2 bytes, and one as a number, sent high byte first.
+    int cmd_send(std::uint8_t cmd, const void* payload);
+    int cmd_send(std::uint8_t cmd, std::uint16_t payload);
+    // The target as a number, sent high byte first.
+    int cmd_send(std::uint8_t cmd, std::uint16_t target, const void* payload, int nbytes);
+    // Reads one frame and copies its payload to out, which holds nbytes. Payload bytes stored, 0
+    // for a bad frame, what QLink::read returned when that was 0 or an error, or TOOL_NO_LINK.
+    int resp_read(std::uint8_t cmd, void* out, int nbytes);
+
+    // out holds 7 bytes, for _ext 15. What cmd_send returned when below 1, else as resp_read.
+    int local_info_get(void* out);
+    int local_info_get_ext(void* out);
+    // cfg holds 13 words, extra 5 bytes. The 61 or 67 bytes of the answer; 0 for a missing answer,
+    // one of another length or for another address; what cmd_send returned when below 1.
+    int remote_cfg_get(const void* addr, std::uint32_t* cfg, void* extra);
+    int remote_cfg_get_ext(const void* addr, std::uint32_t* cfg, void* extra);
+    // 0, or TOOL_FAILED: no answer, one for another address, or a refusal by the device.
+    int remote_cfg_set(const void* addr, const std::uint32_t* cfg);
+    int remote_cfg_set_ext(const void* addr, const std::uint32_t* cfg);
+    // Tunes the local device. Only the low byte of each travels. 0 or TOOL_FAILED.
+    int local_chan_baud_set(int chan, int rate);
+    // A signed 8-bit value; -128 on failure, which can't be told from a device that says -128. The
+    // long form has a second value, which second takes unless it is null.
+    int remote_value_get(const void* addr);
+    int remote_value_get_ext(const void* addr, int* second);
+    // Sent without reading an answer; data is 2 bytes. As cmd_send.
+    int cmd_d7_send(const void* target, const void* data);
+    int cmd_67_send(const void* addr, const void* data);
+    int cmd_6b_send(const void* addr, const void* data);
+
+    // Start a search for one address or for all, over the channels and rates of the masks (see
+    // cnet_pairs). 0, or TOOL_BUSY while the thread runs, which it does for a moment beyond
+    // search_finished: QThread::finished or wait() tell the end.
+    int search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target);
+    int search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, std::uint16_t target);
+    int search_addr_ext(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target);
+    int search_addr_ext(std::uint32_t chan_mask, std::uint32_t baud_mask, std::uint16_t target);
+    int search_all(std::uint32_t chan_mask, std::uint32_t baud_mask);
+    int search_all_ext(std::uint32_t chan_mask, std::uint32_t baud_mask);
+    // What they all go through; a null target keeps the last one.
+    int search_begin(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target,
+                     std::uint8_t cmd);
+
+signals:
+    // Emitted from the search's thread, log also from the caller's.
+    void log(QString s);
+    void search_started(int total);
+    // The pair about to be visited; current counts from 0.
+    void search_progress(int current, int chan, int baud);
+    // The search has ended, for whatever reason.
+    void search_finished();
+    // resp is good only while the signal is delivered: connect directly and copy.
+    void dev_found(int chan, int baud, const cnet_search_response* resp);
+    void dev_found(int chan, int baud, const cnet_search_response_ext* resp);
+
+public slots:
+    // Ends a search when the read in progress has returned. From any thread.
+    void abort();
+
+protected:
+    void run() override;
+
+private:
+    int exchange(const CnetCommand& command, const QByteArray& payload, QByteArray* answer);
+    int info_get(const CnetCommand& command, void* out);
+    int cfg_get(const CnetCommand& command, const QByteArray& addr, std::uint32_t* cfg,
+                void* extra);
+    int cfg_set(const CnetCommand& command, const QByteArray& addr, const std::uint32_t* cfg);
+    int value_get(const CnetCommand& command, const QByteArray& addr, int* second);
+
+    void search(const CnetCommand& command);
+    bool pair_search(const CnetCommand& command, const CnetPair& pair);
+    bool answers_read(const CnetCommand& command, const CnetPair& pair);
+    void answer_report(const CnetPair& pair, const QByteArray& record);
+
+    QLink* link;
+    std::uint32_t chan_mask = 0;
+    std::uint32_t baud_mask = 0;
+    std::uint8_t target[CNET_TARGET_SIZE] = {};
+    std::atomic<std::uint8_t> search_cmd{0}; // 0 when no search is pending
+    std::atomic<bool> stopped{true};         // while no search runs, and after an abort
+};

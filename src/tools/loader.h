@@ -1,0 +1,121 @@
+// The firmware upgrader: brings a module into its boot code and has its flash match a file.
+#pragma once
+
+#include <QString>
+#include <QThread>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+class QFramer;
+struct DeviceInfo;
+
+// A run reads the file into memory, walks it by ROM pages, sends only those whose CRC differs, has
+// the whole file verified and reboots the module. The dialogue is in bootdialogue.h.
+//
+// One Loader serves any number of runs, one at a time. The settings are made between runs, and the
+// run owns the framer's dialogue from its first request to its last. The framer isn't owned, must
+// be valid before upgrade_start, and outlives the run. The destructor aborts a run and waits for
+// it.
+//
+// An abort is polled: before each attempt to send or verify, between packets, and once more before
+// the reboot, which an aborted run never sends. It interrupts no read and no sleep, so a run ends
+// within the information exchanges, waits and the one read in progress.
+//
+// Refused, beyond what the module itself refuses:
+//   - a file that has no size of its own, that is larger than 2 GiB - 1, for which memory is short,
+//     or that gives less than its size: a message box, and the run ends like one whose file can't
+//     be opened;
+//   - a ROM page size or an MTU of 0, and a pack_len below 4: a log line, and the information
+//     exchange fails with TOOL_BAD_REPLY (-5).
+class Loader : public QThread
+{
+    Q_OBJECT
+
+public:
+    // Starts with pack_len 1024, retry_count 3, send_interval 0, reset_wait_ms 1000 and
+    // verify_wait_ms 500.
+    explicit Loader(QFramer* framer, QObject* parent = nullptr);
+    ~Loader() override;
+
+public slots:
+    void abort();
+    void filename_set(QString filename);
+    // Most payload bytes of a data packet; the device's MTU may be less. Rounded down to a multiple
+    // of 4.
+    void pack_len_set(uint nbyte);
+    // Attempts for each packet and each verify; the information exchange makes one more. At 0
+    // no page is checked or sent.
+    void retry_count_set(uint retry);
+    // Pause behind each data packet and each failed information or verify attempt.
+    void send_interval_set(uint ms);
+    // Pause between the command to enter boot mode and the next information request.
+    void reset_wait_ms_set(uint ms);
+    // Pause between the final verify request and the reading of its reply; and in front of that
+    // request when the run missed a reply, which could otherwise come late and pass for this one.
+    void verify_wait_ms_set(uint ms);
+    // Starts a run, or says in a message box that one is under way. The thread runs on for a moment
+    // beyond upgrade_done: QThread::finished or wait() tell when the next run can start.
+    void upgrade_start();
+
+signals:
+    // Emitted from the run's thread.
+    void upgrade_started(int file_size);
+    // At the start with 0, then once a page with its offset: never the full size.
+    void upgrade_progress(int file_size, int file_sent);
+    // The last signal of a run whose file was read, whatever became of it.
+    void upgrade_done();
+    // After each information exchange: what runs on the device, or "N/A".
+    void dev_soft_info_set(QString info);
+    // After each information exchange: opaque bytes that are good only while the signal is
+    // delivered (connect directly and copy), or null and 0.
+    void dev_hard_info_set(const uint8_t* info, int nbytes);
+    void log(QString log);
+    // A text that a person must see.
+    void msgbox(QString msg);
+
+protected:
+    void run() override;
+
+private:
+    // The run, in loader_run.cpp.
+    std::optional<std::uint32_t> file_read(std::unique_ptr<std::uint8_t[]>* content);
+    void upgrade(const std::uint8_t* data, std::uint32_t size);
+    bool boot_reach();
+
+    // The dialogue, in loader_dialogue.cpp. data points at the first byte of the packet or block.
+    // Results are 0, BLOCK_DIFFERS or a ToolError.
+    static constexpr int BLOCK_DIFFERS = 1;
+    int dev_info_get();
+    int dev_info_get_retry();
+    void dev_boot_enter();
+    void dev_reboot();
+    // n when the device accepted.
+    int packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
+    int packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
+    bool block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                    std::uint32_t total);
+    int block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final);
+    int block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                           bool final);
+    bool file_send(const std::uint8_t* data, std::uint32_t size);
+
+    void request_send(const QByteArray& request);
+    int info_refusal(const std::uint8_t* reply, int size);
+    int firmware_check(const QString& module_name);
+    void hard_info_report(const DeviceInfo& info);
+
+    QFramer* framer;
+    QString filename;
+    std::uint32_t rom_page_size = 0;
+    std::uint32_t mtu = 0;
+    std::uint32_t pack_len = 1024;      // what most boot codes take in one packet
+    std::uint32_t retry_count = 3;      // enough for a noisy line, quick to tell a dead one
+    std::uint32_t send_interval = 0;    // the replies already pace the packets
+    std::uint32_t reset_wait_ms = 1000; // a reset and the start of the boot code
+    std::uint32_t verify_wait_ms = 500; // a CRC over the whole flash
+    bool dev_in_boot = false;
+    bool reply_missed = false; // in this run: an answer may still be on its way
+    std::atomic<bool> abort_flag{false};
+};

@@ -1,0 +1,247 @@
+// What Loader says to the module, and what it makes of the answers.
+
+#include "loader.h"
+
+#include "bootdialogue.h"
+#include "crc.h"
+#include "qframer.h"
+#include "toolerror.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::uint32_t CRC_START = 0xFFFFFFFF;
+
+// Even a sleep of 0 takes a tenth of a millisecond, as much as an exchange at some megabits.
+void pause(std::uint32_t ms)
+{
+    if (ms > 0)
+        QThread::msleep(ms);
+}
+
+} // namespace
+
+// A failed write shows as a missing reply. What waits is the late reply to an attempt given up, and
+// must not be taken for the answer to this request.
+void Loader::request_send(const QByteArray& request)
+{
+    framer->flush();
+    framer->write(request.constData(), int(request.size()));
+}
+
+int Loader::dev_info_get()
+{
+    emit log(tr("ldr: get device info ..."));
+    request_send(QByteArray(1, char(BOOT_INFO)));
+    std::uint8_t reply[BOOT_INFO_MAX] = {};
+    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_INFO_MAX);
+    const int refusal = info_refusal(reply, count);
+    if (refusal != 0) {
+        emit dev_soft_info_set(QStringLiteral("N/A"));
+        emit dev_hard_info_set(nullptr, 0);
+        return refusal;
+    }
+
+    const DeviceInfo info = device_info(reply, count);
+    rom_page_size = info.rom_page_size;
+    mtu = info.mtu;
+    dev_in_boot = info.in_boot;
+    emit log(tr("ldr: device ROM page size %1B, MTU %2B").arg(rom_page_size).arg(mtu));
+    const int result = info.name ? firmware_check(*info.name) : 0;
+    if (result == 0)
+        mtu = std::min(mtu, pack_len);
+    emit dev_soft_info_set(soft_info(info));
+    hard_info_report(info);
+    return result;
+}
+
+// 0, or why the reply is none to work with.
+int Loader::info_refusal(const std::uint8_t* reply, int size)
+{
+    if (size < BOOT_INFO_MIN) {
+        emit log(tr("ldr: get device infomation failed, error or no reply"));
+        return TOOL_NO_REPLY;
+    }
+    if (reply[0] != BOOT_INFO) {
+        emit log(tr("ldr: get devie information failed, invalid reply"));
+        return TOOL_BAD_REPLY;
+    }
+    const DeviceInfo info = device_info(reply, size);
+    if (info.rom_page_size == 0 || info.mtu == 0) {
+        emit log(tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0")
+                     .arg(info.rom_page_size)
+                     .arg(info.mtu));
+        return TOOL_BAD_REPLY;
+    }
+    if (pack_len == 0) {
+        emit log(tr("ldr: packet length below 4 bytes, please set a larger one"));
+        return TOOL_BAD_REPLY;
+    }
+    return 0;
+}
+
+int Loader::firmware_check(const QString& module_name)
+{
+    emit log(tr("ldr: module name: ") + module_name);
+    const QString file_name = filename.mid(filename.lastIndexOf('/') + 1);
+    if (!file_name.isEmpty() && !firmware_fits(file_name, module_name)) {
+        emit log(tr("ldr: wrong firmware (%1) for module (%2) !!").arg(file_name, module_name));
+        emit msgbox(tr("wrong firmware (%1)\nfor module     (%2)\nPlease select the right firmware")
+                        .arg(file_name, module_name));
+        return TOOL_WRONG_FIRMWARE;
+    }
+    emit log(tr("ldr: module name matched"));
+    return 0;
+}
+
+void Loader::hard_info_report(const DeviceInfo& info)
+{
+    if (info.hard_info != nullptr)
+        emit log(hard_info_text(tr("hard info (%1 bytes): %2 %3 %4 %5"), info.hard_info,
+                                info.hard_info_size));
+    emit dev_hard_info_set(info.hard_info, info.hard_info_size);
+}
+
+int Loader::dev_info_get_retry()
+{
+    for (std::uint32_t repeats = 0;; ++repeats) {
+        const int result = dev_info_get();
+        if (result == 0 || result == TOOL_WRONG_FIRMWARE)
+            return result;
+        pause(send_interval);
+        if (repeats == retry_count)
+            return result;
+    }
+}
+
+void Loader::dev_boot_enter()
+{
+    request_send(QByteArray(1, char(BOOT_ENTER)));
+    emit log(tr("ldr: set device enter boot mode ... [done]"));
+}
+
+void Loader::dev_reboot()
+{
+    emit log(tr("ldr: device reboot"));
+    request_send(QByteArray(1, char(BOOT_REBOOT)));
+}
+
+int Loader::packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n)
+{
+    request_send(boot_write_request(data, offset, n));
+    std::uint8_t reply[BOOT_STATUS_SIZE] = {};
+    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
+    if (count != BOOT_STATUS_SIZE) {
+        reply_missed = true;
+        emit log(tr("ldr: data sent, device no response"));
+        return TOOL_NO_REPLY;
+    }
+    if (reply[0] != BOOT_WRITE || reply[1] != 0) {
+        emit log(tr("ldr: data sent, packet was broken at receiver"));
+        return TOOL_REFUSED;
+    }
+    return int(n);
+}
+
+int Loader::packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n)
+{
+    int result = 0;
+    for (std::uint32_t attempt = 0; attempt < retry_count; ++attempt) {
+        if (abort_flag) {
+            emit log(tr("ldr: packet transfer aborted!"));
+            return TOOL_ABORTED;
+        }
+        result = packet_send(data, offset, n);
+        if (result == int(n))
+            return result;
+        emit log(tr("ldr: retry %1 bytes at offset %2").arg(n).arg(offset));
+    }
+    return result;
+}
+
+// True on an abort too: block_verify_retry, which comes next, then refuses.
+bool Loader::block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                        std::uint32_t total)
+{
+    for (std::uint32_t sent = 0; sent < size;) {
+        if (abort_flag) {
+            emit log(tr("ldr: transfer aborted!"));
+            return true;
+        }
+        const std::uint32_t n = std::min(mtu, size - sent);
+        const std::uint32_t at = offset + sent;
+        emit log(tr("ldr: sending %1 bytes, progress %2/%3 (%4%)")
+                     .arg(n)
+                     .arg(at)
+                     .arg(total)
+                     .arg(std::uint64_t(at) * 100 / total));
+        if (packet_send_retry(data + sent, at, n) != int(n))
+            return false;
+        sent += n;
+        pause(send_interval);
+    }
+    return true;
+}
+
+int Loader::block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final)
+{
+    request_send(boot_verify_request(crc, offset, size, final));
+    if (final)
+        pause(verify_wait_ms);
+    std::uint8_t reply[BOOT_STATUS_SIZE] = {};
+    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
+    if (count != BOOT_STATUS_SIZE) {
+        reply_missed = true;
+        emit log(
+            tr("ldr: block(offset=%1, size=%2) verify failed, no reply").arg(offset).arg(size));
+        return TOOL_NO_REPLY;
+    }
+    if (reply[0] != BOOT_VERIFY) {
+        emit log(tr("ldr: block(offset=%1, size=%2) verify failed, invalid reply")
+                     .arg(offset)
+                     .arg(size));
+        return TOOL_BAD_REPLY;
+    }
+    if (reply[1] == 0) {
+        emit log(tr("ldr: block(offset=%1, size=%2) verify ... [OK]").arg(offset).arg(size));
+        return 0;
+    }
+    const QString text = final ? tr("ldr: block(offset=%1, size=%2) CRC not match, please retry")
+                               : tr("ldr: block(offset=%1, size=%2) updating ...");
+    emit log(text.arg(offset).arg(size));
+    return BLOCK_DIFFERS;
+}
+
+int Loader::block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                               bool final)
+{
+    const std::uint32_t crc = crc32(data, size, CRC_START);
+    int result = TOOL_BAD_REPLY;
+    for (std::uint32_t attempt = 0; attempt < retry_count; ++attempt) {
+        if (abort_flag)
+            return TOOL_ABORTED;
+        result = block_verify(crc, offset, size, final);
+        if (result == 0 || result == BLOCK_DIFFERS)
+            return result;
+        pause(send_interval);
+    }
+    return result;
+}
+
+bool Loader::file_send(const std::uint8_t* data, std::uint32_t size)
+{
+    for (std::uint32_t offset = 0; offset < size;) {
+        emit upgrade_progress(int(size), int(offset));
+        const std::uint32_t n = std::min(rom_page_size, size - offset);
+        const int verdict = block_verify_retry(data + offset, offset, n, false);
+        if (verdict == BLOCK_DIFFERS) {
+            if (!block_send(data + offset, offset, n, size))
+                return false;
+        } else if (verdict != 0) {
+            return false;
+        }
+        offset += n;
+    }
+    return true;
+}

@@ -1,0 +1,170 @@
+// One run of Loader from start to end, and its settings.
+
+#include "loader.h"
+
+#include "bootdialogue.h"
+#include "toolerror.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <limits>
+#include <memory>
+#include <new>
+
+namespace {
+
+// The signals carry sizes as int.
+constexpr qint64 FILE_MAX = std::numeric_limits<int>::max();
+
+} // namespace
+
+Loader::Loader(QFramer* framer, QObject* parent)
+    : QThread(parent)
+    , framer(framer)
+{
+}
+
+Loader::~Loader()
+{
+    abort();
+    wait();
+}
+
+void Loader::abort()
+{
+    abort_flag = true;
+}
+
+void Loader::filename_set(QString filename)
+{
+    this->filename = filename;
+}
+
+void Loader::pack_len_set(uint nbyte)
+{
+    pack_len = nbyte & ~3U;
+}
+
+void Loader::retry_count_set(uint retry)
+{
+    retry_count = retry;
+}
+
+void Loader::send_interval_set(uint ms)
+{
+    send_interval = ms;
+}
+
+void Loader::reset_wait_ms_set(uint ms)
+{
+    reset_wait_ms = ms;
+}
+
+void Loader::verify_wait_ms_set(uint ms)
+{
+    verify_wait_ms = ms;
+}
+
+void Loader::upgrade_start()
+{
+    if (isRunning()) {
+        emit msgbox(tr("Upgrade in progress, please wait"));
+        return;
+    }
+    abort_flag = false;
+    start();
+}
+
+void Loader::run()
+{
+    emit log(tr("ldr: Upgrade thread started"));
+    std::unique_ptr<std::uint8_t[]> content;
+    const std::optional<std::uint32_t> size = file_read(&content);
+    if (!size)
+        return;
+    emit upgrade_started(int(*size));
+    emit upgrade_progress(int(*size), 0);
+
+    reply_missed = false;
+    QElapsedTimer stopwatch;
+    stopwatch.start();
+    upgrade(content.get(), *size);
+    content.reset();
+    emit log(tr("ldr: total took %1 seconds").arg(stopwatch.elapsed() / 1000));
+    emit upgrade_done();
+}
+
+// Reads the whole file; nothing, and a message, when that fails.
+std::optional<std::uint32_t> Loader::file_read(std::unique_ptr<std::uint8_t[]>* content)
+{
+    QFile file(filename);
+    if (!file.open(QIODevice::ReadOnly) || file.isSequential()) {
+        emit msgbox(tr("Open file failed"));
+        return std::nullopt;
+    }
+    const qint64 size = file.size();
+    if (size > FILE_MAX) {
+        emit msgbox(tr("File too large (%1 bytes), %2 bytes at most").arg(size).arg(FILE_MAX));
+        return std::nullopt;
+    }
+    content->reset(new (std::nothrow) std::uint8_t[size_t(size)]);
+    if (*content == nullptr) {
+        emit msgbox(tr("Alloc memory (%1 bytes) failed").arg(size));
+        return std::nullopt;
+    }
+    const qint64 count = file.read(reinterpret_cast<char*>(content->get()), size);
+    if (count != size) {
+        emit msgbox(tr("Read file failed (%1 of %2 bytes)").arg(qMax(count, qint64(0))).arg(size));
+        return std::nullopt;
+    }
+    return std::uint32_t(size);
+}
+
+void Loader::upgrade(const std::uint8_t* data, std::uint32_t size)
+{
+    if (dev_info_get_retry() != 0) {
+        emit msgbox(tr("Get device infomation failed"));
+        return;
+    }
+    if (!dev_in_boot && !boot_reach())
+        return;
+
+    emit log(tr("ldr: Sending firmware file ..."));
+    if (!file_send(data, size)) {
+        emit log(tr("ldr: Firmware send failed, please retry"));
+        return;
+    }
+    emit log(tr("ldr: Firmware verify ..."));
+    // A late answer to a page check must not pass for the one that decides: let it come, to be
+    // dropped in front of the request.
+    if (reply_missed)
+        msleep(verify_wait_ms);
+    // An abort that fell into the final verify is tested here, as no reboot may follow it.
+    if (block_verify_retry(data, 0, size, true) != 0 || abort_flag) {
+        emit msgbox(tr("File verify failed"));
+        return;
+    }
+    dev_reboot();
+    emit msgbox(tr("File sent and verified OK"));
+}
+
+// From the application into the boot code; false, and told why, when that fails.
+bool Loader::boot_reach()
+{
+    dev_boot_enter();
+    emit log(tr("ldr: wait device enter boot ..."));
+    msleep(reset_wait_ms);
+    if (abort_flag) {
+        emit log(tr("ldr: Upgrade progress aborted"));
+        return false;
+    }
+    if (dev_info_get_retry() != 0) {
+        emit msgbox(tr("Get device info failed after device enter boot mode"));
+        return false;
+    }
+    if (!dev_in_boot) {
+        emit msgbox(tr("device not in boot mode, try again"));
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,47 @@
+#include "netpeer.h"
+
+#include "wait.h"
+
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+std::unique_ptr<NetPeer> NetPeer::socat(const QString& listen, const QString& other)
+{
+    auto peer = std::make_unique<NetPeer>();
+    peer->process.setProcessChannelMode(QProcess::MergedChannels);
+    peer->process.start("socat", {"-d", "-d", listen, other});
+    const QRegularExpression report("listening on .*:(\\d+)\n");
+    QString told;
+    EXPECT_TRUE(wait_until([&] {
+        told += QString::fromLocal8Bit(peer->process.readAll());
+        peer->tcp_port = report.match(told).captured(1).toInt();
+        return peer->tcp_port != 0;
+    })) << qPrintable(told);
+    return peer;
+}
+
+std::unique_ptr<NetPeer> NetPeer::ser2net(const QString& device)
+{
+    auto peer = std::make_unique<NetPeer>();
+    {
+        QTcpServer probe; // it can't tell its port, so it gets one that was free just now
+        EXPECT_TRUE(probe.listen(QHostAddress::LocalHost));
+        peer->tcp_port = probe.serverPort();
+    }
+    peer->process.setProcessChannelMode(QProcess::MergedChannels);
+    peer->process.start("/usr/sbin/ser2net",
+                        {"-n", "-u", "-Y",
+                         QString("connection: &port#  accepter: tcp,127.0.0.1,%1#"
+                                 "  connector: serialdev,%2,115200n81,local#")
+                             .arg(peer->tcp_port)
+                             .arg(device)});
+    EXPECT_TRUE(peer->process.waitForStarted());
+    return peer;
+}
+
+NetPeer::~NetPeer()
+{
+    process.kill();
+    process.waitForFinished();
+}

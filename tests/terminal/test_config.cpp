@@ -1,0 +1,302 @@
+#include "stringcolumns.h"
+#include "windowtest.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QProcess>
+#include <QSettings>
+#include <QTableWidget>
+#include <unistd.h>
+
+namespace {
+
+const char INI[] = "tarnwick.ini";
+
+QByteArray content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void write(const QString& path, const QByteArray& data)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(data);
+}
+
+QVariant stored(const QString& key, const QString& path = INI)
+{
+    return QSettings(path, QSettings::IniFormat).value(key);
+}
+
+class Config : public WindowTest
+{
+protected:
+    void restart()
+    {
+        window_end();
+        window_start();
+    }
+    QTableWidget* table() const { return find<QTableWidget>("tableWidget_strings"); }
+    QString send_text() const { return find<QPlainTextEdit>("plainTextEdit_send")->toPlainText(); }
+    void command(const char* action, const QString& file = {})
+    {
+        answers.file = file;
+        find<QAction>(action)->trigger();
+    }
+};
+
+} // namespace
+
+TEST_F(Config, FirstRunWritesTheWindowAndTheSizeOfTheList)
+{
+    QFile::remove(INI);
+    window_start();
+    EXPECT_EQ(window->windowTitle(), "Tarnwick [tarnwick.ini]");
+    EXPECT_EQ(find<QPushButton>("pushButton_open")->text(), "\u6253\u5F00(&o)");
+    EXPECT_EQ(table()->rowCount(), 8);
+    window_end();
+    EXPECT_EQ(QSettings(INI, QSettings::IniFormat).allKeys(),
+              QStringList({"strings/size", "window/geometry", "window/state"}));
+    EXPECT_EQ(stored("strings/size"), "8");
+}
+
+TEST_F(Config, UnchangedCloseLeavesTheFileAlone)
+{
+    configure("somebody/else", "keeps, this");
+    configure("global/unknown", 5);
+    window_start();
+    window->move(50, 60); // where the toolkit doesn't correct a restored place
+    type("AT\n\u4F60");
+    table()->item(3, VALUE_COLUMN)->setText("text");
+    window_end();
+    const QDateTime long_ago = QDateTime::fromSecsSinceEpoch(1000000000);
+    QFile file(INI);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.setFileTime(long_ago, QFileDevice::FileModificationTime);
+    file.close();
+    const QByteArray before = content(INI);
+    window_start();
+    EXPECT_EQ(send_text(), "AT\n\u4F60");
+    window_end();
+    EXPECT_EQ(content(INI).toStdString(), before.toStdString());
+    EXPECT_EQ(QFileInfo(INI).lastModified(), long_ago);
+    EXPECT_EQ(stored("somebody/else"), "keeps, this");
+    EXPECT_EQ(stored("global/unknown"), "5");
+}
+
+TEST_F(Config, KeepsEachOption)
+{
+    struct Option
+    {
+        const char* key;
+        const char* widget;
+        const char* property;
+        QVariant fallback;
+        QVariant other;
+    };
+    const Option options[] = {
+        {"display_tx", "checkBox_display_tx", "checked", false, true},
+        {"display_time", "checkBox_display_time", "checked", false, true},
+        {"frame_mode", "checkBox_frame_mode", "checked", false, true},
+        {"frame_interval", "spinBox_frame_interval", "value", 5, 500},
+        {"hex_display", "checkBox_hex_display", "checked", false, true},
+        {"auto_clr", "checkBox_window_auto_clr", "checked", false, true},
+        {"auto_clr_threshold", "spinBox_auto_clr_threshold", "value", 100, 99999},
+        {"hex_mode_send", "checkBox_hex_mode", "checked", false, true},
+        {"send_interval", "spinBox_send_interval", "value", 10, 9999},
+        {"send_count", "spinBox_send_count", "value", 0, -1},
+        {"raw_text", "checkBox_raw_text", "checked", false, true},
+        {"send_in_turn_interval", "spinBox_send_in_turn_interval", "value", 20, 10000},
+        {"save2file", "lineEdit_save2file_path", "text", "", "a b, c;%1.log"},
+    };
+    window_start();
+    for (const Option& option : options)
+        EXPECT_EQ(find<QWidget>(option.widget)->property(option.property), option.fallback)
+            << option.key;
+    for (const bool changed : {true, false}) {
+        for (const Option& option : options)
+            find<QWidget>(option.widget)
+                ->setProperty(option.property, changed ? option.other : option.fallback);
+        restart();
+        for (const Option& option : options) {
+            const QVariant expected = changed ? option.other : option.fallback;
+            EXPECT_EQ(find<QWidget>(option.widget)->property(option.property), expected)
+                << option.key;
+            EXPECT_EQ(stored(QString("serial_tool/") + option.key).toString(), expected.toString())
+                << option.key;
+        }
+    }
+}
+
+TEST_F(Config, KeepsTheTextOfEachMode)
+{
+    configure("serial_tool/ascii", R"(not \x escaped)"); // raw at the start, whatever is stored
+    window_start();
+    EXPECT_EQ(send_text(), R"(not \x escaped)");
+    type("a");
+    check("checkBox_hex_mode");
+    EXPECT_EQ(send_text(), "");
+    type("41");
+    command("action_store");
+    check("checkBox_hex_mode", false);
+    EXPECT_EQ(send_text(), R"(not \x escaped)");
+    write("file", "content");
+    answers.file = sandbox.path("work/file");
+    check("checkBox_send_file");
+    command("action_store");
+    EXPECT_EQ(stored("serial_tool/ascii"), R"(not \x escaped)");
+    EXPECT_EQ(stored("serial_tool/hex"), "41");
+    EXPECT_EQ(answers.boxes, QStringList("note|format error at 5: x")); // when hex mode was left
+}
+
+TEST_F(Config, KeepsTheListAndAtLeastEightRows)
+{
+    configure("strings/size", 3);
+    configure("strings/2/value", "two");
+    configure("strings/2/ishex", true);
+    configure("strings/7/alias", "beyond the size");
+    window_start();
+    EXPECT_EQ(table()->rowCount(), 8);
+    EXPECT_EQ(table()->item(1, VALUE_COLUMN)->text(), "two");
+    EXPECT_EQ(table()->item(1, VALUE_COLUMN)->checkState(), Qt::Checked);
+    table()->item(2, ALIAS_COLUMN)->setCheckState(Qt::Checked);
+    table()->item(2, ALIAS_COLUMN)->setText("three, @ \"quoted\" \u4F60\\");
+    table()->item(1, VALUE_COLUMN)->setCheckState(Qt::Unchecked);
+    find<QTableWidget>("tableWidget_strings")->setCurrentCell(7, 2);
+    for (int i = 0; i < 4; ++i)
+        click("pushButton_table_row_add");
+    restart();
+    EXPECT_EQ(table()->rowCount(), 12);
+    EXPECT_EQ(table()->item(2, ALIAS_COLUMN)->text(), "three, @ \"quoted\" \u4F60\\");
+    QSettings file(INI, QSettings::IniFormat);
+    file.beginGroup("strings");
+    EXPECT_EQ(file.allKeys(), QStringList({"2/value", "3/alias", "3/in_turn", "7/alias", "size"}));
+
+    write("small.ini", "[strings]\nsize=2\n1\\value=one\n");
+    command("action_load", QFileInfo("small.ini").absoluteFilePath());
+    EXPECT_EQ(table()->rowCount(), 8);
+    EXPECT_EQ(table()->item(0, VALUE_COLUMN)->text(), "one");
+    EXPECT_EQ(table()->item(1, VALUE_COLUMN)->text(), "");
+}
+
+TEST_F(Config, MovesToTheFileOfStoreAsAndLoad)
+{
+    configure("serialSettings/port", 3);
+    window_start();
+    type("abc");
+    command("action_store_as"); // cancelled
+    EXPECT_EQ(window->windowTitle(), "Tarnwick [tarnwick.ini]");
+    const QString other = sandbox.path("other.ini");
+    command("action_store_as", other);
+    EXPECT_EQ(window->windowTitle(), "Tarnwick [other.ini]");
+    EXPECT_EQ(stored("global/cfg_file"), other);
+    EXPECT_EQ(stored("serial_tool/ascii", other), "abc");
+    EXPECT_EQ(stored("global/language", other), "en_US");
+    EXPECT_FALSE(stored("serialSettings/port", other).isValid());
+    EXPECT_FALSE(stored("serial_tool/ascii").isValid());
+    restart();
+    EXPECT_EQ(send_text(), "abc");
+
+    command("action_load", other);
+    EXPECT_EQ(window->windowTitle(), "Tarnwick [other.ini]");
+    EXPECT_EQ(stored("global/cfg_file"), other); // the root file learns of it at the next store
+    window_end();
+    EXPECT_EQ(stored("global/cfg_file"), QDir("./").relativeFilePath(other));
+}
+
+TEST_F(Config, StartsWithAnyFile)
+{
+    if (geteuid() == 0) { // who may read everything
+        EXPECT_EQ(0,
+                  ::symlink("/nonexistent/folder/x", sandbox.path("work/refused").toLocal8Bit()));
+    } else {
+        write("refused", "x");
+        QFile::setPermissions("refused", {});
+    }
+    QDir().mkdir("folder.ini");
+    QByteArray rubbish = mixed_bytes(20000);
+    write("rubbish.ini", rubbish);
+    write("types.ini",
+          "[serial_tool]\nframe_interval=soon\nauto_clr=@Variant(\\0\\0)\nsend_count=1e9\n"
+          "send_interval=99999999999999\nraw_text=@Point(1 2)\nascii=a, b,c\n"
+          "[strings]\nsize=-5\n1\\value=@Invalid()\n[window]\ngeometry=@ByteArray(x)\n"
+          "state=12\n");
+    write("huge.ini", "[strings]\nsize=2147483647\n9\\value=nine\n");
+    struct Case
+    {
+        const char* file;
+        int rows;
+        const char* text;
+    };
+    const Case cases[] = {{"refused", 8, ""},     {"folder.ini", 8, ""},
+                          {"rubbish.ini", 8, ""}, {"types.ini", 8, "a, b, c"},
+                          {"huge.ini", 9, ""},    {"missing/folder/x.ini", 8, ""}};
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.file);
+        QFile::remove(INI);
+        configure("global/cfg_file", one.file);
+        window_start();
+        EXPECT_EQ(table()->rowCount(), one.rows);
+        EXPECT_EQ(send_text(), one.text);
+        EXPECT_GE(find<QSpinBox>("spinBox_frame_interval")->value(), 1);
+        type("typed");
+        command("action_store");
+        EXPECT_EQ(send_text(), "typed");
+        EXPECT_TRUE(answers.boxes.isEmpty());
+        window_end();
+    }
+    EXPECT_EQ(stored("strings/9/value", "huge.ini"), "nine");
+    EXPECT_EQ(stored("serial_tool/ascii", "missing/folder/x.ini"), "typed");
+}
+
+TEST_F(Config, LoadsALongListAndSendsIt)
+{
+    QByteArray file = "[global]\nlanguage=en_US\n[strings]\nsize=10000\n";
+    for (int row = 1; row <= 10000; ++row)
+        file += QByteArray::number(row) + "\\value=text " + QByteArray::number(row) + "\n";
+    file += "10000\\in_turn=true\n";
+    write(INI, file);
+    window_start();
+    ASSERT_TRUE(port_open());
+    check("checkBox_send_in_turn");
+    EXPECT_EQ(pty.read(20), "text 10000text 10000");
+}
+
+// A window that stores one list after the other is killed in the middle of it: what it leaves is
+// one whole list.
+TEST_F(Config, IsNeverTornByAKill)
+{
+    QSettings("tarnwick.ini", QSettings::IniFormat).setValue("somebody/else", "kept");
+    for (int kill = 0; kill < 12; ++kill) {
+        QProcess storer;
+        storer.start(STORER, QStringList());
+        ASSERT_TRUE(storer.waitForStarted());
+        int lists = 0;
+        while (lists < 2 + kill % 3) {
+            ASSERT_TRUE(storer.waitForReadyRead(PATIENCE_MS));
+            lists += storer.readAll().count('\n');
+        }
+        ::usleep(useconds_t(kill * 700)); // somewhere within the next store
+        storer.kill();
+        ASSERT_TRUE(storer.waitForFinished());
+        QFile::remove("tarnwick.ini.lock"); // the kill left it; a later store finds it stale
+
+        QSettings file(INI, QSettings::IniFormat);
+        EXPECT_EQ(file.status(), QSettings::NoError);
+        EXPECT_EQ(file.value("somebody/else"), "kept");
+        const int rows = file.beginReadArray("strings");
+        EXPECT_EQ(rows, 200);
+        QStringList texts;
+        for (int row = 0; row < rows; ++row) {
+            file.setArrayIndex(row);
+            texts += file.value("value").toString();
+        }
+        EXPECT_EQ(texts.removeDuplicates(), rows - 1) << qPrintable(texts.join(" | "));
+    }
+}

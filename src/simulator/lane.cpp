@@ -27,6 +27,8 @@ QByteArray Lane::take(int most, Time now)
     const QByteArray bytes = queue.left(count);
     queue.remove(0, count);
     front_starts += count * byte_time;
+    if (count > 0)
+        taken_until = front_starts;
     return bytes;
 }
 

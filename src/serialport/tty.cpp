@@ -1,5 +1,7 @@
 #include "tty.h"
 
+#include <QCoreApplication>
+
 #ifdef Q_OS_LINUX
 // The kernel's own termios, for free rates; it can't be in one file with <termios.h>.
 #include <QCoreApplication>

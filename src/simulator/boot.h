@@ -38,8 +38,6 @@ public:
     Answer answer(const QByteArray& request) override;
     void restart() override;
 
-    const QByteArray& image() const { return rom.bytes(); }
-
 private:
     QByteArray information() const;
     QByteArray check(const QByteArray& request);

@@ -149,6 +149,13 @@ bool Exchange::wants_cut()
     return std::exchange(cut_due, false);
 }
 
+void Exchange::end_faults()
+{
+    faults = Faults({});
+    settings.reboot_after = -1;
+    settings.cut_after = -1;
+}
+
 void Exchange::tell(const char* what, const QByteArray& frame) const
 {
     if (journal)

@@ -29,6 +29,9 @@ public:
     Time next_wake(Time now) const override;
     bool wants_cut() override;
 
+    // From now on nothing goes wrong any more.
+    void end_faults();
+
 private:
     struct Portion
     {

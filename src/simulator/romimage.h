@@ -12,7 +12,6 @@ public:
     RomImage(const QString& path, int capacity);
 
     int capacity() const { return most; }
-    const QByteArray& bytes() const { return content; }
     // Erased memory reads as 0xFF. The block lies within the capacity.
     QByteArray block(int offset, int size) const;
     void write(int offset, const QByteArray& bytes);

@@ -1,8 +1,10 @@
 #include "celltext.h"
 
-#include <QtAlgorithms>
 #include <algorithm>
 #include <iterator>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -60,7 +62,66 @@ bool is_plain_character(QChar c)
     return c.unicode() < FIRST_UNEVEN && c != QLatin1Char('\t');
 }
 
+bool is_plain_text(const QChar* text, int count)
+{
+    for (int done = plain_prefix(text, count); done < count;
+         done += plain_prefix(text + done, count - done)) {
+        if (!is_plain_character(text[done]))
+            return false;
+        ++done;
+    }
+    return true;
+}
+
+// A bit for each of at most 64 characters.
+quint64 blanks_of(const QChar* text, int count)
+{
+    quint64 blanks = 0;
+    int done = 0;
+#ifdef __SSE2__
+    const __m128i blank = _mm_set1_epi16(' ');
+    for (; done + 16 <= count; done += 16) {
+        const auto* at = reinterpret_cast<const __m128i*>(text + done);
+        const __m128i low = _mm_cmpeq_epi16(_mm_loadu_si128(at), blank);
+        const __m128i high = _mm_cmpeq_epi16(_mm_loadu_si128(at + 1), blank);
+        blanks |= quint64(uint(_mm_movemask_epi8(_mm_packs_epi16(low, high)))) << done;
+    }
+#endif
+    for (; done < count; ++done)
+        blanks |= quint64(text[done].unicode() == ' ') << done;
+    return blanks;
+}
+
+void append_blanks(quint64* blanks, int offset, const QChar* text, int count)
+{
+    for (int done = 0; done < count;) {
+        const int bit = (offset + done) % 64;
+        const int run = std::min(64 - bit, count - done);
+        blanks[(offset + done) / 64] |= blanks_of(text + done, run) << bit;
+        done += run;
+    }
+}
+
 } // namespace
+
+int plain_prefix(const QChar* text, int count)
+{
+    int done = 0;
+#ifdef __SSE2__
+    const __m128i low = _mm_set1_epi16(' ' - 1);
+    const __m128i high = _mm_set1_epi16(FIRST_UNEVEN);
+    for (; done + 8 <= count; done += 8) {
+        const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + done));
+        // As signed numbers, so characters from 0x8000 on are below `low`.
+        const __m128i plain = _mm_and_si128(_mm_cmpgt_epi16(c, low), _mm_cmplt_epi16(c, high));
+        if (_mm_movemask_epi8(plain) != 0xFFFF)
+            break;
+    }
+#endif
+    while (done < count && text[done].unicode() >= ' ' && text[done].unicode() < FIRST_UNEVEN)
+        ++done;
+    return done;
+}
 
 Cell cell_of(const QChar* text, int index, int count)
 {
@@ -91,8 +152,7 @@ void CellText::append(const QChar* text, int count)
             pages.emplace_back();
         const int room = std::min(count - done, PAGE - offset);
         Page& page = pages.back();
-        const bool plain =
-            !page.cells && std::all_of(text + done, text + done + room, is_plain_character);
+        const bool plain = !page.cells && is_plain_text(text + done, room);
         if (!plain) {
             if (!page.cells) {
                 page.cells = std::make_unique<Cell[]>(PAGE);
@@ -103,22 +163,9 @@ void CellText::append(const QChar* text, int count)
             for (int i = 0; i < room; ++i)
                 page.cells[offset + i] = cell_of(text, done + i, count);
         }
-        append_to_page(page, offset, text + done, room);
+        append_blanks(page.blanks, offset, text + done, room);
         done += room;
         past_last += room;
-    }
-}
-
-void CellText::append_to_page(Page& page, int offset, const QChar* text, int count)
-{
-    for (int i = 0; i < count;) {
-        const int bit = (offset + i) % 64;
-        const int run = std::min(64 - bit, count - i);
-        quint64 blanks = 0;
-        for (int k = 0; k < run; ++k)
-            blanks |= quint64(text[i + k].unicode() == ' ') << k;
-        page.blanks[(offset + i) / 64] |= blanks << bit;
-        i += run;
     }
 }
 
@@ -159,37 +206,15 @@ const CellText::Page& CellText::page_of(qint64 position) const
 Cell CellText::at(qint64 position) const
 {
     const Page& page = page_of(position);
-    if (page.cells)
-        return page.cells[static_cast<size_t>(position % PAGE)];
-    return is_blank(position) ? Cell::blank : Cell::narrow;
-}
-
-bool CellText::is_blank(qint64 position) const
-{
     const auto offset = static_cast<size_t>(position % PAGE);
-    return (page_of(position).blanks[offset / 64] >> (offset % 64) & 1) != 0;
+    if (page.cells)
+        return page.cells[offset];
+    return (page.blanks[offset / 64] >> (offset % 64) & 1) != 0 ? Cell::blank : Cell::narrow;
 }
 
-bool CellText::is_plain(qint64 from, qint64 to) const
+PlainRun CellText::plain_run(qint64 position) const
 {
-    for (qint64 page = from / PAGE; page * PAGE < to; ++page) {
-        if (page_of(page * PAGE).cells)
-            return false;
-    }
-    return true;
-}
-
-qint64 CellText::last_blank(qint64 from, qint64 to) const
-{
-    for (qint64 word = (to - 1) / 64; word * 64 >= from - 63 && to > from; --word) {
-        quint64 blanks = page_of(word * 64).blanks[static_cast<size_t>(word * 64 % PAGE / 64)];
-        const qint64 past = to - word * 64;
-        if (past < 64)
-            blanks &= (quint64(1) << past) - 1;
-        if (blanks == 0)
-            continue;
-        const qint64 found = word * 64 + 63 - qCountLeadingZeroBits(blanks);
-        return found >= from ? found : -1;
-    }
-    return -1;
+    const Page& page = page_of(position);
+    const qint64 begin = position - position % PAGE;
+    return {page.blanks, begin, page.cells ? begin : std::min(begin + PAGE, past_last)};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QChar>
+#include <QtAlgorithms>
 #include <deque>
 #include <memory>
 
@@ -12,6 +13,34 @@ enum class Cell : quint8 {
     tab,    ///< up to the next tab stop; a row may end behind it
     joined, ///< none: a combining mark, or the second half of a surrogate pair
     newline ///< none, and the row ends behind it: U+2028
+};
+
+/// A stretch of narrow characters and blanks: a bit for each tells which it is.
+struct PlainRun
+{
+    const quint64* blanks = nullptr; ///< first bit for the character at `begin`
+    qint64 begin = 0;
+    qint64 end = 0; ///< equal to `begin` if there is none
+
+    bool is_blank(qint64 position) const
+    {
+        const auto at = static_cast<size_t>(position - begin);
+        return (blanks[at / 64] >> (at % 64) & 1) != 0;
+    }
+    /// The last blank in [from, to), or -1.
+    qint64 last_blank(qint64 from, qint64 to) const
+    {
+        const qint64 first = from - begin;
+        for (qint64 past = to - begin; past > first; past = (past - 1) / 64 * 64) {
+            const qint64 word = (past - 1) / 64;
+            const quint64 found = blanks[word] & (~quint64(0) >> (64 - (past - word * 64)));
+            if (found != 0) {
+                const qint64 last = word * 64 + 63 - qCountLeadingZeroBits(found);
+                return last >= first ? begin + last : -1;
+            }
+        }
+        return -1;
+    }
 };
 
 /// The cells of a text to which characters are added at the end and from which they are dropped at
@@ -29,11 +58,8 @@ public:
     void drop_from(qint64 position);
 
     Cell at(qint64 position) const;
-    bool is_blank(qint64 position) const;
-    /// Whether nothing but narrow characters and blanks stands in [from, to).
-    bool is_plain(qint64 from, qint64 to) const;
-    /// The last blank in [from, to), or -1. Only for plain ranges.
-    qint64 last_blank(qint64 from, qint64 to) const;
+    /// The plain stretch around `position` as far as it is kept in one piece.
+    PlainRun plain_run(qint64 position) const;
 
 private:
     static constexpr int PAGE = 4096;
@@ -44,13 +70,16 @@ private:
     };
 
     const Page& page_of(qint64 position) const;
-    void append_to_page(Page& page, int offset, const QChar* text, int count);
 
     std::deque<Page> pages;
     qint64 first_page = 0; ///< number of the page at the front of `pages`
     qint64 first = 0;
     qint64 past_last = 0;
 };
+
+/// How many of the first characters are narrow ones and blanks; at least up to the first control
+/// character, tab, combining or wide one.
+int plain_prefix(const QChar* text, int count);
 
 /// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
 Cell cell_of(const QChar* text, int index, int count);

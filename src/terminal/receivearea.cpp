@@ -120,7 +120,12 @@ QMimeData* ReceiveArea::createMimeDataFromSelection() const
     if (cursor.selectionEnd() - cursor.selectionStart() <= MOST_COPIED_WITH_FORMAT)
         return QPlainTextEdit::createMimeDataFromSelection();
     QString text = cursor.selectedText();
-    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    for (QChar& c : text) { // as toPlainText() has it
+        if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator)
+            c = QLatin1Char('\n');
+        else if (c == QChar::Nbsp)
+            c = QLatin1Char(' ');
+    }
     auto* data = new QMimeData;
     data->setText(text);
     return data;

@@ -15,9 +15,15 @@ namespace {
 constexpr int SCROLL_STEP_MS = 50;      // how often a drag past the edge scrolls
 constexpr int LONGEST_WORD = 64 * 1024; // so that a double click in an unbroken stream answers
 
-bool is_word_character(QChar c)
+enum class Kind { word, separator, blank };
+
+// As the toolkit parts words.
+Kind kind_of(QChar c)
 {
-    return c.isLetterOrNumber() || c.isMark() || c.isSurrogate() || c == QLatin1Char('_');
+    if (c.isSpace())
+        return Kind::blank;
+    return QStringLiteral(".,?!@#$:;-<>[](){}=/+%&^*'\"`~|\\").contains(c) ? Kind::separator
+                                                                           : Kind::word;
 }
 
 } // namespace
@@ -76,13 +82,22 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     Span span = {position, position};
     if (wanted == Unit::character)
         return span;
+    const auto kind_at = [this](int at) { return kind_of(document()->characterAt(at)); };
+    // Behind a word and in the blanks that follow it, the word is meant.
+    int on = position;
+    if (on == end && on > begin && kind_at(on - 1) == Kind::word)
+        --on;
+    while (on > begin && on < end && kind_at(on) == Kind::blank)
+        --on;
+    const Kind kind = on < end ? kind_at(on) : Kind::blank;
+    if (kind == Kind::blank)
+        return span;
+    span = {on, on};
     const int first = std::max(begin, position - LONGEST_WORD);
     const int last = std::min(end, position + LONGEST_WORD);
-    while (span.from > first && is_word_character(document()->characterAt(span.from - 1)))
+    while (span.from > first && kind_at(span.from - 1) == kind)
         --span.from;
-    while (span.to < last && is_word_character(document()->characterAt(span.to)))
-        ++span.to;
-    if (span.from == span.to && span.to < end && !document()->characterAt(span.to).isSpace())
+    while (span.to < last && kind_at(span.to) == kind)
         ++span.to;
     return span;
 }

@@ -13,6 +13,8 @@ bool may_end_behind(Cell cell)
     return cell == Cell::blank || cell == Cell::tab || cell == Cell::wide;
 }
 
+// Where the next row begins when one begins at `start` and its paragraph has text up to `end`;
+// `end` if the rest fits into the row.
 qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int columns)
 {
     const qint64 most = start + qint64(columns) * MOST_CHARACTERS_PER_COLUMN;
@@ -43,11 +45,32 @@ qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int col
     return end;
 }
 
+// The same where a plain run has all that it takes: the row and one character more.
+qint64 plain_row_break(const PlainRun& run, qint64 start, qint64 end, int columns)
+{
+    const qint64 edge = start + columns;
+    if (edge >= end)
+        return end;
+    if (run.is_blank(edge))
+        return edge + 1;
+    const qint64 blank = run.last_blank(start, edge);
+    return blank < 0 ? edge : blank + 1;
+}
+
 bool is_paragraph_end(QChar c)
 {
     // The last two are the marks by which a QTextDocument delimits frames.
     return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::ParagraphSeparator ||
            c == QChar(0xFDD0) || c == QChar(0xFDD1);
+}
+
+const QChar* paragraph_end(const QChar* from, const QChar* end)
+{
+    for (const QChar* at = from;; ++at) {
+        at += plain_prefix(at, static_cast<int>(end - at));
+        if (at == end || is_paragraph_end(*at))
+            return at;
+    }
 }
 
 } // namespace
@@ -70,19 +93,6 @@ int column_after(Cell cell, int column, int columns)
     return column;
 }
 
-qint64 row_break(const CellText& cells, qint64 start, qint64 end, int columns)
-{
-    const qint64 edge = start + columns;
-    if (!cells.is_plain(start, std::min(end, edge + 1)))
-        return uneven_row_break(cells, start, end, columns);
-    if (edge >= end)
-        return end;
-    if (cells.is_blank(edge))
-        return edge + 1;
-    const qint64 blank = cells.last_blank(start, edge);
-    return blank < 0 ? edge : blank + 1;
-}
-
 RowTable::RowTable(int columns)
     : rows{Row(0, true)}
     , width(columns)
@@ -93,7 +103,7 @@ void RowTable::append(const QString& text)
 {
     const QChar* const end = text.constData() + text.size();
     for (const QChar* piece = text.constData(); piece != end;) {
-        const QChar* const stop = std::find_if(piece, end, is_paragraph_end);
+        const QChar* const stop = paragraph_end(piece, end);
         append_piece(piece, static_cast<int>(stop - piece));
         if (stop == end)
             return;
@@ -158,10 +168,21 @@ void RowTable::set_columns(int columns)
 
 void RowTable::wrap_last_row()
 {
-    const qint64 end = cells.end();
-    for (qint64 next = row_break(cells, rows.back().start(), end, width); next < end;
-         next = row_break(cells, next, end, width))
-        rows.emplace_back(next, false);
+    wrap(rows.back().start(), cells.end());
+}
+
+void RowTable::wrap(qint64 start, qint64 end)
+{
+    PlainRun run;
+    while (start < end) {
+        if (start >= run.end)
+            run = cells.plain_run(start);
+        const bool plain = std::min(start + width + 1, end) <= run.end;
+        start = plain ? plain_row_break(run, start, end, width)
+                      : uneven_row_break(cells, start, end, width);
+        if (start < end)
+            rows.emplace_back(start, false);
+    }
 }
 
 void RowTable::wrap_all()
@@ -175,9 +196,7 @@ void RowTable::wrap_all()
         while (next < old.size() && !old[next].opens_paragraph())
             ++next;
         const qint64 end = next < old.size() ? old[next].start() - 1 : cells.end();
-        for (qint64 at = row_break(cells, old[i].start(), end, width); at < end;
-             at = row_break(cells, at, end, width))
-            rows.emplace_back(at, false);
+        wrap(old[i].start(), end);
         i = next;
     }
     front = 0;

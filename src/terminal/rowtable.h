@@ -6,17 +6,14 @@
 #include <QString>
 #include <vector>
 
-/// Where the next row begins when one begins at `start` and its paragraph has text up to `end`;
-/// `end` if the rest fits into the row. Words stay whole where they can, wide characters too, and
-/// one blank may stand past the edge, so that a row of hexadecimal pairs uses its full width.
-qint64 row_break(const CellText& cells, qint64 start, qint64 end, int columns);
-
 /// The column behind a character that begins at `column`.
 int column_after(Cell cell, int column, int columns);
 
-/// The rows of a text that grows at its end. Positions are those of the document: each paragraph
-/// counts its characters and one for its separator; rows are numbered from 0. Adding costs the same
-/// at any length; a new width costs one pass over all rows.
+/// The rows of a text that grows at its end. Words stay whole where they can, wide characters too,
+/// and one blank may stand past the edge, so that a row of hexadecimal pairs uses its full width.
+/// Positions are those of the document: each paragraph counts its characters and one for its
+/// separator; rows are numbered from 0. Adding costs the same at any length; a new width costs one
+/// pass over all rows.
 class RowTable
 {
 public:
@@ -58,6 +55,8 @@ private:
 
     void append_piece(const QChar* text, int count);
     void wrap_last_row();
+    // Adds the rows of [start, end), text of one paragraph, but for the first one.
+    void wrap(qint64 start, qint64 end);
     void wrap_all();
 
     CellText cells;

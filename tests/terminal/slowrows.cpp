@@ -19,7 +19,9 @@ std::vector<Cluster> clusters_of(const QString& text, int start, int end)
     std::vector<Cluster> clusters;
     for (int at = start; at < end; ++at) {
         const SlowKind kind = slow_kind(text, at);
-        if (kind != SlowKind::mark || clusters.empty())
+        const bool joins = kind == SlowKind::mark && !clusters.empty() &&
+                           clusters.back().kind != SlowKind::line_end;
+        if (!joins)
             clusters.push_back({at, kind});
     }
     return clusters;
@@ -55,7 +57,8 @@ bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
             return false;
         past_edge = (kind == SlowKind::blank || kind == SlowKind::tab) && column >= columns;
         column = column_behind(kind, column, columns);
-        if (column > columns && i > 0 && !past_edge)
+        const bool has_ink = kind == SlowKind::narrow || kind == SlowKind::wide;
+        if (has_ink && column > columns && i > 0)
             return false;
     }
     return true;

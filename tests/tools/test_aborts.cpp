@@ -41,6 +41,11 @@ TEST(LoaderAbort, EndsEveryPhaseWithoutRebootAndLeavesTheNextRunAlone)
             // Requests of the phase in which it fell may follow, those of a later one don't.
             const int more = request <= 2 ? 2 - request : 0;
             EXPECT_EQ(transcript.filter("> ").size(), request + more);
+            const char* outcome = request <= 2 ? "ldr: Upgrade progress aborted"
+                                  : request < 14
+                                      ? "ldr: Firmware send failed, please retry"
+                                      : "box File verify failed"; // from the last page on
+            EXPECT_TRUE(transcript.contains(outcome)) << transcript.join('\n').toStdString();
         }
         bench.gate.close_at(0);
         EXPECT_TRUE(bench.run().contains("box File sent and verified OK"));

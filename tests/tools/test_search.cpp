@@ -208,7 +208,25 @@ TEST(CnetSearch, RefusesASecondStartAndEndsAtAnAbortInEachExchange)
         EXPECT_EQ(transcript.filter("> ").size(), request <= 2 ? 2 : 4); // the pair in progress
         EXPECT_FALSE(transcript.contains("> AB D6 FF FF BA"));
 
-        ASSERT_EQ(search.cfg.search_addr(3, 1, 0x0102), 0); // the abort doesn't reach this one
+        // The abort doesn't reach the next one.
+        ASSERT_EQ(search.cfg.search_addr(3, 1, 0x0102), 0);
         EXPECT_EQ(search.finish().filter("> ").size(), 4);
     }
+}
+
+TEST(CnetSearch, EndsAtAnAbortBehindAnAnswerThoughMoreWait)
+{
+    Search search;
+    search.device = [](const QByteArray& request) {
+        return request[1] == char(0xD4) ? hex("AB D4 00 BA")
+                                        : hex("AB D5 01 02 03 04 05 BA AB D5 01 02 03 04 05 BA");
+    };
+    QObject::connect(
+        &search.cfg, qOverload<int, int, const cnet_search_response*>(&CnetCfg::dev_found),
+        &search.cfg, [&] { search.cfg.abort(); }, Qt::DirectConnection);
+    ASSERT_EQ(search.cfg.search_all(3, 7), 0);
+    const QStringList transcript = search.finish();
+    EXPECT_EQ(transcript.filter("found ").size(), 1);
+    EXPECT_EQ(transcript.filter("> ").size(), 2);
+    EXPECT_EQ(transcript.last(), "finished");
 }

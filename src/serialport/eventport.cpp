@@ -29,7 +29,13 @@ bool EventPort::open(QIODevice::OpenMode mode)
         return false;
     }
     serial.clearError();
-    connect(&serial, &QSerialPort::readyRead, this, &EventPort::ready_read);
+    // Queued, as a QSerialPort announces nothing while it is inside readyRead: a receiver that
+    // opens a box there would hear of no more bytes until the box is closed.
+    const auto announce = [this] {
+        if (serial.bytesAvailable() > 0)
+            emit ready_read();
+    };
+    connect(&serial, &QSerialPort::readyRead, this, announce, Qt::QueuedConnection);
     connect(&serial, &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
     connect(&serial, &QSerialPort::errorOccurred, this, &EventPort::handle_error);
     return true;
@@ -71,10 +77,11 @@ qint64 EventPort::write(const char* data, qint64 size)
 {
     if (lost)
         return -1;
-    if (serial.bytesToWrite() + size > QextSerialPort::WRITE_LIMIT) {
+    const qint64 waiting = serial.bytesToWrite();
+    if (waiting > 0 && waiting + size > QextSerialPort::WRITE_LIMIT) {
         fail(QSerialPort::WriteError,
              QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
-                 .arg(serial.bytesToWrite())
+                 .arg(waiting)
                  .arg(size));
         return -1;
     }

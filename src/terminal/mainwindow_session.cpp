@@ -104,9 +104,10 @@ void MainWindow::port_removed(QextPortInfo info)
     if (!port || !port->isOpen() || info.portName != port->portName())
         return;
     // A write to the port that goes may have failed first: that box is open, and one is enough.
-    if (session_failing)
+    if (session_failing) {
+        port_close();
         return;
+    }
     on_pushButton_open_clicked();
-    const BoxScope scope(*this);
     QMessageBox::information(this, QString(), tr("%1 removed").arg(info.portName), QMessageBox::Ok);
 }

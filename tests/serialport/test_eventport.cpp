@@ -120,6 +120,32 @@ TEST(EventPort, BoundsWhatWaitsToBeSent)
     EXPECT_EQ(open.port.write(block), block.size());
 }
 
+TEST(EventPort, TakesAnyWriteWhileIdle)
+{
+    OpenPort open(50);
+    const QByteArray data = mixed_bytes(int(QextSerialPort::WRITE_LIMIT) + 1000);
+    ASSERT_EQ(open.port.write(data), data.size());
+    EXPECT_LT(open.port.write("x"), 0);
+    EXPECT_EQ(open.pty.read(data.size()), data);
+}
+
+TEST(EventPort, AnnouncesBytesInsideItsOwnSignal)
+{
+    OpenPort open;
+    QByteArray all;
+    bool nested = false;
+    QObject::disconnect(&open.port, &QIODevice::readyRead, nullptr, nullptr);
+    QObject::connect(&open.port, &QIODevice::readyRead, [&] {
+        all += open.port.readAll();
+        if (std::exchange(nested, true))
+            return;
+        open.pty.write("second"); // as a message box would let it come in
+        EXPECT_TRUE(wait_until([&] { return all.endsWith("second"); }, 5000));
+    });
+    open.pty.write("first");
+    EXPECT_TRUE(wait_until([&] { return all == "firstsecond"; }));
+}
+
 TEST(EventPort, CloseLetsAcceptedBytesOut)
 {
     OpenPort open(20000);

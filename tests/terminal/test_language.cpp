@@ -79,7 +79,7 @@ TEST_F(WindowTest, CataloguesKnowEveryText)
         const std::string text = key.first.toStdString() + ": " + key.second.toStdString();
         const auto listed = english.find(key);
         ASSERT_NE(listed, english.end()) << text;
-        EXPECT_EQ(listed->second.translation, key.second);
+        EXPECT_EQ(listed->second.translation, "") << text;
         const auto entry = chinese.find(key);
         if (!CHINESE_CONTEXTS.contains(key.first)) {
             EXPECT_EQ(entry, chinese.end()) << text;

@@ -148,7 +148,7 @@ int main()
     std::string hex;
     for (int i = 0; i < PAYLOAD; ++i)
         hex += "5A";
-    char guarded_sent[CnetResponse::SIZE + Crc16Frame::OVERHEAD];
+    char guarded_sent[CnetLocalResponse::SIZE + Crc16Frame::OVERHEAD];
     Crc16Frame{sent}.build(guarded_sent);
 
     const std::vector<Row> rows = {

@@ -15,18 +15,24 @@ enum class Text {
     lines        ///< lines of 80 characters
 };
 
+enum class Pace {
+    fastest, ///< writes of 512 bytes as soon as they are taken
+    steady,  ///< 300 KB/s by writes of 512 bytes, a fast USB adapter at 3 Mbit/s
+    baud     ///< 115200 baud by writes of 64 bytes, as a UART's buffer hands them over
+};
+
 struct Case
 {
     Reader reader = Reader::bare;
     Text text = Text::stream;
-    qint64 bytes = 0;      ///< sent as fast as they are taken
-    qint64 slow_bytes = 0; ///< sent behind them, at SLOW_RATE
-    int most_lines = 0;    ///< threshold of auto clear; 0 keeps everything
-    bool handle = false;   ///< time what a user does with the window
+    qint64 bytes = 0;
+    Pace pace = Pace::fastest; ///< of these bytes
+    qint64 steady_bytes = 0;   ///< sent behind them, at Pace::steady
+    int most_lines = 0;        ///< threshold of auto clear; 0 keeps everything
+    bool handle = false;       ///< time what a user does with the window
 };
 
 constexpr qint64 MB = 1000 * 1000;
-constexpr int SLOW_RATE = 300 * 1000; ///< bytes a second, a fast USB adapter at 3 Mbit/s
 
 struct Duration
 {
@@ -41,12 +47,12 @@ struct Measured
     double last_to_first = 0;   ///< CPU of the last sixteenth of the bytes by that of the first
     qint64 memory_kb = 0;       ///< peak, above what the process had before the first byte
     qint64 early_memory_kb = 0; ///< the same after the first 10 MB
-    Duration stall;             ///< longest time between two turns of the event loop at SLOW_RATE
+    Duration stall;             ///< longest time between two turns of the event loop, Pace::steady
     Duration resize, top, page_up, select_all; ///< up to the painted window
 };
 
-/// Runs a reader in a process of its own and feeds it through a pseudo-terminal by writes of 512
-/// bytes. Ends the program with a message if that can't be done.
+/// Runs a reader in a process of its own and feeds it through a pseudo-terminal. Ends the program
+/// with a message if that can't be done.
 Measured measure(const Case& wanted);
 
 /// The reader's side: reads `device` and reports through `pipe` that it is ready, that it has got

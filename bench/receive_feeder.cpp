@@ -4,22 +4,22 @@
 #include <QByteArray>
 #include <QFile>
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <random>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <termios.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
 
-constexpr int WRITE_SIZE = 512;
-constexpr int PATTERN_SIZE = 81 * WRITE_SIZE; // whole lines, whole writes
 constexpr int LINE_LENGTH = 80;
+constexpr int PATTERN_SIZE = (LINE_LENGTH + 1) * 512; // whole lines, whole writes
 
 [[noreturn]] void give_up(const char* what)
 {
@@ -53,30 +53,39 @@ int open_raw_terminal(char* device, size_t size)
     return master;
 }
 
-void send(int master, const QByteArray& pattern, qint64 bytes)
+struct Steps
 {
+    int size;
+    qint64 bytes_per_second; // 0 for no limit
+};
+
+Steps steps_of(Pace pace)
+{
+    switch (pace) {
+    case Pace::fastest:
+        break;
+    case Pace::steady:
+        return {512, 300 * 1000};
+    case Pace::baud:
+        return {64, 11520};
+    }
+    return {512, 0};
+}
+
+void send(int master, const QByteArray& pattern, qint64 bytes, Pace pace)
+{
+    using clock = std::chrono::steady_clock;
+    const Steps steps = steps_of(pace);
+    const clock::time_point begin = clock::now();
     for (qint64 done = 0; done < bytes;) {
-        const auto size = size_t(std::min<qint64>(WRITE_SIZE, bytes - done));
+        const auto size = size_t(std::min<qint64>(steps.size, bytes - done));
         const ssize_t n = write(master, pattern.constData() + done % PATTERN_SIZE, size);
         if (n <= 0)
             give_up("write");
         done += n;
-    }
-}
-
-void send_slowly(int master, const QByteArray& pattern, qint64 bytes)
-{
-    constexpr long SECOND_NS = 1000000000;
-    timespec next = {};
-    clock_gettime(CLOCK_MONOTONIC, &next);
-    for (qint64 done = 0; done < bytes; done += WRITE_SIZE) {
-        send(master, pattern, std::min<qint64>(WRITE_SIZE, bytes - done));
-        next.tv_nsec += SECOND_NS / SLOW_RATE * WRITE_SIZE;
-        if (next.tv_nsec >= SECOND_NS) {
-            next.tv_nsec -= SECOND_NS;
-            ++next.tv_sec;
-        }
-        clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &next, nullptr);
+        if (steps.bytes_per_second > 0)
+            std::this_thread::sleep_until(
+                begin + std::chrono::microseconds(done * 1000000 / steps.bytes_per_second));
     }
 }
 
@@ -109,9 +118,9 @@ Measured measure(const Case& wanted)
     const QByteArray pattern = pattern_of(wanted.text);
     char signal = 0;
     await_report(reports[0], &signal, 1);
-    send(master, pattern, wanted.bytes);
+    send(master, pattern, wanted.bytes, wanted.pace);
     await_report(reports[0], &signal, 1);
-    send_slowly(master, pattern, wanted.slow_bytes);
+    send(master, pattern, wanted.steady_bytes, Pace::steady);
     Measured measured;
     await_report(reports[0], &measured, sizeof measured);
 

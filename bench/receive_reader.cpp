@@ -16,7 +16,6 @@
 #include <QSerialPort>
 #include <QSpinBox>
 #include <QTemporaryDir>
-#include <QTextCodec>
 #include <QTimer>
 #include <ctime>
 #include <functional>
@@ -321,8 +320,8 @@ int read_and_report(const Case& wanted, const char* device, int pipe)
         report(pipe, "r", 1);
         measure_throughput(*subject, wanted.bytes, measured);
         report(pipe, "b", 1);
-        if (wanted.slow_bytes > 0)
-            measure_stalls(*subject, wanted.bytes + wanted.slow_bytes, measured);
+        if (wanted.steady_bytes > 0)
+            measure_stalls(*subject, wanted.bytes + wanted.steady_bytes, measured);
         if (wanted.handle)
             measure_handling(*subject->area(), measured);
         report(pipe, &measured, sizeof measured);

@@ -3,7 +3,7 @@
 set -eu
 build="g++ cmake ninja-build qtbase5-dev libqt5serialport5-dev qttools5-dev qttools5-dev-tools"
 window="xvfb xauth fonts-dejavu-core fonts-noto-cjk qttranslations5-l10n"
-test="libgtest-dev libgmock-dev libbenchmark-dev socat ser2net libmodbus-dev libssl-dev zlib1g-dev pkg-config"
+test="libgtest-dev libgmock-dev libbenchmark-dev socat ser2net libmodbus-dev libssl-dev zlib1g-dev pkg-config clang libclang-rt-14-dev"
 packages="$build $window"
 [ "${1:-run}" = test ] && packages="$packages $test"
 

@@ -53,9 +53,14 @@ struct Session
         QObject::connect(
             &cfg, &CnetCfg::log, &cfg, [this](const QString& line) { connection.log.told(line); },
             Qt::DirectConnection);
+        connection.stack.open();
+    }
+
+    // For devices on the air: the local device goes where --channel and --rate say, if they do.
+    void tune_as_asked(const Invocation& invocation)
+    {
         if (invocation.has("channel") != invocation.has("rate"))
             throw usage_failure("--channel and --rate go together");
-        connection.stack.open();
         if (invocation.has("channel"))
             tune(int(invocation.number("channel", CNET_FIRST_CHANNEL,
                                        CNET_FIRST_CHANNEL + CNET_CHANNELS - 1)),
@@ -114,6 +119,7 @@ void run_get(Invocation& invocation)
     const CnetAddress address = address_of(invocation);
     invocation.expect_at_most(1);
     Session session(invocation);
+    session.tune_as_asked(invocation);
     const Configuration read = read_configuration(session, address);
     const QByteArray block = bytes_of(read.block);
     if (invocation.has("output")) {
@@ -179,6 +185,7 @@ void run_set(Invocation& invocation)
         words.append(parsed_or_usage("--word", text, parse_cnet_word(text)));
 
     Session session(invocation);
+    session.tune_as_asked(invocation);
     const Block block = given ? *given : changed_block(session, address, words);
     invocation.interrupts.check();
     const char* bytes = address.bytes.constData();
@@ -198,6 +205,7 @@ void run_value(Invocation& invocation)
     const CnetAddress address = address_of(invocation);
     invocation.expect_at_most(1);
     Session session(invocation);
+    session.tune_as_asked(invocation);
     int second = 0;
     const char* bytes = address.bytes.constData();
     const int value = address.is_long() ? session.cfg.remote_value_get_ext(bytes, &second)

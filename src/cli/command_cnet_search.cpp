@@ -2,10 +2,10 @@
 #include "cnetcommands.h"
 
 #include "cnetaddress.h"
+#include "hextext.h"
 #include "progress.h"
 
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QJsonArray>
 
 namespace {
@@ -56,8 +56,7 @@ public:
 private:
     void connect_signals();
     void start();
-    template <typename Response> void take_found(int channel, int rate, const Response* response);
-    void show_found(int channel, int rate, const QByteArray& answer);
+    void show_found(int channel, int rate, const void* answer, int size);
     void show_progress(int current, int channel, int rate);
 
     const SearchSettings settings;
@@ -65,7 +64,6 @@ private:
     Console& console;
     Interrupts& interrupts;
     CnetCfg cfg;
-    QObject here; // on this thread; what comes to it is queued
     bool link_failed = false;
     bool tuning_failed = false;
     int pairs = 0;
@@ -73,24 +71,13 @@ private:
     QJsonArray found;
 };
 
-template <typename Response>
-void Search::take_found(int channel, int rate, const Response* response)
+void Search::show_found(int channel, int rate, const void* answer, int size)
 {
-    // On the search's thread; the record is good only now.
-    const QByteArray answer(reinterpret_cast<const char*>(response->bytes), sizeof response->bytes);
-    QMetaObject::invokeMethod(&here, [=] { show_found(channel, rate, answer); });
-}
-
-void Search::show_found(int channel, int rate, const QByteArray& answer)
-{
-    console.line(QStringLiteral("channel %1  %2  %3")
-                     .arg(channel, 2)
-                     .arg(baud_text(rate), -8)
-                     .arg(shown(answer)));
-    found.append(QJsonObject{{"channel", channel},
-                             {"rate", rate},
-                             {"rate_text", baud_text(rate)},
-                             {"answer", shown(answer)}});
+    const QString bytes = hex_text(answer, size);
+    console.line(
+        QStringLiteral("channel %1  %2  %3").arg(channel, 2).arg(baud_text(rate), -8).arg(bytes));
+    found.append(QJsonObject{
+        {"channel", channel}, {"rate", rate}, {"rate_text", baud_text(rate)}, {"answer", bytes}});
 }
 
 void Search::show_progress(int current, int channel, int rate)
@@ -103,42 +90,34 @@ void Search::show_progress(int current, int channel, int rate)
                      progress.percent());
 }
 
+// All but the interrupt comes on the search's own thread, and what it leaves is read behind its
+// end.
 void Search::connect_signals()
 {
-    QObject::connect(
-        &cfg, &CnetCfg::log, &cfg,
-        [this](const QString& line) {
-            connection.log.told(line);
-            if (line == LOG_TUNING_FAILED)
-                tuning_failed = true; // read when the thread has ended
-        },
-        Qt::DirectConnection);
-    QObject::connect(&cfg, &CnetCfg::search_started, &here, [this](int total) {
+    const auto on = [this](auto signal, auto receiver) {
+        QObject::connect(&cfg, signal, &cfg, receiver, Qt::DirectConnection);
+    };
+    on(&CnetCfg::log, [this](const QString& line) {
+        connection.log.told(line);
+        tuning_failed = tuning_failed || line == LOG_TUNING_FAILED;
+    });
+    on(&CnetCfg::search_started, [this](int total) {
         pairs = total;
         clock.start();
     });
-    QObject::connect(&cfg, &CnetCfg::search_progress, &here,
-                     [this](int current, int channel, int rate) {
-                         if (!link_failed)
-                             show_progress(current, channel, rate);
-                     });
-    QObject::connect(
-        &cfg, qOverload<int, int, const cnet_search_response*>(&CnetCfg::dev_found), &cfg,
-        [this](int channel, int rate, auto* response) { take_found(channel, rate, response); },
-        Qt::DirectConnection);
-    QObject::connect(
-        &cfg, qOverload<int, int, const cnet_search_response_ext*>(&CnetCfg::dev_found), &cfg,
-        [this](int channel, int rate, auto* response) { take_found(channel, rate, response); },
-        Qt::DirectConnection);
-    QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] {
-        console.note("Stopping behind the exchange under way; Ctrl-C again ends at once.");
-        cfg.abort();
+    on(&CnetCfg::search_progress, [this](int current, int channel, int rate) {
+        if (!link_failed)
+            show_progress(current, channel, rate);
     });
-    connection.stack.open_on(cfg, [this](bool opened) {
-        link_failed = !opened;
-        if (link_failed)
-            cfg.abort();
-    });
+    on(qOverload<int, int, const cnet_search_response*>(&CnetCfg::dev_found),
+       [this](int channel, int rate, const cnet_search_response* answer) {
+           show_found(channel, rate, answer->bytes, sizeof answer->bytes);
+       });
+    on(qOverload<int, int, const cnet_search_response_ext*>(&CnetCfg::dev_found),
+       [this](int channel, int rate, const cnet_search_response_ext* answer) {
+           show_found(channel, rate, answer->bytes, sizeof answer->bytes);
+       });
+    QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] { cfg.abort(); });
 }
 
 void Search::start()
@@ -157,14 +136,15 @@ void Search::start()
 QJsonObject Search::run()
 {
     connect_signals();
-    QEventLoop loop;
-    QObject::connect(&cfg, &QThread::finished, &loop, &QEventLoop::quit);
-    start();
-    loop.exec();
-    cfg.wait();
+    const auto begin = [this] { start(); };
+    connection.stack.run_worker(cfg, begin, [this](bool opened) {
+        link_failed = !opened;
+        if (link_failed)
+            cfg.abort();
+    });
     console.end_progress();
 
-    const QJsonObject result = {{"devices", found}, {"pairs", pairs}};
+    QJsonObject result = {{"devices", found}, {"pairs", pairs}};
     if (link_failed)
         throw connection.stack.open_failure();
     if (tuning_failed) {

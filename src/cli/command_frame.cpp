@@ -20,7 +20,7 @@ QByteArray payload_to_send(const Invocation& invocation)
         throw usage_failure("there is nothing to send",
                             "Give bytes as --hex '01 02' or --text hello, or name a file; - stands "
                             "for standard input.");
-    const QByteArray payload = payload_of(invocation, 0);
+    QByteArray payload = payload_of(invocation, 0);
     if (payload.size() > LONGEST_PAYLOAD)
         throw usage_failure(QStringLiteral("a payload has at most %1 bytes").arg(LONGEST_PAYLOAD));
     return payload;

@@ -4,6 +4,7 @@
 #include "qextserialenumerator.h"
 
 #include <QJsonArray>
+#include <algorithm>
 
 static QString usb_id(const QextPortInfo& port)
 {
@@ -18,12 +19,15 @@ static void run_ports(Invocation& invocation)
 {
     invocation.expect_at_most(0);
     const QList<QextPortInfo> ports = QextSerialEnumerator::getPorts();
+    int longest = 0;
+    for (const QextPortInfo& port : ports)
+        longest = std::max(longest, int(port.portName.size()));
     QJsonArray list;
     for (const QextPortInfo& port : ports) {
         QStringList about = {port.friendName, port.enumName, usb_id(port)};
         about.removeAll({});
         invocation.console.line(
-            (port.portName.leftJustified(24) + ' ' + about.join(", ")).trimmed());
+            (port.portName.leftJustified(longest) + "  " + about.join(", ")).trimmed());
         list.append(QJsonObject{{"name", port.portName},
                                 {"device", port.physName},
                                 {"description", port.friendName},

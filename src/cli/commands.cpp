@@ -2,5 +2,6 @@
 
 QList<Command> all_commands()
 {
-    return ports_commands() + frame_commands() + checksum_commands();
+    return ports_commands() + upgrade_commands() + cnet_commands() + dorv_commands() +
+           frame_commands() + checksum_commands();
 }

@@ -4,6 +4,9 @@
 #include "hexbytes.h"
 
 #include <QDateTime>
+#include <algorithm>
+
+static constexpr int SHORTEST_TEXT = 3; // fewer bytes that look like text mostly are none
 
 ExchangeLog::ExchangeLog(Console& console, bool verbose, const QString& file)
     : console(console)
@@ -16,10 +19,22 @@ ExchangeLog::ExchangeLog(Console& console, bool verbose, const QString& file)
                       "Name another file with --log, or leave the option out."};
 }
 
+// In hexadecimal; text, as in AT commands, as text too.
+static QString both_forms(const QByteArray& bytes)
+{
+    const bool text = std::all_of(bytes.cbegin(), bytes.cend(), [](char byte) {
+        return (byte >= ' ' && byte <= '~') || byte == '\r' || byte == '\n';
+    });
+    if (!text || bytes.size() < SHORTEST_TEXT)
+        return shown(bytes);
+    return shown(bytes) + "  \"" +
+           QString::fromLatin1(bytes).replace('\r', "\\r").replace('\n', "\\n") + '"';
+}
+
 void ExchangeLog::sent(const QByteArray& bytes, int result)
 {
     const bool complete = result == bytes.size();
-    write("> " + shown(bytes) +
+    write("> " + both_forms(bytes) +
           (complete ? QString() : QStringLiteral("  (result %1)").arg(result)));
 }
 
@@ -28,7 +43,7 @@ void ExchangeLog::received(const QByteArray& bytes, int result)
     if (result < 0)
         write(QStringLiteral("< error %1").arg(result));
     else
-        write(bytes.isEmpty() ? QString("< nothing in time") : "< " + shown(bytes));
+        write(bytes.isEmpty() ? QString("< nothing in time") : "< " + both_forms(bytes));
 }
 
 void ExchangeLog::told(const QString& text)

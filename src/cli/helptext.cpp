@@ -45,11 +45,22 @@ static const char STACK_HELP[] =
     "  --link serial:/dev/ttyUSB0,9600,8E1 --frame rtu:17\n"
     "  --link tcp:gateway.local:4001 --frame crc16+chan:05\n";
 
+// The parser's own help leaves the defaults out.
+static QList<QCommandLineOption> with_defaults_shown(QList<QCommandLineOption> options)
+{
+    for (QCommandLineOption& option : options) {
+        const QString value = option.defaultValues().join(' ');
+        if (!value.isEmpty())
+            option.setDescription(option.description() + " [" + value + ']');
+    }
+    return options;
+}
+
 void add_options(QCommandLineParser& parser, const Command& command)
 {
-    parser.addOptions(command.options);
+    parser.addOptions(with_defaults_shown(command.options));
     if (command.needs != Needs::Nothing)
-        parser.addOptions(stack_options(command.needs));
+        parser.addOptions(with_defaults_shown(stack_options(command.needs)));
     parser.addOption({"json", "Print the result as JSON, for scripts."});
     parser.addOption({{"h", "help"}, "Show this text."});
 }

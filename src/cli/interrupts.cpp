@@ -14,14 +14,17 @@ static volatile std::sig_atomic_t was_raised = 0;
 
 #ifdef Q_OS_UNIX
 static int wake_pipe[2] = {-1, -1};
+static constexpr char STOPPING[] =
+    "\nStopping behind the exchange under way; Ctrl-C again ends at once.\n";
 
 static void on_signal(int)
 {
-    // Only what is safe in a handler: a flag, and a byte that wakes the event loop.
+    // Only what is safe in a handler: a flag, a word to the user, and a byte that wakes the event
+    // loop, if there is one.
     const int saved_errno = errno;
     was_raised = 1;
-    const char byte = 0;
-    const ssize_t ignored = write(wake_pipe[1], &byte, 1);
+    ssize_t ignored = write(STDERR_FILENO, STOPPING, sizeof STOPPING - 1);
+    ignored = write(wake_pipe[1], "", 1);
     static_cast<void>(ignored);
     errno = saved_errno;
 }

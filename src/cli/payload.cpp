@@ -17,7 +17,7 @@ static QByteArray read_all(QFile& file, const QString& name)
     // More than a byte array holds. The size of a pipe is 0 and tells nothing.
     if (file.size() >= std::numeric_limits<int>::max() - 1024)
         throw Failure{ExitCode::File, name + " is larger than 2 GiB", {}};
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
     if (file.error() != QFile::NoError || bytes.size() < file.size())
         throw Failure{
             ExitCode::File, name + " can't be read to its end: " + file.errorString(), {}};

@@ -115,7 +115,14 @@ int run_command(const Command& command, const QStringList& words, Console& conso
     Interrupts interrupts;
     Invocation invocation(command, parser, unmarked(parser.positionalArguments()), console,
                           interrupts);
-    command.run(invocation);
+    try {
+        command.run(invocation);
+    } catch (Failure& failure) {
+        // Whatever an exchange failed with, the user had already asked for the end.
+        if (interrupts.raised())
+            failure.code = ExitCode::Interrupted;
+        throw;
+    }
     console.end_progress();
     if (!console.flush())
         throw Failure{ExitCode::File, "the result could not be written to the end",

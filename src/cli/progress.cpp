@@ -58,7 +58,8 @@ static QString head(const Progress& progress, const QString& unit)
 static QString tail(const Progress& progress)
 {
     const qint64 seconds = progress.remaining_seconds();
-    return seconds < 0 ? QString() : "  " + duration_text(seconds) + " left";
+    return seconds < 0 || progress.done >= progress.total ? QString()
+                                                          : "  " + duration_text(seconds) + " left";
 }
 
 QString transfer_text(const Progress& progress)

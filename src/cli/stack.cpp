@@ -12,7 +12,7 @@
 #include "qlinktcpip.h"
 #include "qlinkwinsock.h"
 
-#include <QCoreApplication>
+#include <QEventLoop>
 #include <QFileInfo>
 
 namespace {
@@ -170,20 +170,27 @@ void Stack::open()
         throw open_failure();
 }
 
-void Stack::open_on(QThread& worker, const std::function<void(bool)>& opened)
+void Stack::run_worker(QThread& worker, const std::function<void()>& start,
+                       const std::function<void(bool)>& opened)
 {
+    QEventLoop loop;
+    QObject::connect(&worker, &QThread::finished, &loop, &QEventLoop::quit);
     QThread* const home = link_object->thread();
+    const auto open_link = [this, &opened] { opened(traced->open() == 0); };
+    const auto close_link = [this, home] {
+        traced->close();
+        link_object->moveToThread(home);
+        given_back.store(true, std::memory_order_release);
+    };
+    QObject::connect(&worker, &QThread::started, &worker, open_link, Qt::DirectConnection);
+    QObject::connect(&worker, &QThread::finished, &worker, close_link, Qt::DirectConnection);
+
     link_object->moveToThread(&worker);
-    QObject::connect(
-        &worker, &QThread::started, &worker, [this, opened] { opened(traced->open() == 0); },
-        Qt::DirectConnection);
-    QObject::connect(
-        &worker, &QThread::finished, &worker,
-        [this, home] {
-            traced->close();
-            link_object->moveToThread(home);
-        },
-        Qt::DirectConnection);
+    start();
+    loop.exec();
+    worker.wait();
+    while (!given_back.load(std::memory_order_acquire))
+        QThread::yieldCurrentThread();
 }
 
 Failure Stack::open_failure() const
@@ -206,7 +213,7 @@ Failure Stack::no_answer(const QString& what, const QString& advice) const
     if (traced->failed())
         return {ExitCode::Link, what + ": the connection is lost",
                 "Check the cable or the network, and start anew."};
-    if (traced->bytes_received() > 0)
+    if (!traced->last_received().isEmpty())
         return {ExitCode::BadAnswer, what + ": what came is no answer to it",
                 "The rate, the format or --frame may be wrong, or the line is noisy; -v shows the "
                 "bytes."};

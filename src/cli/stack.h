@@ -6,6 +6,7 @@
 #include "tracedlink.h"
 
 #include <QThread>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -29,16 +30,19 @@ public:
     Stack& operator=(const Stack&) = delete;
 
     TracedLink& link() { return *traced; }
+    const TracedLink& link() const { return *traced; }
     QFramer& top() { return *framers.back(); }
     // The framer on the link alone, below all others.
     QFramer& lowest() { return *framers.front(); }
 
     // Opens the link on this thread. Throws Failure.
     void open();
-    // Opens the link on the worker's own thread when it starts and closes it there when it ends, as
-    // a network socket belongs to the thread that opens it. `opened` is called there, before the
-    // worker's run, and tells whether that went well.
-    void open_on(QThread& worker, const std::function<void(bool)>& opened);
+    // Has the worker run with the link open, in an event loop until it has ended. The link is
+    // opened and closed on the worker's own thread, as a network socket belongs to the thread that
+    // opens it. `start` starts the worker; `opened` is called on its thread, before its run, and
+    // tells whether the link could be opened.
+    void run_worker(QThread& worker, const std::function<void()>& start,
+                    const std::function<void(bool)>& opened);
     // Why the link could not be opened.
     Failure open_failure() const;
     // Why nothing came: the port has gone, the connection is lost, or the device is silent.
@@ -53,4 +57,7 @@ private:
     std::unique_ptr<QObject> link_object;
     std::unique_ptr<TracedLink> traced;
     std::vector<std::unique_ptr<QFramer>> framers; // the lowest first
+    // Set by a worker that is done with the link. It orders what the worker did before what its
+    // owner does next, which the end of a QThread does too, but out of sight of race detectors.
+    std::atomic<bool> given_back{false};
 };

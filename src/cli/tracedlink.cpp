@@ -2,8 +2,6 @@
 
 int TracedLink::note_received(const char* buffer, int result)
 {
-    if (result > 0)
-        received += result;
     if (result < 0)
         error = result;
     last = QByteArray(buffer, result > 0 ? result : 0);
@@ -33,6 +31,7 @@ int TracedLink::getchar()
 
 int TracedLink::write(const char* buffer, int nbytes)
 {
+    last.clear();
     const int result = lower.write(buffer, nbytes);
     if (result > 0)
         sent += result;

@@ -29,8 +29,7 @@ public:
     int readline(char* buffer, int size) override;
 
     qint64 bytes_sent() const { return sent; }
-    qint64 bytes_received() const { return received; }
-    // What the last read gave; not while another thread drives the link.
+    // What the last read behind the last write gave; not while another thread drives the link.
     const QByteArray& last_received() const { return last; }
     // A data operation gave an error, so the link itself is in trouble.
     bool failed() const { return error != 0; }
@@ -41,7 +40,6 @@ private:
     QLink& lower;
     ExchangeLog& log;
     std::atomic<qint64> sent{0};
-    std::atomic<qint64> received{0};
     std::atomic<int> error{0};
     QByteArray last;
 };

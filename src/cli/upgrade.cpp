@@ -1,11 +1,10 @@
 #include "upgrade.h"
 
 #include "failure.h"
-#include "hexbytes.h"
+#include "hextext.h"
 #include "loader.h"
 #include "progress.h"
 
-#include <QEventLoop>
 #include <QFileInfo>
 
 namespace {
@@ -26,9 +25,10 @@ struct Phase
     const char* log;
     const char* note;
 };
+constexpr char SENDING[] = "ldr: Sending firmware file";
 constexpr Phase PHASES[] = {
     {"ldr: wait device enter boot", "The device starts its boot code ..."},
-    {"ldr: Sending firmware file", "Sending the pages that differ ..."},
+    {SENDING, "Sending the pages that differ ..."},
     {"ldr: Firmware verify", "The device verifies the whole file ..."},
 };
 
@@ -64,28 +64,12 @@ UpgradeResult Upgrade::run()
     loader.reset_wait_ms_set(settings.reset_wait_ms);
     loader.verify_wait_ms_set(settings.verify_wait_ms);
 
-    connect(
-        &loader, &Loader::log, &loader, [this](const QString& line) { connection.log.told(line); },
-        Qt::DirectConnection);
-    connect(&loader, &Loader::log, this, &Upgrade::note_log);
-    connect(&loader, &Loader::msgbox, this, [this](const QString& text) { boxes.append(text); });
-    connect(&loader, &Loader::dev_soft_info_set, this, &Upgrade::note_soft_info);
-    // The bytes are good only while the signal is delivered, so they are copied there.
-    connect(
-        &loader, &Loader::dev_hard_info_set, &loader,
-        [this](const uint8_t* info, int nbytes) {
-            const QByteArray bytes(reinterpret_cast<const char*>(info), info ? nbytes : 0);
-            QMetaObject::invokeMethod(this, [this, bytes] {
-                result.hard_info = bytes.isEmpty() ? QString() : shown(bytes);
-            });
-        },
-        Qt::DirectConnection);
-    connect(&loader, &Loader::upgrade_progress, this, &Upgrade::show_progress);
-    connect(&interrupts, &Interrupts::interrupted, &loader, [this, &loader] {
-        console.note("Stopping behind the exchange under way; Ctrl-C again ends at once.");
-        loader.abort();
-    });
-    connection.stack.open_on(loader, [this, &loader](bool opened) {
+    connect_signals(loader);
+    const auto start = [this, &loader] {
+        run_clock.start();
+        loader.upgrade_start();
+    };
+    connection.stack.run_worker(loader, start, [this, &loader](bool opened) {
         if (opened)
             return;
         // The run finds no link at its first question, and asks it once.
@@ -93,14 +77,7 @@ UpgradeResult Upgrade::run()
         loader.retry_count_set(0);
         loader.send_interval_set(0);
     });
-
-    QEventLoop loop;
-    connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
-    clock.start();
-    loader.upgrade_start();
-    loop.exec();
-    loader.wait();
-    result.elapsed_ms = clock.elapsed();
+    result.elapsed_ms = run_clock.elapsed();
     if (!boxes.contains(BOX_DONE))
         throw failure();
     show_progress(result.file_size, result.file_size);
@@ -108,11 +85,37 @@ UpgradeResult Upgrade::run()
     return result;
 }
 
+// All but the interrupt comes on the loader's own thread, and what it leaves is read behind its
+// end.
+void Upgrade::connect_signals(Loader& loader)
+{
+    const auto on = [&loader](auto signal, auto receiver) {
+        QObject::connect(&loader, signal, &loader, receiver, Qt::DirectConnection);
+    };
+    on(&Loader::log, [this](const QString& line) {
+        connection.log.told(line);
+        note_log(line);
+    });
+    on(&Loader::msgbox, [this](const QString& text) { boxes.append(text); });
+    on(&Loader::dev_soft_info_set, [this](const QString& info) { note_soft_info(info); });
+    on(&Loader::dev_hard_info_set, [this](const uint8_t* info, int nbytes) {
+        if (info)
+            result.hard_info = hex_text(info, nbytes);
+    });
+    on(&Loader::upgrade_progress,
+       [this](int file_size, int offset) { show_progress(file_size, offset); });
+    QObject::connect(&interrupts, &Interrupts::interrupted, &loader, &Loader::abort);
+}
+
 void Upgrade::note_log(const QString& line)
 {
     for (const Phase& phase : PHASES) {
         if (line.startsWith(phase.log))
             console.note(phase.note);
+    }
+    if (line.startsWith(SENDING)) {
+        sending = true;
+        pages_clock.start();
     }
     for (const char* text : TROUBLES) {
         if (line.contains(text))
@@ -132,11 +135,9 @@ void Upgrade::note_soft_info(const QString& info)
 void Upgrade::show_progress(int file_size, int offset)
 {
     result.file_size = file_size;
-    if (link_failed || file_size == 0)
+    if (!sending || file_size == 0)
         return;
-    if (offset == 0)
-        clock.restart(); // the pages begin
-    const Progress progress = {offset, file_size, clock.elapsed()};
+    const Progress progress = {offset, file_size, pages_clock.elapsed()};
     console.progress(transfer_text(progress), progress.percent());
 }
 
@@ -175,7 +176,7 @@ Failure Upgrade::failure() const
 Failure Upgrade::transfer_failure() const
 {
     const bool silent = trouble.contains("no response") || trouble.contains("no reply");
-    const Failure lost = connection.stack.no_answer("the transfer failed", {});
+    Failure lost = connection.stack.no_answer("the transfer failed", {});
     if (lost.code == ExitCode::Link)
         return lost;
     return {silent ? ExitCode::NoAnswer : ExitCode::Refused, "the transfer failed: " + trouble,

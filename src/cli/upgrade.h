@@ -29,10 +29,10 @@ struct UpgradeResult
 // Throws Failure when there is no such file to read.
 void check_firmware_file(const QString& file);
 
-class Upgrade : public QObject
-{
-    Q_OBJECT
+class Loader;
 
+class Upgrade
+{
 public:
     Upgrade(const UpgradeSettings& settings, Connection& connection, Console& console,
             Interrupts& interrupts);
@@ -42,6 +42,7 @@ public:
     UpgradeResult run();
 
 private:
+    void connect_signals(Loader& loader);
     void note_log(const QString& line);
     void note_soft_info(const QString& info);
     void show_progress(int file_size, int offset);
@@ -55,6 +56,8 @@ private:
     QStringList boxes; // what the loader wants a person to see
     QString trouble;   // the last log line that tells of a fault
     bool link_failed = false;
-    QElapsedTimer clock;
+    bool sending = false;
+    QElapsedTimer run_clock;
+    QElapsedTimer pages_clock;
     UpgradeResult result;
 };

@@ -47,7 +47,7 @@ std::optional<CnetFrame> CnetFrame::parse(std::string_view frame)
                      frame.substr(5, frame.size() - OVERHEAD)};
 }
 
-void CnetResponse::build(char* response) const
+void CnetLocalResponse::build(char* response) const
 {
     response[0] = START;
     response[1] = RESPONSE_LENGTH;
@@ -55,12 +55,12 @@ void CnetResponse::build(char* response) const
     response[3] = END;
 }
 
-std::optional<CnetResponse> CnetResponse::parse(std::string_view response)
+std::optional<CnetLocalResponse> CnetLocalResponse::parse(std::string_view response)
 {
     if (response.size() != SIZE || response.front() != START || response[1] != RESPONSE_LENGTH ||
         response.back() != END)
         return std::nullopt;
-    return CnetResponse{std::uint8_t(response[2])};
+    return CnetLocalResponse{std::uint8_t(response[2])};
 }
 
 QFramerCnet::QFramerCnet(QFramer* lower)
@@ -126,28 +126,28 @@ int QFramerCnet::frame_send(const std::uint8_t* address, const char* buffer, int
     CnetFrame{command, {address[0], address[1]}, {buffer, std::size_t(nbytes)}}.build(frame);
     lower_write(frame, nbytes + CnetFrame::OVERHEAD); // a failure shows as a missing response
 
-    char response[CnetResponse::SIZE];
-    const int received = lower_read(response, CnetResponse::SIZE);
+    char response[CnetLocalResponse::SIZE];
+    const int received = lower_read(response, CnetLocalResponse::SIZE);
     if (received < 0) {
         emit log(QFramer::tr("cnet: local response failed (%1)")
                      .arg(QString::fromLocal8Bit(std::strerror(-received))));
         return received;
     }
-    if (received < CnetResponse::SIZE) {
+    if (received < CnetLocalResponse::SIZE) {
         emit log(QFramer::tr("cnet: local no response"));
         return 0;
     }
-    const auto good = CnetResponse::parse({response, CnetResponse::SIZE});
+    const auto good = CnetLocalResponse::parse({response, CnetLocalResponse::SIZE});
     if (!good) {
         emit log(QFramer::tr("cnet: response error, lost sync ?"));
         return 0;
     }
     switch (good->status) {
-    case CnetResponse::SENT:
+    case CnetLocalResponse::SENT:
         return nbytes;
-    case CnetResponse::AGAIN:
+    case CnetLocalResponse::AGAIN:
         return CNET_TRY_AGAIN;
-    case CnetResponse::BUSY:
+    case CnetLocalResponse::BUSY:
         return CNET_BUSY;
     default:
         emit log(QFramer::tr("cnet: send failed (errno=%1H)").arg(hex(good->status)));

@@ -43,7 +43,7 @@ struct CnetFrame
 //   1        1      length, 01
 //   2        1      status: 00 sent, 81 try again, 85 busy, another: failed, with this error number
 //   3        1      end, 55
-struct CnetResponse
+struct CnetLocalResponse
 {
     static constexpr int SIZE = 4;
     enum Status : std::uint8_t { SENT = 0x00, AGAIN = 0x81, BUSY = 0x85 };
@@ -52,7 +52,7 @@ struct CnetResponse
 
     // Writes SIZE bytes to response.
     void build(char* response) const;
-    static std::optional<CnetResponse> parse(std::string_view response);
+    static std::optional<CnetLocalResponse> parse(std::string_view response);
 };
 
 // Results of a send, beside the errors of the layers below:

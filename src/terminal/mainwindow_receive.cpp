@@ -5,7 +5,6 @@
 
 #include <QFileDialog>
 #include <QTextCursor>
-#include <cstring>
 
 static QString time_stamp(const QTime& time)
 {
@@ -15,8 +14,8 @@ static QString time_stamp(const QTime& time)
 // What counts as text: everything in front of the first zero byte.
 static QString text_of(const QByteArray& data)
 {
-    return QString::fromLocal8Bit(data.constData(),
-                                  int(qstrnlen(data.constData(), uint(data.size()))));
+    const int zero = data.indexOf('\0');
+    return QString::fromLocal8Bit(data.constData(), zero < 0 ? data.size() : zero);
 }
 
 // Two digits and a blank for each byte, the last one too.

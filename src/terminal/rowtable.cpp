@@ -45,13 +45,6 @@ qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int col
     return end;
 }
 
-bool is_paragraph_end(QChar c)
-{
-    // The last two are the marks by which a QTextDocument delimits frames.
-    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::ParagraphSeparator ||
-           c == QChar(0xFDD0) || c == QChar(0xFDD1);
-}
-
 // The same where a plain run has all that it takes: the row and one character more.
 qint64 plain_row_break(const PlainRun& run, qint64 start, qint64 end, int columns)
 {
@@ -62,6 +55,13 @@ qint64 plain_row_break(const PlainRun& run, qint64 start, qint64 end, int column
         return edge + 1;
     const qint64 blank = run.last_blank(start, edge);
     return blank < 0 ? edge : blank + 1;
+}
+
+bool is_paragraph_end(QChar c)
+{
+    // The last two are the marks by which a QTextDocument delimits frames.
+    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::ParagraphSeparator ||
+           c == QChar(0xFDD0) || c == QChar(0xFDD1);
 }
 
 const QChar* paragraph_end(const QChar* from, const QChar* end)
@@ -91,20 +91,6 @@ int column_after(Cell cell, int column, int columns)
         break;
     }
     return column;
-}
-
-void RowTable::wrap(qint64 start, qint64 end)
-{
-    PlainRun run;
-    while (start < end) {
-        if (start >= run.end)
-            run = cells.plain_run(start);
-        const bool plain = std::min(start + width + 1, end) <= run.end;
-        start = plain ? plain_row_break(run, start, end, width)
-                      : uneven_row_break(cells, start, end, width);
-        if (start < end)
-            rows.emplace_back(start, false);
-    }
 }
 
 RowTable::RowTable(int columns)
@@ -183,6 +169,20 @@ void RowTable::set_columns(int columns)
 void RowTable::wrap_last_row()
 {
     wrap(rows.back().start(), cells.end());
+}
+
+void RowTable::wrap(qint64 start, qint64 end)
+{
+    PlainRun run;
+    while (start < end) {
+        if (start >= run.end)
+            run = cells.plain_run(start);
+        const bool plain = std::min(start + width + 1, end) <= run.end;
+        start = plain ? plain_row_break(run, start, end, width)
+                      : uneven_row_break(cells, start, end, width);
+        if (start < end)
+            rows.emplace_back(start, false);
+    }
 }
 
 void RowTable::wrap_all()

@@ -1,6 +1,7 @@
 #include "simulated.h"
 
 #include <arpa/inet.h>
+#include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <random>
@@ -24,7 +25,10 @@ Wire::Wire(const QString& port)
 
 int Wire::write_some(const QByteArray& bytes)
 {
-    const ssize_t count = ::write(fd, bytes.constData(), size_t(bytes.size()));
+    // A device may cut its connection while it is being talked to.
+    ssize_t count = ::send(fd, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL);
+    if (count < 0 && errno == ENOTSOCK)
+        count = ::write(fd, bytes.constData(), size_t(bytes.size()));
     return count > 0 ? int(count) : 0;
 }
 

@@ -1,0 +1,226 @@
+// tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
+#include "dorvcommands.h"
+
+#include "qframerchan.h"
+#include "usage.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QJsonArray>
+
+namespace {
+constexpr int LONGEST_DURATION_S = 86400;
+
+struct Mode
+{
+    const char* name;
+    int (DorvCfg::*set)();
+    int (DorvCfg::*is)();
+};
+constexpr Mode MODES[] = {
+    {"radio", &DorvCfg::mode_radio_set, &DorvCfg::mode_is_radio},
+    {"pmac", &DorvCfg::mode_pmac_set, &DorvCfg::mode_is_pmac},
+    {"mac", &DorvCfg::mode_mac_set, &DorvCfg::mode_is_mac},
+    {"command", &DorvCfg::command_mode_enter, nullptr},
+};
+
+QString read_mode(DorvSession& session, const Interrupts& interrupts)
+{
+    for (const Mode& mode : MODES) {
+        if (mode.is && (session.cfg.*mode.is)() == 0)
+            return mode.name;
+        interrupts.check();
+        if (session.reply().isEmpty())
+            break; // a silent module would be silent twice more
+    }
+    throw session.failure("the mode can't be read");
+}
+
+void set_mode(DorvSession& session, const Mode& mode)
+{
+    const QString what = QStringLiteral("mode %1 can't be set").arg(mode.name);
+    session.check((session.cfg.*mode.set)(), what);
+    // Any reply counts as a yes there, so the module is asked again.
+    if (mode.is && (session.cfg.*mode.is)() != 0)
+        throw session.failure(what);
+}
+
+const Mode* mode_of(const Invocation& invocation)
+{
+    if (invocation.argument_count() == 0)
+        return nullptr;
+    const QString name = invocation.argument(0, "MODE");
+    for (const Mode& mode : MODES) {
+        if (name == QLatin1String(mode.name))
+            return &mode;
+    }
+    throw usage_failure("no such mode: " + name, "A mode is radio, pmac, mac or command.");
+}
+
+void run_mode(Invocation& invocation)
+{
+    const Mode* mode = mode_of(invocation);
+    invocation.expect_at_most(1);
+    DorvSession session(invocation);
+    if (mode)
+        set_mode(session, *mode);
+    const QString name = mode ? mode->name : read_mode(session, invocation.interrupts);
+    invocation.console.line(name);
+    invocation.console.result({{"mode", name}});
+}
+
+template <int (DorvCfg::*operation)()>
+void run_plain(Invocation& invocation, const char* what, const char* done)
+{
+    invocation.expect_at_most(0);
+    DorvSession session(invocation);
+    session.check((session.cfg.*operation)(), what);
+    invocation.console.line(done);
+    invocation.console.result({{"result", done}});
+}
+
+void run_reboot(Invocation& invocation)
+{
+    run_plain<&DorvCfg::module_reboot>(invocation, "the module can't be restarted", "restarted");
+}
+
+void run_reset(Invocation& invocation)
+{
+    run_plain<&DorvCfg::factory_reset>(invocation, "the settings can't be reset",
+                                       "reset to factory settings");
+}
+
+void run_search(Invocation& invocation)
+{
+    invocation.expect_at_most(0);
+    const qint64 duration_ms = 1000 * invocation.number("duration", 0, LONGEST_DURATION_S);
+    DorvSession session(invocation);
+    // The search listens below its framer; this one adds nothing and has the real ones below.
+    QFramerChan listener(&session.connection.stack.top());
+    session.cfg.framer_set(&listener);
+
+    QJsonArray found;
+    QEventLoop loop;
+    QObject::connect(&session.cfg, &DorvCfg::dev_found, &loop, [&](int, int, const QString& info) {
+        invocation.console.line(info);
+        found.append(info);
+    });
+    // A search ends at the first silence; it goes on from there until the time is over.
+    QElapsedTimer clock;
+    clock.start();
+    // Queued, as the search stops its timer behind that signal.
+    QObject::connect(
+        &session.cfg, &DorvCfg::search_finished, &loop,
+        [&] {
+            if (clock.elapsed() < duration_ms)
+                session.cfg.search_start();
+            else
+                loop.quit();
+        },
+        Qt::QueuedConnection);
+    QObject::connect(&invocation.interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
+    session.cfg.search_start();
+    loop.exec();
+
+    const QJsonObject result = {{"devices", found}};
+    if (invocation.interrupts.raised())
+        throw Failure{ExitCode::Interrupted, "the search was stopped", {}, result};
+    if (found.isEmpty())
+        invocation.console.note("No device reported itself.");
+    invocation.console.result(result);
+}
+
+qint64 address_of(const Invocation& invocation, qint64 most)
+{
+    invocation.expect_at_most(1);
+    const QString text = invocation.argument(0, "ADDRESS");
+    const auto address = number_in(text, 0, most);
+    if (!address)
+        throw usage_failure(QStringLiteral("\"%1\": ADDRESS is a number from 0 to %2, or behind 0x")
+                                .arg(text)
+                                .arg(most));
+    return *address;
+}
+
+void run_rssi(Invocation& invocation)
+{
+    const auto address = quint32(address_of(invocation, UINT32_MAX));
+    DorvSession session(invocation);
+    const QString rssi = session.cfg.rssi_get(address).trimmed();
+    if (rssi == "N/A")
+        throw session.failure("the signal strength can't be read");
+    invocation.console.line(rssi);
+    invocation.console.result({{"rssi", rssi}});
+}
+
+void run_quality(Invocation& invocation)
+{
+    const auto address = quint16(address_of(invocation, UINT16_MAX));
+    DorvSession session(invocation);
+    float values[4] = {};
+    const int result =
+        session.cfg.comm_quality_get(address, &values[0], &values[1], &values[2], &values[3]);
+    if (result != 0)
+        throw session.failure("the quality of the link can't be read");
+    QJsonArray list;
+    QStringList words;
+    for (const float value : values) {
+        list.append(double(value));
+        words.append(QString::number(double(value)));
+    }
+    invocation.console.line(words.join(' '));
+    invocation.console.result({{"quality", list}});
+}
+} // namespace
+
+QList<Command> dorv_module_commands()
+{
+    return {
+        {"dorv mode",
+         "[radio|pmac|mac|command]",
+         "Read or change the mode of a Dorv module.",
+         "Prints the mode of the module, or changes it. The mode command is the one in which the\n"
+         "module takes settings.",
+         {},
+         Needs::Stack,
+         run_mode},
+        {"dorv reboot",
+         "",
+         "Restart a Dorv module.",
+         "Restarts the module.",
+         {},
+         Needs::Stack,
+         run_reboot},
+        {"dorv reset",
+         "",
+         "Bring a Dorv module back to its factory settings.",
+         "Brings all settings of the module back to those it left the factory with.",
+         {},
+         Needs::Stack,
+         run_reset},
+        {"dorv search",
+         "",
+         "Listen for Dorv devices that report themselves.",
+         "Listens for what devices report of themselves, and sends nothing.\n\n"
+         "  tarnwickctl dorv search --duration 30 --link serial:/dev/ttyUSB0,9600",
+         {{"duration", "How long to listen.", "seconds", "5"}},
+         Needs::Stack,
+         run_search},
+        {"dorv rssi",
+         "ADDRESS",
+         "Ask a Dorv module for the signal strength of a device.",
+         "Prints the signal strength that the module reports of a device. ADDRESS is a number,\n"
+         "decimal or behind 0x.",
+         {},
+         Needs::Stack,
+         run_rssi},
+        {"dorv quality",
+         "ADDRESS",
+         "Ask a Dorv module for the quality of its link to a device.",
+         "Prints four numbers of the module's report on its link to a device: its fields 4, 5, 1\n"
+         "and 2, counted from 0.",
+         {},
+         Needs::Stack,
+         run_quality},
+    };
+}

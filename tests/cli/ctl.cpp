@@ -1,0 +1,69 @@
+#include "ctl.h"
+
+#include <QJsonDocument>
+#include <csignal>
+
+QJsonObject CtlResult::json() const
+{
+    const QJsonDocument document = QJsonDocument::fromJson(out);
+    EXPECT_TRUE(document.isObject()) << out.toStdString();
+    return document.object();
+}
+
+Ctl::Ctl(const QStringList& arguments, const QByteArray& input)
+{
+    process.start(TARNWICKCTL, arguments);
+    process.waitForStarted();
+    process.write(input);
+    process.closeWriteChannel();
+}
+
+Ctl::~Ctl()
+{
+    process.kill();
+    process.waitForFinished();
+}
+
+bool Ctl::says(const QByteArray& text)
+{
+    return wait_until([&] {
+        result.err += process.readAllStandardError();
+        return result.err.contains(text);
+    });
+}
+
+void Ctl::raise(int signal)
+{
+    ::kill(pid_t(process.processId()), signal);
+}
+
+CtlResult Ctl::wait()
+{
+    constexpr int LONGEST_RUN_MS = 120000;
+    EXPECT_TRUE(
+        wait_until([&] { return process.state() == QProcess::NotRunning; }, LONGEST_RUN_MS));
+    result.exit = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    result.out += process.readAllStandardOutput();
+    result.err += process.readAllStandardError();
+    return result;
+}
+
+CtlResult run_ctl(const QStringList& arguments, const QByteArray& input)
+{
+    return Ctl(arguments, input).wait();
+}
+
+QString firmware_file(const Sandbox& sandbox, const QString& name, int size)
+{
+    QFile file(sandbox.path(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(random_bytes(size, quint64(size)));
+    return file.fileName();
+}
+
+QByteArray content_of(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}

@@ -1,5 +1,5 @@
 # The Debian packages: tarnwick with the programs, libtarnwick-dev with the device library.
-# `cpack --preset package` makes them; packaging/check-packages.sh does so and tries them out.
+# `cpack` in a build of the preset "package" makes them; packaging/check-packages.sh does so and tries them out.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tarnwick)
 set(CPACK_PACKAGE_CONTACT "The Tarnwick developers <maintainers@tarnwick.example>")

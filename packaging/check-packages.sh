@@ -10,7 +10,7 @@ export LC_ALL=C.UTF-8
 cmake --preset package >/dev/null
 cmake --build --preset package
 rm -rf "$build"/*.deb "$root"
-(cd "$build" && cpack --preset package)
+(cd "$build" && cpack)
 lintian --allow-root --fail-on error,warning "$build"/*.deb
 for package in "$build"/*.deb; do
   dpkg -x "$package" "$root"

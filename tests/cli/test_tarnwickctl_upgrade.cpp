@@ -1,5 +1,8 @@
 // Upgrades by the real program of simulated modules.
 #include "ctl.h"
+#include "netpeer.h"
+
+#include <QFileInfo>
 
 #include <csignal>
 #include <pty.h>
@@ -39,6 +42,20 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleAndTheSecondTimeSendsChecksAlone)
     EXPECT_EQ(second.exit, 0);
     // 3 information requests and commands to start, 5 pages and the file to check.
     EXPECT_LT(second.json()["wire_bytes_sent"].toInt(), 200);
+    sim.end();
+    EXPECT_EQ(image(file), content_of(file));
+}
+
+TEST_F(CtlUpgrade, GoesThroughASerialPortServer)
+{
+    Simulated sim(module());
+    const QString file = firmware_file(sandbox, "M1_2.bin", 20000);
+    const auto server = NetPeer::ser2net(QFileInfo(sim.address).symLinkTarget());
+    QStringList arguments = upgrade(file);
+    arguments.replace(arguments.indexOf("serial:boot"),
+                      QString("tcp:127.0.0.1:%1").arg(server->port()));
+    const CtlResult result = run_ctl(arguments);
+    EXPECT_EQ(result.exit, 0) << result.err.toStdString();
     sim.end();
     EXPECT_EQ(image(file), content_of(file));
 }

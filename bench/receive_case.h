@@ -4,9 +4,10 @@
 #include <QtGlobal>
 
 enum class Reader {
-    bare,   ///< a QSerialPort whose bytes are thrown away
-    stock,  ///< a plain QPlainTextEdit, filled as the program's display does it
-    program ///< the program's own window
+    bare,     ///< a QSerialPort whose bytes are thrown away
+    document, ///< puts the text into a QTextDocument that nobody shows
+    stock,    ///< a plain QPlainTextEdit, filled as the program's display does it
+    program   ///< the program's own window
 };
 
 enum class Text {

@@ -10,12 +10,15 @@
 #include <QEventLoop>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPlainTextDocumentLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSerialPort>
 #include <QSpinBox>
 #include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTimer>
 #include <ctime>
 #include <functional>
@@ -78,29 +81,74 @@ private:
     qint64 count = 0;
 };
 
+QString text_of(const QByteArray& data, const Case& wanted)
+{
+    if (wanted.text == Text::hexadecimal)
+        return QString::fromLatin1(data.toHex(' ').toUpper() + ' ');
+    return QString::fromLocal8Bit(data);
+}
+
+// What any display on a QTextDocument has to pay.
+class DocumentReader : public BareReader
+{
+public:
+    DocumentReader(const QString& device, const Case& shown)
+        : BareReader(device)
+        , wanted(shown)
+    {
+        document.setDocumentLayout(new NoLayout(&document));
+        document.setUndoRedoEnabled(false);
+        document.setMaximumBlockCount(wanted.most_lines);
+        end = QTextCursor(&document);
+    }
+
+protected:
+    void take(const QByteArray& data) override
+    {
+        end.beginEditBlock();
+        end.insertText(text_of(data, wanted));
+        end.endEditBlock();
+        BareReader::take(data);
+    }
+
+private:
+    class NoLayout : public QPlainTextDocumentLayout
+    {
+    public:
+        using QPlainTextDocumentLayout::QPlainTextDocumentLayout;
+
+        QRectF blockBoundingRect(const QTextBlock& /*block*/) const override { return {}; }
+
+    protected:
+        void documentChanged(int /*from*/, int /*removed*/, int /*added*/) override {}
+    };
+
+    QTextDocument document;
+    QTextCursor end;
+    const Case wanted;
+};
+
 // What the program would be with the toolkit's own widget.
 class StockReader : public BareReader
 {
 public:
-    StockReader(const QString& device, bool in_hexadecimal)
+    StockReader(const QString& device, const Case& shown)
         : BareReader(device)
-        , hexadecimal(in_hexadecimal)
+        , wanted(shown)
     {
         edit.setReadOnly(true);
         edit.setUndoRedoEnabled(false);
         edit.resize(640, 480);
         edit.show();
     }
-    QPlainTextEdit* area() const override { return const_cast<QPlainTextEdit*>(&edit); }
 
 protected:
     void take(const QByteArray& data) override
     {
-        const QByteArray text = hexadecimal ? data.toHex(' ').toUpper() + ' ' : data;
         QTextCursor cursor = edit.textCursor();
         cursor.movePosition(QTextCursor::End);
         edit.setTextCursor(cursor);
-        edit.insertPlainText(QString::fromLocal8Bit(text));
+        edit.insertPlainText(text_of(data, wanted));
         cursor.movePosition(QTextCursor::End);
         edit.setTextCursor(cursor);
         BareReader::take(data);
@@ -108,7 +156,7 @@ protected:
 
 private:
     QPlainTextEdit edit;
-    bool hexadecimal;
+    const Case wanted;
 };
 
 // The program, its port opened as a user does it.
@@ -134,7 +182,7 @@ public:
 
     qint64 received() const override
     {
-        return counter->text().midRef(int(qstrlen(COUNT_TEXT))).toLongLong();
+        return counter->text().mid(int(qstrlen(COUNT_TEXT))).toLongLong();
     }
     QPlainTextEdit* area() const override { return widget<QPlainTextEdit>("plainTextEdit_recv"); }
 
@@ -176,7 +224,9 @@ std::unique_ptr<Subject> make_subject(const Case& wanted, const QString& device)
     case Reader::bare:
         return std::make_unique<BareReader>(device);
     case Reader::stock:
-        return std::make_unique<StockReader>(device, wanted.text == Text::hexadecimal);
+        return std::make_unique<StockReader>(device, wanted);
+    case Reader::document:
+        return std::make_unique<DocumentReader>(device, wanted);
     case Reader::program:
         break;
     }

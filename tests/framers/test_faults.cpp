@@ -36,15 +36,6 @@ struct Stacks
         cnet.target_set(std::uint16_t(0x1234));
         dorv.link_set(link);
     }
-
-    void take_layers_away()
-    {
-        for (QFramer* framer :
-             {(QFramer*)&crc16, (QFramer*)&rtu, (QFramer*)&chan, (QFramer*)&cnet, (QFramer*)&rwlt})
-            framer->lower_set(nullptr);
-        dorv.framer_set(nullptr);
-        bytes.link_set(nullptr);
-    }
 };
 
 struct Row
@@ -171,7 +162,11 @@ TEST_P(EachFramer, WorksOnAGoodLinkAndGivesItsCodesOnNone)
     EXPECT_EQ(send(framer, PAYLOAD), row.write_closed);
     EXPECT_EQ(receive(framer, 2).result, row.read_closed);
 
-    stacks.take_layers_away();
+    for (QFramer* each : std::initializer_list<QFramer*>{&stacks.crc16, &stacks.rtu, &stacks.chan,
+                                                         &stacks.cnet, &stacks.rwlt})
+        each->lower_set(nullptr);
+    stacks.dorv.framer_set(nullptr);
+    stacks.bytes.link_set(nullptr);
     framer.flush();
     EXPECT_EQ(send(framer, PAYLOAD), row.write_alone);
     EXPECT_EQ(receive(framer, 2).result, row.read_alone);

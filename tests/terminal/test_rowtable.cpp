@@ -30,8 +30,9 @@ testing::AssertionResult wraps(const RowTable& table, const QString& text)
             failure << " goes from " << found[i].start << " to " << found[i].end;
         if (i < wanted.size())
             failure << " instead of " << wanted[i].start << " to " << wanted[i].end;
-        return failure << " of "
-                       << text.mid(wanted[i].end - 6, 12).toUtf8().toPercentEncoding().toStdString();
+        return failure
+               << " of "
+               << text.mid(wanted[i].end - 6, 12).toUtf8().toPercentEncoding().toStdString();
     }
     return testing::AssertionSuccess();
 }
@@ -87,7 +88,7 @@ TEST(RowTable, WrapsWordsBlanksAndWideCharacters)
 
 TEST(RowTable, StaysEqualToASlowWrappingThroughRandomChanges)
 {
-    constexpr int STEPS = 300;
+    constexpr int STEPS = 150;
     constexpr int MOST_TEXT = 12000; // some pages of cells
     for (unsigned seed = 1; seed <= 6; ++seed) {
         std::mt19937 random(seed);

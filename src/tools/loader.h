@@ -110,6 +110,7 @@ private:
 
     void request_send(const QByteArray& request);
     int info_refusal(const std::uint8_t* reply, int size);
+    void zero_report(std::uint32_t page_size, std::uint32_t mtu);
     int firmware_check(const QString& module_name);
     void hard_info_report(const DeviceInfo& info);
 

@@ -72,12 +72,16 @@ int Loader::info_refusal(const std::uint8_t* reply, int size)
     }
     const DeviceInfo info = device_info(reply, size);
     if (info.rom_page_size == 0 || info.mtu == 0) {
-        emit log(tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0")
-                     .arg(info.rom_page_size)
-                     .arg(info.mtu));
+        zero_report(info.rom_page_size, info.mtu);
         return TOOL_BAD_REPLY;
     }
     return 0;
+}
+
+void Loader::zero_report(std::uint32_t page_size, std::uint32_t mtu)
+{
+    emit log(
+        tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0").arg(page_size).arg(mtu));
 }
 
 int Loader::firmware_check(const QString& module_name)
@@ -234,7 +238,7 @@ int Loader::block_verify_retry(const std::uint8_t* data, std::uint32_t offset, s
 bool Loader::file_send(const std::uint8_t* data, std::uint32_t size)
 {
     if (size > 0 && rom_page_size == 0) {
-        emit log(tr("ldr: ROM page size not known, get device info first"));
+        zero_report(rom_page_size, mtu);
         return false;
     }
     for (std::uint32_t offset = 0; offset < size;) {

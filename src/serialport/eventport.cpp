@@ -2,6 +2,7 @@
 
 #include "tty.h"
 
+#include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QThread>
 
@@ -29,20 +30,30 @@ bool EventPort::open(QIODevice::OpenMode mode)
         return false;
     }
     serial.clearError();
-    // Queued, as a QSerialPort announces nothing while it is inside readyRead: a receiver that
-    // opens a box there would hear of no more bytes until the box is closed.
-    const auto announce = [this] {
-        if (serial.bytesAvailable() > 0)
-            emit ready_read();
-    };
-    connect(&serial, &QSerialPort::readyRead, this, announce, Qt::QueuedConnection);
+    connect(&serial, &QSerialPort::readyRead, this, &EventPort::announce);
+    // While it is inside readyRead a QSerialPort announces nothing: a receiver that opens a box
+    // there would hear of no more bytes until the box is closed. The box's event loop is asked
+    // instead; queued signals would cost a wake-up of the loop for each chunk.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            [this] {
+                if (announcing && serial.bytesAvailable() > 0)
+                    emit ready_read();
+            });
     connect(&serial, &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
     connect(&serial, &QSerialPort::errorOccurred, this, &EventPort::handle_error);
     return true;
 }
 
+void EventPort::announce()
+{
+    announcing = true;
+    emit ready_read();
+    announcing = false;
+}
+
 void EventPort::close()
 {
+    announcing = false;
     serial.disconnect(this);
     if (serial.isOpen())
         serial_drain_and_close(serial, settings.Timeout_Millisec);

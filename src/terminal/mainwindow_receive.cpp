@@ -4,7 +4,6 @@
 #include "wallclock.h"
 
 #include <QFileDialog>
-#include <QTextCursor>
 
 static QString time_stamp(const QTime& time)
 {
@@ -88,25 +87,14 @@ void MainWindow::save_write(const QString& prefix, const QByteArray& data)
 
 void MainWindow::tx_display()
 {
-    QPlainTextEdit* const area = ui->plainTextEdit_recv;
-    QTextCursor cursor = area->textCursor();
-    QTextCharFormat format = area->currentCharFormat();
-    const QBrush foreground = format.foreground();
-
-    format.setForeground(QBrush(Qt::blue));
-    cursor.movePosition(QTextCursor::End);
-    cursor.setCharFormat(format);
-    area->setTextCursor(cursor);
+    QString line;
     if (!tx_line_done && rx_bytes > 0)
-        area->insertPlainText("\n");
+        line = "\n";
     if (display_time)
-        area->insertPlainText(time_stamp(wall_time()));
+        line += time_stamp(wall_time());
     const QByteArray typed = ui->plainTextEdit_send->toPlainText().toLatin1();
-    area->insertPlainText(QString::fromLatin1(typed.constData()));
-
-    format.setForeground(foreground);
-    area->setCurrentCharFormat(format);
-    area->insertPlainText("\n");
+    line += QString::fromLatin1(typed.constData());
+    ui->plainTextEdit_recv->append_line(line, QBrush(Qt::blue));
     tx_line_done = true;
 }
 

@@ -64,23 +64,49 @@ ReceiveArea::ReceiveArea(QWidget* parent)
 
 void ReceiveArea::append_chunk(const QString& prefix, const QString& text)
 {
-    const int end = text_layout->rows().length();
-    const bool follows = [&] {
-        const QTextCursor cursor = textCursor();
-        return !cursor.hasSelection() && cursor.position() == end;
-    }();
-    if (!follows)
-        select(end, end);
-    QTextCursor change(document());
-    change.beginEditBlock();
-    for (const QString* part : {&prefix, &text}) {
-        if (part->isEmpty())
-            continue;
-        text_layout->announce(*part);
-        insertPlainText(*part);
-    }
-    change.endEditBlock();
+    move_to_end();
+    append([&](QTextCursor& end) {
+        for (const QString* part : {&prefix, &text}) {
+            if (part->isEmpty())
+                continue;
+            text_layout->announce(*part);
+            end.insertText(*part);
+        }
+    });
+}
+
+void ReceiveArea::append_line(const QString& text, const QBrush& foreground)
+{
+    const QTextCharFormat format = currentCharFormat();
+    QTextCharFormat highlighted = format;
+    highlighted.setForeground(foreground);
+    move_to_end();
+    append([&](QTextCursor& end) {
+        const QString line_break = QStringLiteral("\n");
+        text_layout->announce(text);
+        end.insertText(text, highlighted);
+        text_layout->announce(line_break);
+        end.insertText(line_break, format);
+    });
+}
+
+template <typename Insert> void ReceiveArea::append(Insert insert)
+{
+    QTextCursor end(document());
+    end.beginEditBlock();
+    end.setPosition(text_layout->rows().length());
+    insert(end);
+    end.endEditBlock();
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+void ReceiveArea::move_to_end()
+{
+    const int end = text_layout->rows().length();
+    const QTextCursor cursor = textCursor();
+    // After a clear the cursor stands at the end, but with the format of the text that was there.
+    if (cursor.hasSelection() || cursor.position() != end || end == 0)
+        select(end, end);
 }
 
 void ReceiveArea::doSetTextCursor(const QTextCursor& cursor)
@@ -107,7 +133,7 @@ void ReceiveArea::select(int anchor, int position)
 {
     const QTextCursor old = textCursor();
     const EmptyLayouts empty(document(), {old.anchor(), old.position(), anchor, position});
-    QTextCursor cursor = old;
+    QTextCursor cursor(document());
     cursor.setPosition(anchor);
     cursor.setPosition(position, QTextCursor::KeepAnchor);
     QPlainTextEdit::doSetTextCursor(cursor);

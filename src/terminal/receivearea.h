@@ -16,14 +16,13 @@
 ///
 /// What it relies on in Qt, each held by a test:
 /// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
-/// reaches
-///   its layout by them, and an invalid rectangle keeps it from scrolling by itself;
+///   reaches its layout by them, and an invalid rectangle keeps it from scrolling by itself;
 /// - setTextCursor goes through the virtual doSetTextCursor;
-/// - a cursor asks its block's layout for lines outside edit blocks only, and makes do with none;
+/// - QTextCursor::insertText and setPosition ask the block's layout for lines outside edit blocks
+///   only, and make do with none;
 /// - a cursor at the end of the document moves along with text that is inserted there.
 ///
-/// Stock calls that insert or move a cursor work and cost the length of the cursor's paragraph;
-/// inside QTextCursor::beginEditBlock and endEditBlock they cost nothing of the kind.
+/// Stock calls that insert or move a cursor work, but cost the length of the cursor's paragraph.
 class ReceiveArea : public QPlainTextEdit
 {
     Q_OBJECT
@@ -31,9 +30,13 @@ public:
     explicit ReceiveArea(QWidget* parent = nullptr);
 
     /// Drops any selection, inserts `prefix` and then `text` at the end, each as insertPlainText
-    /// would and in the current character format, and shows the end. Both are in the document when
-    /// it returns; painting waits for the next frame.
+    /// would there, and shows the end. Both are in the document when it returns; painting waits for
+    /// the next frame.
     void append_chunk(const QString& prefix, const QString& text);
+
+    /// The same for a whole line: `text` in the current character format but for this foreground,
+    /// and behind it a line break without it.
+    void append_line(const QString& text, const QBrush& foreground);
 
     /// The stock functions of these names ask the stock layout.
     QTextCursor cursorForPosition(const QPoint& point) const;
@@ -77,6 +80,8 @@ private:
         int to;
     };
 
+    void move_to_end();
+    template <typename Insert> void append(Insert insert);
     void measure_font();
     void fit_to_viewport();
     void rows_changed();

@@ -204,6 +204,31 @@ TEST_P(EachFramer, SurvivesALinkThatFailsAtAnyCall)
     }
 }
 
+// Stores what it is asked for, but tells of more.
+class BoastfulLink : public MemoryLink
+{
+public:
+    int read(char* buffer, int nbytes) override
+    {
+        const int count = MemoryLink::read(buffer, nbytes);
+        return count > 0 ? count + 100000 : count;
+    }
+};
+
+TEST_P(EachFramer, ReadsNothingBehindItsBufferThoughTheLayerBelowTellsOfMore)
+{
+    const Row& row = GetParam();
+    BoastfulLink link;
+    Stacks stacks(&link);
+    for (const int nbytes : {2, 2000}) { // a frame on the stack, and one on the heap
+        link.flush();
+        link.arrive(row.frame + QByteArray(nbytes, 'x'));
+        std::vector<char> buffer(std::size_t(nbytes), '\0');
+        const int result = row.framer(stacks).read(buffer.data(), nbytes);
+        EXPECT_TRUE(result <= nbytes || &row.framer(stacks) == &stacks.bytes) << result;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Framers, EachFramer, testing::ValuesIn(ROWS),
                          [](const auto& info) { return std::string(info.param.name); });
 

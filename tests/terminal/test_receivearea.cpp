@@ -56,8 +56,8 @@ void stock_append(QPlainTextEdit& edit, const QString& prefix, const QString& te
     edit.setTextCursor(cursor);
 }
 
-// How the window shows sent text, in either.
-void append_blue_line(QPlainTextEdit& edit, const QString& text)
+// How sent text is shown in one.
+void stock_append_line(QPlainTextEdit& edit, const QString& text)
 {
     QTextCursor cursor = edit.textCursor();
     QTextCharFormat format = edit.currentCharFormat();
@@ -66,7 +66,6 @@ void append_blue_line(QPlainTextEdit& edit, const QString& text)
     cursor.movePosition(QTextCursor::End);
     cursor.setCharFormat(format);
     edit.setTextCursor(cursor);
-    edit.insertPlainText("\n");
     edit.insertPlainText(text);
     format.setForeground(foreground);
     edit.setCurrentCharFormat(format);
@@ -180,12 +179,15 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsAndWrapsItAsASlowReference)
                     edit->setTextCursor(cursor_at(*edit, anchor, position));
                 else if (kind == 2 && step % 5 == 0)
                     edit->clear();
-                else if (kind < 6)
-                    append_blue_line(*edit, QString::fromUtf8(bytes.left(12)));
+            }
+            const QString text = QString::fromUtf8(bytes);
+            if (kind >= 3 && kind < 6) {
+                area.append_line(prefix + text, QBrush(Qt::blue));
+                stock_append_line(stock, prefix + text);
             }
             if (kind >= 6) {
-                area.append_chunk(prefix, QString::fromUtf8(bytes));
-                stock_append(stock, prefix, QString::fromUtf8(bytes));
+                area.append_chunk(prefix, text);
+                stock_append(stock, prefix, text);
                 ASSERT_EQ(bar().value(), bar().maximum());
             }
             if (kind == 6)
@@ -197,10 +199,10 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsAndWrapsItAsASlowReference)
             ASSERT_EQ(colours_of(area), colours_of(stock)) << where;
             ASSERT_EQ(area.textCursor().position(), stock.textCursor().position()) << where;
             ASSERT_EQ(area.textCursor().anchor(), stock.textCursor().anchor()) << where;
-            const QString text = text_of(area);
+            const QString all = text_of(area);
             int row = 0;
-            for (const SlowRow& wanted : slow_rows(text, area.columns()))
-                ASSERT_EQ(area.row_text(row++), text.mid(wanted.start, wanted.end - wanted.start))
+            for (const SlowRow& wanted : slow_rows(all, area.columns()))
+                ASSERT_EQ(area.row_text(row++), all.mid(wanted.start, wanted.end - wanted.start))
                     << where << ", row " << row - 1;
         }
         area.grab(); // what it holds can be painted
@@ -399,7 +401,7 @@ TEST_F(Area, PaintsAtMostOnceAFrame)
 TEST_F(Area, IsNeverLaidOutByTheToolkit)
 {
     append(QString("text without an end ").repeated(500));
-    append_blue_line(area, "sent");
+    area.append_line("sent", QBrush(Qt::blue));
     area.setTextCursor(cursor_at(area, 7, 9000));
     area.grab();
     QTest::keyClick(&area, Qt::Key_PageUp);

@@ -88,7 +88,7 @@ TEST(RowTable, WrapsWordsBlanksAndWideCharacters)
 
 TEST(RowTable, StaysEqualToASlowWrappingThroughRandomChanges)
 {
-    constexpr int STEPS = 300;
+    constexpr int STEPS = 150;
     constexpr int MOST_TEXT = 12000; // some pages of cells
     for (unsigned seed = 1; seed <= 6; ++seed) {
         std::mt19937 random(seed);

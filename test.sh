@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, runs all tests, then each fuzz target: for 3 seconds, or with
-# --long for a minute.
+# Installs what is missing, builds, runs each fuzz target for 3 seconds, or with --long for a minute,
+# and then all tests.
 set -eu
 cd "$(dirname "$0")"
 fuzz_seconds=3
@@ -11,10 +11,10 @@ case "${1:-}" in
 esac
 
 packaging/install-packages.sh test
-cmake --preset release
-cmake --build --preset release
-ctest --preset release
-
 cmake --preset fuzz -DTARNWICK_FUZZ_SECONDS="$fuzz_seconds"
 cmake --build --preset fuzz
 ctest --preset fuzz
+
+cmake --preset release
+cmake --build --preset release
+exec ctest --preset release

@@ -182,7 +182,7 @@ public:
 
     qint64 received() const override
     {
-        return counter->text().midRef(int(qstrlen(COUNT_TEXT))).toLongLong();
+        return counter->text().mid(int(qstrlen(COUNT_TEXT))).toLongLong();
     }
     QPlainTextEdit* area() const override { return widget<QPlainTextEdit>("plainTextEdit_recv"); }
 

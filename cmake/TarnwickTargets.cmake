@@ -19,6 +19,16 @@ if(TARNWICK_SANITIZE)
   add_compile_options(-fsanitize=${TARNWICK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TARNWICK_SANITIZE})
 endif()
+# A sanitizer has its own checks, which these would hide or contradict.
+if(TARNWICK_HARDENING AND NOT TARNWICK_SANITIZE AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  include(CheckPIESupported)
+  check_pie_supported()
+  add_compile_options(-fstack-protector-strong)
+  # It needs an optimiser, and the compiler may have been built with a level of its own.
+  add_compile_options($<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+                      $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  add_link_options(LINKER:-z,relro,-z,now)
+endif()
 if(TARNWICK_COVERAGE)
   add_compile_options(--coverage)
   add_link_options(--coverage)
@@ -32,6 +42,8 @@ function(tarnwick_library name)
   target_link_libraries(tarnwick_${name} PUBLIC ${LIB_LINKS})
 endfunction()
 
+add_custom_target(threaded_tests)
+
 # tarnwick_test(<name> [THREADS] SOURCES ... LINKS ... [PROCESSORS n]): one test program. It runs on
 # Qt's offscreen platform. THREADS marks the ones that ThreadSanitizer is to watch.
 function(tarnwick_test name)
@@ -43,6 +55,7 @@ function(tarnwick_test name)
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp second_deadlock_stack=1")
   if(TEST_THREADS)
     set_tests_properties(${name} PROPERTIES LABELS threads)
+    add_dependencies(threaded_tests ${name})
   endif()
   if(TEST_PROCESSORS)
     set_tests_properties(${name} PROPERTIES PROCESSORS ${TEST_PROCESSORS})

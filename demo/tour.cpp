@@ -163,6 +163,6 @@ int main(int argc, char** argv)
     const QString shots = QDir(argv[3]).absolutePath();
     QDir().mkpath(shots);
     QDir::setCurrent(settings_folder.path());
-    QSettings("tarnwick.ini", QSettings::IniFormat).setValue("global/language", argv[2]);
+    QSettings("tarnwick.ini", QSettings::IniFormat).setValue("global/language", QString(argv[2]));
     return Tour(argv[1], shots).run() ? 0 : 1;
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -14,6 +15,17 @@ static bool is_terminal()
 #else
     return false;
 #endif
+}
+
+// What fits on a line of the terminal, as only what stays on one line can be replaced.
+static QString cut_to_width(const QString& text)
+{
+#ifdef Q_OS_UNIX
+    winsize size = {};
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1)
+        return text.left(size.ws_col - 1);
+#endif
+    return text;
 }
 
 Console::Console(bool json)
@@ -71,7 +83,7 @@ void Console::progress(const QString& text, int percent)
 {
     const QMutexLocker lock(&mutex);
     if (in_place) {
-        put(stderr, '\r' + text + "\x1b[K");
+        put(stderr, '\r' + cut_to_width(text) + "\x1b[K");
         progress_shown = true;
         return;
     }

@@ -12,7 +12,7 @@ namespace {
 const char VERSION_TEXT[] = "tarnwickctl " TARNWICK_VERSION;
 
 // Words such as -1 are values here, never options; marked so, the parser leaves them alone.
-constexpr QChar NUMBER_MARK = 0x1;
+constexpr QChar NUMBER_MARK(0x1);
 
 QStringList marked(const QStringList& words)
 {

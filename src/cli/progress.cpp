@@ -46,10 +46,8 @@ static QString bar(int percent)
 
 static QString head(const Progress& progress, const QString& unit)
 {
-    const int percent = progress.percent();
-    return QStringLiteral("%1 %2 %  %3 of %4 %5")
-        .arg(bar(percent))
-        .arg(percent, 3)
+    return QStringLiteral("%1 %  %2 of %3 %4")
+        .arg(progress.percent(), 3)
         .arg(progress.done)
         .arg(progress.total)
         .arg(unit);
@@ -64,7 +62,7 @@ static QString tail(const Progress& progress)
 
 QString transfer_text(const Progress& progress)
 {
-    QString text = head(progress, "bytes");
+    QString text = bar(progress.percent()) + ' ' + head(progress, "bytes");
     if (progress.remaining_seconds() >= 0)
         text += "  " + rate_text(double(progress.done) * 1000 / double(progress.elapsed_ms));
     return text + tail(progress);

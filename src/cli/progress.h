@@ -21,5 +21,5 @@ struct Progress
 
 // "[=====     ]  50 %  131072 of 262144 bytes  10.9 KB/s  0:12 left"
 QString transfer_text(const Progress& progress);
-// "[=====     ]  50 %  33 of 66 pairs  0:12 left"
+// " 50 %  33 of 66 pairs  0:12 left", with room for more behind it
 QString count_text(const Progress& progress, const QString& unit);

@@ -62,6 +62,9 @@ Failure port_failure(const QString& port)
     if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
         return {ExitCode::Link, what + ": there is no such port",
                 "`tarnwickctl ports` lists the ports of this machine."};
+    if (file.isFile() || file.isDir())
+        return {ExitCode::Link, what + ": it is no serial port",
+                "`tarnwickctl ports` lists the ports of this machine."};
     if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
         return {
             ExitCode::Link, what + ": permission denied",

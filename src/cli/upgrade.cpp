@@ -32,8 +32,16 @@ constexpr Phase PHASES[] = {
     {"ldr: Firmware verify", "The device verifies the whole file ..."},
 };
 
-// Parts of log lines that tell why a transfer failed.
-constexpr const char* TROUBLES[] = {"no response", "broken at receiver", "verify failed"};
+// Parts of log lines that tell of a fault, and what it comes to if it is the last one.
+constexpr struct
+{
+    const char* text;
+    ExitCode code;
+} TROUBLES[] = {
+    {"no response", ExitCode::NoAnswer},    {"no reply", ExitCode::NoAnswer},
+    {"invalid reply", ExitCode::BadAnswer}, {"broken at receiver", ExitCode::Refused},
+    {"CRC not match", ExitCode::Refused},   {"neither may be 0", ExitCode::Refused},
+};
 } // namespace
 
 void check_firmware_file(const QString& file)
@@ -41,7 +49,9 @@ void check_firmware_file(const QString& file)
     const QFileInfo info(file);
     if (!info.exists())
         throw Failure{ExitCode::File, "there is no file " + file, "Check its name."};
-    if (info.isDir() || !info.isReadable())
+    if (info.isDir())
+        throw Failure{ExitCode::File, file + " is a folder", "Name a firmware file in it."};
+    if (!info.isReadable())
         throw Failure{ExitCode::File, "the file " + file + " can't be read", "Check its rights."};
 }
 
@@ -117,9 +127,11 @@ void Upgrade::note_log(const QString& line)
         sending = true;
         pages_clock.start();
     }
-    for (const char* text : TROUBLES) {
-        if (line.contains(text))
-            trouble = line.section(": ", 1);
+    for (const auto& [text, code] : TROUBLES) {
+        if (!line.contains(text))
+            continue;
+        trouble = line.section(": ", 1);
+        trouble_code = code;
     }
 }
 
@@ -150,35 +162,30 @@ Failure Upgrade::failure() const
         return {ExitCode::Interrupted, "the upgrade was stopped",
                 QString("The device wasn't restarted and may wait in its boot code. ") + RERUN};
     const QString box = boxes.value(0);
-    if (box.isEmpty())
-        return transfer_failure();
     if (box.startsWith(BOX_WRONG_FIRMWARE))
         return {ExitCode::Refused, box.section('\n', 0, 1).simplified(),
                 "The file's name begins with the module's name and an underscore. Take the file "
                 "that belongs to this module."};
+    const Failure lost = stack.no_answer("the upgrade failed", {});
+    if (lost.code == ExitCode::Link)
+        return {lost.code, lost.what, lost.advice + ' ' + RERUN};
+    if (box.isEmpty())
+        return {trouble_code, "the transfer failed: " + trouble,
+                QString(RERUN) + " On a bad line, --packet 256 and a longer --timeout help."};
+    if (box == BOX_NO_INFO && trouble_code == ExitCode::Refused)
+        return {trouble_code, "the device can't be upgraded: " + trouble, {}};
     if (box == BOX_NO_INFO)
         return stack.no_answer("the device doesn't tell what it is",
                                "Is the device on? Check the port, its rate and format, and "
                                "--frame; -v shows every exchange.");
     if (box == BOX_NO_BOOT_INFO)
-        return {ExitCode::NoAnswer,
-                "the device was told to start its boot code and is silent since",
-                "It may take longer: try again with a --reset-wait of 5000."};
+        return stack.no_answer("the device was told to start its boot code",
+                               "It may take longer: try again with a --reset-wait of 5000.");
     if (box == BOX_NOT_IN_BOOT)
         return {ExitCode::Refused, "the device didn't start its boot code",
                 "Try again; a longer --reset-wait may help."};
     if (box == BOX_VERIFY_FAILED)
-        return {ExitCode::Refused, "the device doesn't hold the file as it was sent: " + trouble,
+        return {trouble_code, "the device doesn't say that it holds the file: " + trouble,
                 QString("It stays in its boot code. ") + RERUN};
     return {ExitCode::File, settings.file + ": " + box.simplified(), {}};
-}
-
-Failure Upgrade::transfer_failure() const
-{
-    const bool silent = trouble.contains("no response") || trouble.contains("no reply");
-    Failure lost = connection.stack.no_answer("the transfer failed", {});
-    if (lost.code == ExitCode::Link)
-        return lost;
-    return {silent ? ExitCode::NoAnswer : ExitCode::Refused, "the transfer failed: " + trouble,
-            QString(RERUN) + " On a bad line, --packet 256 and a longer --timeout help."};
 }

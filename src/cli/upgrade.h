@@ -47,7 +47,6 @@ private:
     void note_soft_info(const QString& info);
     void show_progress(int file_size, int offset);
     Failure failure() const;
-    Failure transfer_failure() const;
 
     const UpgradeSettings settings;
     Connection& connection;
@@ -55,6 +54,7 @@ private:
     Interrupts& interrupts;
     QStringList boxes; // what the loader wants a person to see
     QString trouble;   // the last log line that tells of a fault
+    ExitCode trouble_code = ExitCode::NoAnswer;
     bool link_failed = false;
     bool sending = false;
     QElapsedTimer run_clock;

@@ -1,6 +1,7 @@
 // Room for one frame while one call builds or checks it.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 
@@ -19,8 +20,11 @@ public:
     // Null when payload is below 0, or the whole is more than an int counts or the memory holds.
     char* data() { return bytes; }
     int size() const { return length; }
-    // The first count bytes.
-    std::string_view first(int count) const { return {bytes, std::size_t(count)}; }
+    // The first count bytes: at most all, though a layer below may say that it stored more.
+    std::string_view first(int count) const
+    {
+        return {bytes, std::size_t(std::clamp(count, 0, length))};
+    }
 
 private:
     char on_stack[ON_STACK];

@@ -179,7 +179,7 @@ int QFramerDorv::counted_read(const char* name, char* buffer, int nbytes)
     const int count = std::min(DorvReport::parse_count(scratch.data(), name).value_or(0), nbytes);
     if (count < 1 || !framer)
         return 0;
-    const int received = framer->read(scratch.data(), count);
+    const int received = std::min(framer->read(scratch.data(), count), count);
     return received < 1 ? 0 : int(scratch.first(received).copy(buffer, std::size_t(nbytes)));
 }
 

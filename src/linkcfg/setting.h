@@ -31,6 +31,6 @@ template <typename Value> struct Setting
 template <> inline QString Setting<QString>::read(const QSettings& settings) const
 {
     const QVariant value = settings.value(QLatin1String(key), fallback);
-    return value.userType() == QMetaType::QStringList ? value.toStringList().join(", ")
+    return value.userType() == QMetaType::QStringList ? value.toStringList().join(",")
                                                       : value.toString();
 }

@@ -2,9 +2,11 @@
 
 #include "hextext.h"
 
+#include <QScopedValueRollback>
 #include <QTcpSocket>
 #include <QUdpSocket>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -22,6 +24,28 @@ QAbstractSocket* new_socket(int protocol)
 
 } // namespace
 
+// While one lives, a socket of the link may be running further down the call stack, in a wait that
+// logs a change of state. A handler of that line may close the link, so sockets are deleted only
+// behind the outermost use.
+class QLinkTcpip::SocketUse
+{
+public:
+    explicit SocketUse(QLinkTcpip& link)
+        : link(link)
+    {
+        ++link.uses;
+    }
+    ~SocketUse()
+    {
+        if (--link.uses == 0)
+            qDeleteAll(std::exchange(link.retired, {}));
+    }
+    Q_DISABLE_COPY(SocketUse)
+
+private:
+    QLinkTcpip& link;
+};
+
 QLinkTcpip::QLinkTcpip(const tcpip_cfg* cfg)
 {
     settings_set(cfg);
@@ -35,6 +59,7 @@ QLinkTcpip::~QLinkTcpip()
 void QLinkTcpip::settings_set(const tcpip_cfg* cfg)
 {
     this->cfg = cfg ? *cfg : tcpip_defaults();
+    this->cfg.addr[sizeof this->cfg.addr - 1] = '\0';
 }
 
 void QLinkTcpip::verbose_set(bool verbose)
@@ -44,17 +69,23 @@ void QLinkTcpip::verbose_set(bool verbose)
 
 int QLinkTcpip::open()
 {
+    if (opening)
+        return LINK_FAILED;
+    const QScopedValueRollback<bool> only_once(opening, true);
     // Not only when open: a failed open leaves a socket that may call itself closed.
     close();
-    socket = new_socket(cfg.protocol);
-    if (!socket) {
+    QAbstractSocket* const opened = new_socket(cfg.protocol);
+    if (!opened) {
         emit log(tr(tcpip_log::NO_PROTOCOL));
         return LINK_FAILED;
     }
-    connect(socket, &QAbstractSocket::stateChanged, this, &QLinkTcpip::socket_state_display);
-    socket->connectToHost(QString::fromLatin1(cfg.addr), quint16(cfg.remote_port),
+    socket = opened;
+    const SocketUse use(*this);
+    connect(opened, &QAbstractSocket::stateChanged, this, &QLinkTcpip::socket_state_display);
+    opened->connectToHost(QString::fromLatin1(cfg.addr), quint16(cfg.remote_port),
                           QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    if (socket->waitForConnected(cfg.timeout))
+    // Each step may end with the link closed by a handler of its log.
+    if (socket && opened->waitForConnected(cfg.timeout) && socket)
         return 0;
     emit log(tr(tcpip_log::CONNECT_FAILED));
     return LINK_FAILED;
@@ -67,14 +98,16 @@ bool QLinkTcpip::is_open()
 
 int QLinkTcpip::close()
 {
-    if (!socket)
+    QAbstractSocket* const closed = std::exchange(socket, nullptr);
+    if (!closed)
         return 0;
-    socket->close();
-    // Closing, not closed: there are bytes that the peer has not taken yet.
-    if (socket->state() == QAbstractSocket::ClosingState)
-        socket->waitForDisconnected(cfg.timeout);
-    delete socket;
-    socket = nullptr;
+    const SocketUse use(*this);
+    retired.append(closed);
+    closed->close();
+    // Closing, not closed: there are bytes that the peer has not taken yet. A time-out below 0
+    // would wait for ever.
+    if (closed->state() == QAbstractSocket::ClosingState)
+        closed->waitForDisconnected(qMax(0, cfg.timeout));
     return 0;
 }
 
@@ -85,7 +118,8 @@ void QLinkTcpip::flush()
         return;
     if (verbose)
         emit log(tr(tcpip_log::DROPPED).arg(waiting));
-    socket->readAll();
+    if (is_open())
+        socket->readAll();
 }
 
 int QLinkTcpip::bytes_available()
@@ -120,13 +154,17 @@ int QLinkTcpip::read(char* buffer, int nbytes)
 {
     if (!is_open())
         return LINK_CLOSED;
+    const SocketUse use(*this);
+    QAbstractSocket* const source = socket;
     int count = 0;
     while (count < nbytes) {
         // A wait sees new arrivals only. What an earlier one took in is read first, or it would
         // stay behind.
-        if (socket->bytesAvailable() == 0 && !socket->waitForReadyRead(cfg.timeout))
+        if (source->bytesAvailable() == 0 && !source->waitForReadyRead(cfg.timeout))
             break;
-        const qint64 result = socket->read(buffer + count, nbytes - count);
+        if (socket != source) // closed or opened anew by a handler of log
+            break;
+        const qint64 result = source->read(buffer + count, nbytes - count);
         if (result < 0)
             return int(result);
         count += int(result);
@@ -138,15 +176,17 @@ int QLinkTcpip::read(char* buffer, int nbytes)
 
 int QLinkTcpip::write(const char* buffer, int nbytes)
 {
+    if (verbose && is_open())
+        emit log(tr(tcpip_log::WRITE).arg(hex_text(buffer, nbytes)));
     if (!is_open()) {
         emit log(tr(tcpip_log::WRITE_CLOSED));
         return LINK_CLOSED;
     }
-    if (verbose)
-        emit log(tr(tcpip_log::WRITE).arg(hex_text(buffer, nbytes)));
-    const qint64 taken = socket->write(buffer, nbytes);
+    const SocketUse use(*this);
+    QAbstractSocket* const target = socket;
+    const qint64 taken = target->write(buffer, nbytes);
     if (taken > 0)
-        socket->flush();
+        target->flush();
     else
         emit log(tr(tcpip_log::WRITE_FAILED));
     return int(taken);
@@ -168,7 +208,14 @@ int QLinkTcpip::readline(char* buffer, int size)
 
 void QLinkTcpip::socket_state_display(QAbstractSocket::SocketState state)
 {
+    // Called from inside the socket, maybe by an event loop, where no operation is behind it.
+    ++uses;
     const auto index = size_t(state);
     emit log(tr(index < std::size(tcpip_log::STATES) ? tcpip_log::STATES[index]
                                                      : tcpip_log::UNKNOWN_STATE));
+    if (--uses > 0)
+        return;
+    const QList<QAbstractSocket*> closed = std::exchange(retired, {});
+    for (QAbstractSocket* each : closed)
+        each->deleteLater();
 }

@@ -5,6 +5,7 @@
 #include "tcpip_cfg.h"
 
 #include <QAbstractSocket>
+#include <QList>
 
 // The lines of QLinkTcpip::log. The ones marked v come only while verbose.
 //
@@ -70,6 +71,10 @@ constexpr char UNKNOWN_STATE[] = QT_TRANSLATE_NOOP("QLinkTcpip", "tcpip: unknow 
 //
 // Only read waits for bytes. bytes_available, getchar, can_read_line and readline see what the
 // socket has taken in during a wait or in an event loop of its thread.
+//
+// A handler of log may close or open the link: an operation in progress then ends with what it has.
+// Opening a link that is being opened gives LINK_FAILED and changes nothing. The link itself must
+// outlive its operations and the delivery of log.
 class QLinkTcpip : public QObject, public QLink
 {
     Q_OBJECT
@@ -104,7 +109,12 @@ private slots:
     void socket_state_display(QAbstractSocket::SocketState state);
 
 private:
+    class SocketUse;
+
     tcpip_cfg cfg;
     QAbstractSocket* socket = nullptr; // owned; also that of a failed open, until close
+    QList<QAbstractSocket*> retired;   // owned: closed, but maybe still running
+    int uses = 0;                      // operations and log lines in progress
+    bool opening = false;
     bool verbose = false;
 };

@@ -3,6 +3,7 @@
 #include "hextext.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 
 namespace {
 
@@ -35,6 +36,7 @@ QLinkWinsock::~QLinkWinsock()
 void QLinkWinsock::settings_set(const tcpip_cfg* cfg)
 {
     this->cfg = cfg ? *cfg : tcpip_defaults();
+    this->cfg.addr[sizeof this->cfg.addr - 1] = '\0';
 }
 
 void QLinkWinsock::log_hex_set(bool on)
@@ -91,6 +93,8 @@ int QLinkWinsock::close()
 
 void QLinkWinsock::flush()
 {
+    // Datagrams may come as fast as they are dropped.
+    const QDeadlineTimer deadline(qMax(1, cfg.timeout));
     int dropped = 0;
     int count = 0;
     do {
@@ -100,7 +104,8 @@ void QLinkWinsock::flush()
         QByteArray scratch(waiting, Qt::Uninitialized);
         count = read(scratch.data(), waiting);
         dropped += count;
-    } while (count > 0 && !stream); // of datagrams, often only the next one is told
+    } while (count > 0 && !stream &&
+             !deadline.hasExpired()); // often, the next datagram is all told
     if (log_hex && dropped > 0)
         emit log(tr(winsock_log::DROPPED).arg(dropped));
 }

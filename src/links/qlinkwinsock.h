@@ -84,6 +84,7 @@ public:
     int open() override;
     bool is_open() override;
     int close() override;
+    // Of datagrams that never cease to come, those of one time-out.
     void flush() override;
     int bytes_available() override;
     int getchar() override;

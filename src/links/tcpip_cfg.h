@@ -16,7 +16,7 @@ struct tcpip_cfg
 {
     int ip_version; // a TcpipVersion
     int protocol;   // a TcpipProtocol
-    char addr[64];  // remote address, Latin-1, with a terminating NUL
+    char addr[64];  // remote address, Latin-1; a link ends it at 63 characters
     int remote_port;
     int local_port;
     bool local_port_random;

@@ -2,6 +2,7 @@
 
 #include "tty.h"
 
+#include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QThread>
 
@@ -29,14 +30,30 @@ bool EventPort::open(QIODevice::OpenMode mode)
         return false;
     }
     serial.clearError();
-    connect(&serial, &QSerialPort::readyRead, this, &EventPort::ready_read);
+    connect(&serial, &QSerialPort::readyRead, this, &EventPort::announce);
+    // While it is inside readyRead a QSerialPort announces nothing: a receiver that opens a box
+    // there would hear of no more bytes until the box is closed. The box's event loop is asked
+    // instead; queued signals would cost a wake-up of the loop for each chunk.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            [this] {
+                if (announcing && serial.bytesAvailable() > 0)
+                    emit ready_read();
+            });
     connect(&serial, &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
     connect(&serial, &QSerialPort::errorOccurred, this, &EventPort::handle_error);
     return true;
 }
 
+void EventPort::announce()
+{
+    announcing = true;
+    emit ready_read();
+    announcing = false;
+}
+
 void EventPort::close()
 {
+    announcing = false;
     serial.disconnect(this);
     if (serial.isOpen())
         serial_drain_and_close(serial, settings.Timeout_Millisec);
@@ -71,10 +88,11 @@ qint64 EventPort::write(const char* data, qint64 size)
 {
     if (lost)
         return -1;
-    if (serial.bytesToWrite() + size > QextSerialPort::WRITE_LIMIT) {
+    const qint64 waiting = serial.bytesToWrite();
+    if (waiting > 0 && waiting + size > QextSerialPort::WRITE_LIMIT) {
         fail(QSerialPort::WriteError,
              QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
-                 .arg(serial.bytesToWrite())
+                 .arg(waiting)
                  .arg(size));
         return -1;
     }

@@ -36,12 +36,14 @@ signals:
     void device_lost();
 
 private:
+    void announce();
     void handle_error(QSerialPort::SerialPortError error);
     void fail(QSerialPort::SerialPortError code, const QString& text);
 
     QSerialPort serial;
     PortSettings settings;
-    QByteArray leftover; // what had arrived when the device went away
+    QByteArray leftover;     // what had arrived when the device went away
+    bool announcing = false; // inside ready_read
     bool lost = false;
     QSerialPort::SerialPortError error_code = QSerialPort::NoError;
     QString error_text;

@@ -110,7 +110,7 @@ QList<QextPortInfo> QextSerialEnumerator::getPorts()
     for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
         ports.append(hardware_port(info));
     append_virtual_ports(ports);
-    std::sort(ports.begin(), ports.end(), [](const QextPortInfo& a, const QextPortInfo& b) {
+    std::stable_sort(ports.begin(), ports.end(), [](const QextPortInfo& a, const QextPortInfo& b) {
         return port_name_less(a.portName, b.portName);
     });
     return ports;
@@ -137,11 +137,15 @@ void QextSerialEnumerator::watch_folders()
     bool complete = true;
     for (const QString& folder : {QString("/dev"), virtual_ports_folder()})
         complete &= watched.contains(folder) || watcher.addPath(folder);
-    if (complete)
+    if (complete) {
         timer.stop();
-    else
+        return;
+    }
+    if (!timer.isActive())
+        qWarning("no notice of changes in the folders of ports; looking each %d ms",
+                 TIMER_INTERVAL_MS);
 #endif
-        timer.start(TIMER_INTERVAL_MS);
+    timer.start(TIMER_INTERVAL_MS);
 }
 
 static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortInfo& port)

@@ -7,7 +7,22 @@
 #include <memory>
 
 // Bits per second, as a plain number: any rate that the device can make, not only the usual ones.
-enum BaudRateType : int {};
+enum BaudRateType : int {
+    BAUD110 = 110,
+    BAUD300 = 300,
+    BAUD600 = 600,
+    BAUD1200 = 1200,
+    BAUD2400 = 2400,
+    BAUD4800 = 4800,
+    BAUD9600 = 9600,
+    BAUD19200 = 19200,
+    BAUD38400 = 38400,
+    BAUD57600 = 57600,
+    BAUD115200 = 115200,
+    BAUD230400 = 230400,
+    BAUD460800 = 460800,
+    BAUD921600 = 921600,
+};
 
 enum DataBitsType : int { DATA_5 = 5, DATA_6 = 6, DATA_7 = 7, DATA_8 = 8 };
 
@@ -53,8 +68,8 @@ public:
     enum QueryMode { Polling, EventDriven };
 
     // Bytes of accepted, unsent data that an event-driven port holds at most: six minutes at
-    // 115200.
-    static constexpr qint64 WRITE_LIMIT = 4 * 1024 * 1024;
+    // 115200. A single write to an idle port may be larger.
+    static constexpr qint64 WRITE_LIMIT = 4LL * 1024 * 1024;
 
     QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode = EventDriven,
                    QObject* parent = nullptr);

@@ -24,9 +24,11 @@ void Lane::put(const QByteArray& bytes, Time now)
 QByteArray Lane::take(int most, Time now)
 {
     const int count = std::min(most, arrived(now));
-    const QByteArray bytes = queue.left(count);
+    QByteArray bytes = queue.left(count);
     queue.remove(0, count);
     front_starts += count * byte_time;
+    if (count > 0)
+        taken_until = front_starts;
     return bytes;
 }
 

@@ -18,6 +18,8 @@ public:
     void put(const QByteArray& bytes, Time now);
     // The bytes whose last bit has arrived by now, at most `most`.
     QByteArray take(int most, Time now);
+    // When the last byte that was taken had arrived.
+    Time last_arrival() const { return taken_until; }
     // The time at which take() is worth calling again; NEVER when nothing is on the way.
     Time next_arrival(Time now) const;
 
@@ -26,5 +28,6 @@ private:
 
     std::chrono::nanoseconds byte_time;
     QByteArray queue;
+    Time taken_until{};
     Time front_starts; // when the first bit of the first byte in the queue went out
 };

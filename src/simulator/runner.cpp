@@ -47,6 +47,9 @@ void Runner::host_to_device(Time now)
             from_host.put(bytes, now);
     }
     const QByteArray arrived = from_host.take(device.room(), now);
+    // The line does not wait for this process to be woken: an answer given at once follows the
+    // request's last bit.
+    answer_starts = arrived.isEmpty() ? now : from_host.last_arrival();
     if (!arrived.isEmpty())
         device.receive(arrived, now);
     if (from_host.empty())
@@ -58,7 +61,7 @@ void Runner::device_to_host(Time now)
     if (device_may_send()) {
         const QByteArray bytes = device.transmit(to_host.room(), now);
         if (!bytes.isEmpty())
-            to_host.put(bytes, now);
+            to_host.put(bytes, answer_starts);
     }
     unsent += to_host.take(Lane::CAPACITY - int(unsent.size()), now);
     if (!transport.connected())

@@ -27,5 +27,6 @@ private:
     Transport& transport;
     Lane from_host;
     Lane to_host;
-    QByteArray unsent; // has crossed the line, and the transport has not taken it yet
+    Time answer_starts{}; // what the device sends now goes out from then on
+    QByteArray unsent;    // has crossed the line, and the transport has not taken it yet
 };

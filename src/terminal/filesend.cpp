@@ -1,5 +1,7 @@
 #include "filesend.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QLocale>
 
 // What a chunk takes on the wire: short enough that stopping feels immediate, long enough for the
@@ -19,6 +21,11 @@ FileSend::FileSend(const QString& path, int bits_per_second)
 bool FileSend::open()
 {
     clock.start();
+    // Opening a pipe or a device would wait for its other side.
+    if (QFileInfo::exists(file.fileName()) && !QFileInfo(file.fileName()).isFile()) {
+        refusal = QCoreApplication::translate("MainWindow", "not a file");
+        return false;
+    }
     return file.open(QIODevice::ReadOnly);
 }
 

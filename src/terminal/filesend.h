@@ -17,7 +17,7 @@ public:
     // Empty at the end of the file, and after a failure to read on.
     QByteArray next_chunk();
     bool has_failed() const { return file.error() != QFileDevice::NoError; }
-    QString error_string() const { return file.errorString(); }
+    QString error_string() const { return refusal.isEmpty() ? file.errorString() : refusal; }
 
     qint64 bytes_done() const { return done; }
     qint64 elapsed_ms() const { return clock.elapsed(); }
@@ -28,6 +28,7 @@ public:
 
 private:
     QFile file;
+    QString refusal;
     const int chunk_size;
     qint64 done = 0;
     QElapsedTimer clock;

@@ -82,7 +82,6 @@ void MainWindow::msgbox(QString msg)
 
 void MainWindow::warning_box(const QString& title, const QString& text)
 {
-    const BoxScope scope(*this);
     QMessageBox::warning(this, title, text, QMessageBox::Ok);
 }
 
@@ -103,6 +102,5 @@ void MainWindow::send_count_show(int n)
 
 void MainWindow::on_action_about_triggered()
 {
-    const BoxScope scope(*this);
     QMessageBox::about(this, "Tarnwick", tr("Corvane Serial Tool\n") + "V1.14 build Jan 11 2018");
 }

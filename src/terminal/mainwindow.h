@@ -70,7 +70,9 @@ private slots:
     void on_action_about_triggered();
 
 private:
-    // Counts the message boxes that are open; a tick of send_timer under a box does nothing.
+    // Counts the notes that are open: a failed parse or write shows one in the middle of its work,
+    // so a tick of send_timer under one does nothing. Under other boxes and dialogs sending goes
+    // on.
     class BoxScope
     {
     public:
@@ -167,7 +169,8 @@ private:
     bool hex_mode_send;
     bool loop;
 
-    std::unique_ptr<QTranslator> toolkit_translator; // null where the toolkit's catalogue is missing
+    std::unique_ptr<QTranslator>
+        toolkit_translator; // null where the toolkit's catalogue is missing
     int open_boxes = 0;
     bool session_failing = false; // the box about a failed write is open, the close comes after it
     std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:

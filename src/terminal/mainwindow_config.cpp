@@ -6,9 +6,11 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <limits>
 
 static constexpr int STATE_VERSION = 0;
 static constexpr int FEWEST_ROWS = 8;
+static constexpr int NO_ROW = std::numeric_limits<int>::max() - 1; // that no file can hold
 
 // A file may claim any number of rows. Beyond this many, only those that hold something are
 // believed.
@@ -54,7 +56,7 @@ static int last_row_with_keys(const QSettings& array_group)
     return last;
 }
 
-static int rows_wanted(QSettings& settings)
+static int rows_stored(QSettings& settings)
 {
     int rows = settings.beginReadArray(STRINGS);
     settings.endArray();
@@ -63,7 +65,7 @@ static int rows_wanted(QSettings& settings)
         rows = qMin(CREDIBLE_ROWS, last_row_with_keys(settings));
         settings.endGroup();
     }
-    return qMax(rows, FEWEST_ROWS);
+    return rows;
 }
 
 static Qt::CheckState check_state(bool checked)
@@ -74,7 +76,8 @@ static Qt::CheckState check_state(bool checked)
 void MainWindow::strings_load(QSettings& settings)
 {
     QTableWidget* const table = ui->tableWidget_strings;
-    const int rows = rows_wanted(settings);
+    const int stored = rows_stored(settings);
+    const int rows = qMax(stored, FEWEST_ROWS);
     while (table->rowCount() < rows)
         row_insert(table->rowCount());
     while (table->rowCount() > rows)
@@ -82,7 +85,8 @@ void MainWindow::strings_load(QSettings& settings)
 
     settings.beginReadArray(STRINGS);
     for (int row = 0; row < rows; ++row) {
-        settings.setArrayIndex(row);
+        // A row behind the array's end is blank, whatever an older array has left there.
+        settings.setArrayIndex(row < stored ? row : NO_ROW);
         QTableWidgetItem* const alias = table->item(row, ALIAS_COLUMN);
         QTableWidgetItem* const value = table->item(row, VALUE_COLUMN);
         alias->setCheckState(check_state(IN_TURN.read(settings)));

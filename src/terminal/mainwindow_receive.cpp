@@ -187,6 +187,7 @@ void MainWindow::on_checkBox_save2file_clicked(bool checked)
         warning_box(tr("save to file"), tr("please select a file to save"));
         return;
     }
+    save_end();
     save_file = new QFile(path);
     if (save_file->open(QIODevice::WriteOnly | QIODevice::Append)) {
         save2file_active = true;

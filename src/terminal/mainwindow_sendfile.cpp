@@ -22,6 +22,9 @@ void MainWindow::on_checkBox_send_file_stateChanged(int arg1)
             widget->setEnabled(false);
         const QString path = QFileDialog::getOpenFileName(this, tr("Chose file to send"), QString(),
                                                           tr("Any file (*.*)"));
+        // A close of the port under the dialog has ended the mode already.
+        if (!ui->checkBox_send_file->isChecked())
+            return;
         ui->plainTextEdit_send->setPlainText(path);
     } else if (arg1 == Qt::Unchecked) {
         file_send_end();
@@ -35,6 +38,10 @@ void MainWindow::file_send_start()
 {
     if (file_send)
         return;
+    if (!port || !port->isOpen()) {
+        msgbox(tr("port not opened"));
+        return;
+    }
     const QString path = ui->plainTextEdit_send->toPlainText();
     if (path.isEmpty()) {
         msgbox(tr("please select a file to send"));

@@ -103,10 +103,10 @@ void MainWindow::port_removed(QextPortInfo info)
 {
     if (!port || !port->isOpen() || info.portName != port->portName())
         return;
-    // A write to the port that goes may have failed first: that box is open, and one is enough.
+    // A write to the port that goes may have failed first: that box is open, and one is enough. It
+    // may be open inside a signal of the port, which has to live until the box is closed.
     if (session_failing)
         return;
     on_pushButton_open_clicked();
-    const BoxScope scope(*this);
     QMessageBox::information(this, QString(), tr("%1 removed").arg(info.portName), QMessageBox::Ok);
 }

@@ -58,16 +58,11 @@ std::uint16_t at_word(const QByteArray& field)
 std::optional<std::uint32_t> at_address(const QByteArray& reply)
 {
     QByteArray digits = reply.trimmed();
-    for (int i = 0; i < digits.size(); ++i) {
-        if (is_space(digits[i]))
-            digits.truncate(i);
-    }
     if (digits.startsWith("0x") || digits.startsWith("0X"))
         digits.remove(0, 2);
     std::uint32_t value = 0;
     const char* end = digits.constData() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.constData(), end, value, 16);
-    if (error != std::errc() || stop != end)
+    if (std::from_chars(digits.constData(), end, value, 16).ec != std::errc())
         return std::nullopt;
     return value;
 }

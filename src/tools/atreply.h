@@ -15,8 +15,8 @@ float at_float(const QByteArray& field);
 // As at_float without the fraction, held between 0 and 65535.
 std::uint16_t at_word(const QByteArray& field);
 
-// A base-16 number of at most 32 bits, with or without a leading 0x, that fills the reply up to
-// white space or its end. None for anything else.
+// The base-16 number of at most 32 bits that a reply begins with, behind white space and with or
+// without a leading 0x; what follows its digits doesn't count. None for no digit, or too many.
 std::optional<std::uint32_t> at_address(const QByteArray& reply);
 
 // The key that a reply spells, at most 16 bytes. White space in front of a byte is skipped; a digit

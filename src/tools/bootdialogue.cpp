@@ -57,7 +57,7 @@ DeviceInfo device_info(const std::uint8_t* record, int size)
                                         name_end - NAME_OFFSET);
     }
     const int hard_info_size = size - name_end - 1;
-    if ((record[2] & FLAG_HARD_INFO) != 0 && hard_info_size > 0) {
+    if ((record[2] & FLAG_HARD_INFO) != 0 && hard_info_size >= 0) {
         info.hard_info = record + name_end + 1;
         info.hard_info_size = hard_info_size;
     }

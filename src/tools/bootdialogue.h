@@ -46,7 +46,7 @@ QByteArray boot_write_request(const void* data, std::uint32_t offset, std::uint3
 //   13 + L   ...  hard info, opaque
 //
 // A name without a NUL ends with the record. Hard info for which the record has no room counts as
-// absent.
+// absent; just behind the name's NUL there is room for 0 bytes of it.
 struct DeviceInfo
 {
     bool in_boot = false;

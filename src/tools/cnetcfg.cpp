@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int VALUE_FAILED = -128;
+constexpr int EXCESS = 256; // room for a link that gives more than it is asked for
 
 QByteArray bytes(const void* data, int nbytes)
 {
@@ -112,8 +113,8 @@ int CnetCfg::resp_read(std::uint8_t cmd, void* out, int nbytes)
 {
     if (link == nullptr)
         return TOOL_NO_LINK;
-    QByteArray frame(nbytes + CNET_FRAMING, '\0');
-    const int count = link->read(frame.data(), int(frame.size()));
+    QByteArray frame(nbytes + CNET_FRAMING + EXCESS, '\0');
+    const int count = std::min(link->read(frame.data(), nbytes + CNET_FRAMING), int(frame.size()));
     if (count <= 0) {
         emit log(tr("cfg: read time out"));
         return count;

@@ -59,7 +59,7 @@ int CnetCfg::search_all_ext(std::uint32_t chan_mask, std::uint32_t baud_mask)
 int CnetCfg::search_begin(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target,
                           std::uint8_t cmd)
 {
-    if (isRunning() || search_cmd != 0)
+    if (isRunning())
         return TOOL_BUSY;
     this->chan_mask = chan_mask;
     this->baud_mask = baud_mask;

@@ -13,7 +13,6 @@ namespace {
 constexpr int REPLY_MAX = 1024; // of at_exchange
 constexpr int QUERY_MAX = 64;   // what a query through at_exchange keeps of it
 constexpr int EUI_SIZE = 8;
-constexpr int KEY_SIZE = 16;
 
 // Up to the first NUL, where text ends.
 QByteArray text_of(const QByteArray& reply)
@@ -57,7 +56,7 @@ int DorvCfg::at_exchange(const char* command, const char* expected, int match, i
     for (;; --retries) {
         command_write(text);
         QByteArray reply(REPLY_MAX, '\0');
-        const int count = framer->read(reply.data(), REPLY_MAX);
+        const int count = std::min(framer->read(reply.data(), REPLY_MAX), REPLY_MAX);
         reply.truncate(std::max(0, count));
         if (count != 0) {
             if (count > skip && out != nullptr)
@@ -176,9 +175,8 @@ int DorvCfg::key_get(const AtCommand& command, void* key)
     const QByteArray reply = query(command);
     if (reply.isEmpty())
         return TOOL_FAILED;
-    QByteArray value = at_key(text_of(reply));
-    value.append(KEY_SIZE - value.size(), '\0');
-    std::memcpy(key, value.constData(), KEY_SIZE);
+    const QByteArray value = at_key(text_of(reply));
+    std::copy_n(value.constData(), value.size(), static_cast<char*>(key));
     return 0;
 }
 

@@ -124,7 +124,7 @@ public:
     int deveui_set(const void* eui) { return carry_out(at::DEVEUI, at_hex(eui, 8)); }
     int appeui_get(void* eui) { return eui_get(at::APPEUI_GET, eui); }
     int appeui_set(const void* eui) { return carry_out(at::APPEUI, at_hex(eui, 8)); }
-    // Keys are 16 bytes. Any reply is a success: what it doesn't spell of the key is 0.
+    // Keys are 16 bytes. Any reply is a success: what it doesn't spell of the key stays as it was.
     int appkey_get(void* key) { return key_get(at::APPKEY_GET, key); }
     int appkey_set(const void* key) { return carry_out(at::APPKEY, at_hex(key, 16)); }
     int appskey_get(void* key) { return key_get(at::APPSKEY_GET, key); }

@@ -27,8 +27,9 @@ struct DeviceInfo;
 //   - a file that has no size of its own, that is larger than 2 GiB - 1, for which memory is short,
 //     or that gives less than its size: a message box, and the run ends like one whose file can't
 //     be opened;
-//   - a ROM page size or an MTU of 0, and a pack_len below 4: a log line, and the information
-//     exchange fails with TOOL_BAD_REPLY (-5).
+//   - a record with a ROM page size or an MTU of 0: a log line, and the information exchange fails
+//     with TOOL_BAD_REPLY (-5);
+//   - a pack_len below 4, once a page has to be sent: a log line, and the transfer fails.
 class Loader : public QThread
 {
     Q_OBJECT
@@ -38,6 +39,30 @@ public:
     // verify_wait_ms 500.
     explicit Loader(QFramer* framer, QObject* parent = nullptr);
     ~Loader() override;
+
+    // The dialogue, which a run goes through; only for its thread, or for the caller's while no run
+    // is under way. It is a write for each request and a read for each reply; only behind a missed
+    // reply is the framer flushed in front of each request. data points at the first byte of the
+    // packet or block. Results are 0, BLOCK_DIFFERS or a ToolError.
+    static constexpr int BLOCK_DIFFERS = 1;
+
+    // One exchange, and up to retry_count repeats.
+    int dev_info_get();
+    int dev_info_get_retry();
+    // No reply is awaited.
+    void dev_boot_enter();
+    void dev_reboot();
+    // n when the device accepted; _retry gives 0 when retry_count is 0.
+    int packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
+    int packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
+    // True on an abort too: block_verify_retry, which comes next, then refuses. The information
+    // record, which tells page size and MTU, comes before these two.
+    bool block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                    std::uint32_t total);
+    bool file_send(const std::uint8_t* data, std::uint32_t size);
+    int block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final);
+    int block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
+                           bool final);
 
 public slots:
     void abort();
@@ -79,27 +104,9 @@ protected:
     void run() override;
 
 private:
-    // The run, in loader_run.cpp.
     std::optional<std::uint32_t> file_read(std::unique_ptr<std::uint8_t[]>* content);
     void upgrade(const std::uint8_t* data, std::uint32_t size);
     bool boot_reach();
-
-    // The dialogue, in loader_dialogue.cpp. data points at the first byte of the packet or block.
-    // Results are 0, BLOCK_DIFFERS or a ToolError.
-    static constexpr int BLOCK_DIFFERS = 1;
-    int dev_info_get();
-    int dev_info_get_retry();
-    void dev_boot_enter();
-    void dev_reboot();
-    // n when the device accepted.
-    int packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
-    int packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
-    bool block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
-                    std::uint32_t total);
-    int block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final);
-    int block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
-                           bool final);
-    bool file_send(const std::uint8_t* data, std::uint32_t size);
 
     void request_send(const QByteArray& request);
     int info_refusal(const std::uint8_t* reply, int size);

@@ -22,11 +22,12 @@ void pause(std::uint32_t ms)
 
 } // namespace
 
-// A failed write shows as a missing reply. What waits is the late reply to an attempt given up, and
-// must not be taken for the answer to this request.
+// A failed write shows as a missing reply. Once a reply was missed it may come late, and must not
+// be taken for the answer to this request.
 void Loader::request_send(const QByteArray& request)
 {
-    framer->flush();
+    if (reply_missed)
+        framer->flush();
     framer->write(request.constData(), int(request.size()));
 }
 
@@ -35,9 +36,11 @@ int Loader::dev_info_get()
     emit log(tr("ldr: get device info ..."));
     request_send(QByteArray(1, char(BOOT_INFO)));
     std::uint8_t reply[BOOT_INFO_MAX] = {};
-    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_INFO_MAX);
+    const int count =
+        std::min(framer->read(reinterpret_cast<char*>(reply), BOOT_INFO_MAX), BOOT_INFO_MAX);
     const int refusal = info_refusal(reply, count);
     if (refusal != 0) {
+        reply_missed = true; // what came may be chatter of the application, in front of the reply
         emit dev_soft_info_set(QStringLiteral("N/A"));
         emit dev_hard_info_set(nullptr, 0);
         return refusal;
@@ -72,10 +75,6 @@ int Loader::info_refusal(const std::uint8_t* reply, int size)
         emit log(tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0")
                      .arg(info.rom_page_size)
                      .arg(info.mtu));
-        return TOOL_BAD_REPLY;
-    }
-    if (pack_len == 0) {
-        emit log(tr("ldr: packet length below 4 bytes, please set a larger one"));
         return TOOL_BAD_REPLY;
     }
     return 0;
@@ -160,7 +159,6 @@ int Loader::packet_send_retry(const std::uint8_t* data, std::uint32_t offset, st
     return result;
 }
 
-// True on an abort too: block_verify_retry, which comes next, then refuses.
 bool Loader::block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
                         std::uint32_t total)
 {
@@ -168,6 +166,10 @@ bool Loader::block_send(const std::uint8_t* data, std::uint32_t offset, std::uin
         if (abort_flag) {
             emit log(tr("ldr: transfer aborted!"));
             return true;
+        }
+        if (mtu == 0) {
+            emit log(tr("ldr: packet length below 4 bytes, please set a larger one"));
+            return false;
         }
         const std::uint32_t n = std::min(mtu, size - sent);
         const std::uint32_t at = offset + sent;
@@ -231,6 +233,10 @@ int Loader::block_verify_retry(const std::uint8_t* data, std::uint32_t offset, s
 
 bool Loader::file_send(const std::uint8_t* data, std::uint32_t size)
 {
+    if (size > 0 && rom_page_size == 0) {
+        emit log(tr("ldr: ROM page size not known, get device info first"));
+        return false;
+    }
     for (std::uint32_t offset = 0; offset < size;) {
         emit upgrade_progress(int(size), int(offset));
         const std::uint32_t n = std::min(rom_page_size, size - offset);

@@ -3,6 +3,7 @@
 #include "loader.h"
 
 #include "bootdialogue.h"
+#include "qframer.h"
 #include "toolerror.h"
 
 #include <QElapsedTimer>
@@ -86,6 +87,7 @@ void Loader::run()
     emit upgrade_progress(int(*size), 0);
 
     reply_missed = false;
+    framer->flush(); // what an earlier run has left behind answers nothing of this one
     QElapsedTimer stopwatch;
     stopwatch.start();
     upgrade(content.get(), *size);
@@ -158,6 +160,7 @@ bool Loader::boot_reach()
         emit log(tr("ldr: Upgrade progress aborted"));
         return false;
     }
+    framer->flush(); // what the application said last, or the reset made of the line
     if (dev_info_get_retry() != 0) {
         emit msgbox(tr("Get device info failed after device enter boot mode"));
         return false;

@@ -60,6 +60,35 @@ TEST_F(CtlUpgrade, TellsWhyAnUpgradeCannotBe)
     EXPECT_EQ(run_ctl({"upgrade", file, "--link", "tcp:127.0.0.1:1"}).exit, 3);
 }
 
+// What goes wrong on the way, and that the same command again puts it right.
+TEST_F(CtlUpgrade, ADeviceThatFailsOnTheWayIsToldFromALostLink)
+{
+    const QString file = firmware_file(sandbox, "M1_2.bin", 30000);
+    const struct
+    {
+        QStringList fault;
+        int exit;
+        const char* error;
+    } rows[] = {
+        {{"--silent-after", "12"}, 4, "the transfer failed"},
+        {{"--cut-after", "12"}, 3, "the connection is lost"},
+        {{"--mtu", "0"}, 1, "neither may be 0"},
+    };
+    for (const auto& row : rows) {
+        {
+            const Simulated sim(module(row.fault));
+            const CtlResult failed = run_ctl(upgrade(file));
+            EXPECT_EQ(failed.exit, row.exit) << failed.err.toStdString();
+            EXPECT_TRUE(failed.err.contains(row.error)) << failed.err.toStdString();
+        }
+        Simulated sim(module());
+        EXPECT_EQ(run_ctl(upgrade(file)).exit, 0);
+        sim.end();
+        EXPECT_EQ(image(file), content_of(file));
+        QFile::remove(sandbox.path("rom"));
+    }
+}
+
 TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)
 {
     Simulated sim(module({"--baud", "115200"}));

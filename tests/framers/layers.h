@@ -85,3 +85,11 @@ inline QStringList lines(QSignalSpy& log)
         texts += log.takeFirst().first().toString();
     return texts;
 }
+
+inline QByteArray sent_frame(NotingFramer& below, QFramer& framer, const QByteArray& payload)
+{
+    below.calls.clear();
+    send(framer, payload);
+    const QString call = below.calls.filter("write ").value(0);
+    return QByteArray::fromHex(call.mid(int(std::strlen("write "))).toLatin1());
+}

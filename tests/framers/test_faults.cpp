@@ -36,15 +36,6 @@ struct Stacks
         cnet.target_set(std::uint16_t(0x1234));
         dorv.link_set(link);
     }
-
-    void take_layers_away()
-    {
-        for (QFramer* framer :
-             {(QFramer*)&crc16, (QFramer*)&rtu, (QFramer*)&chan, (QFramer*)&cnet, (QFramer*)&rwlt})
-            framer->lower_set(nullptr);
-        dorv.framer_set(nullptr);
-        bytes.link_set(nullptr);
-    }
 };
 
 struct Row
@@ -171,7 +162,11 @@ TEST_P(EachFramer, WorksOnAGoodLinkAndGivesItsCodesOnNone)
     EXPECT_EQ(send(framer, PAYLOAD), row.write_closed);
     EXPECT_EQ(receive(framer, 2).result, row.read_closed);
 
-    stacks.take_layers_away();
+    for (QFramer* each : std::initializer_list<QFramer*>{&stacks.crc16, &stacks.rtu, &stacks.chan,
+                                                         &stacks.cnet, &stacks.rwlt})
+        each->lower_set(nullptr);
+    stacks.dorv.framer_set(nullptr);
+    stacks.bytes.link_set(nullptr);
     framer.flush();
     EXPECT_EQ(send(framer, PAYLOAD), row.write_alone);
     EXPECT_EQ(receive(framer, 2).result, row.read_alone);
@@ -206,6 +201,31 @@ TEST_P(EachFramer, SurvivesALinkThatFailsAtAnyCall)
             if (!link.failed())
                 break;
         }
+    }
+}
+
+// Stores what it is asked for, but tells of more.
+class BoastfulLink : public MemoryLink
+{
+public:
+    int read(char* buffer, int nbytes) override
+    {
+        const int count = MemoryLink::read(buffer, nbytes);
+        return count > 0 ? count + 100000 : count;
+    }
+};
+
+TEST_P(EachFramer, ReadsNothingBehindItsBufferThoughTheLayerBelowTellsOfMore)
+{
+    const Row& row = GetParam();
+    BoastfulLink link;
+    Stacks stacks(&link);
+    for (const int nbytes : {2, 2000}) { // a frame on the stack, and one on the heap
+        link.flush();
+        link.arrive(row.frame + QByteArray(nbytes, 'x'));
+        std::vector<char> buffer(std::size_t(nbytes), '\0');
+        const int result = row.framer(stacks).read(buffer.data(), nbytes);
+        EXPECT_TRUE(result <= nbytes || &row.framer(stacks) == &stacks.bytes) << result;
     }
 }
 

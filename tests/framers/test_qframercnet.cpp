@@ -1,4 +1,4 @@
-// QFramerCnet: data frames to a target, and the local device's response to each.
+// QFramerCnet: sends to a target, and the local device's response to each.
 #include "layers.h"
 #include "qframercnet.h"
 
@@ -91,49 +91,12 @@ TEST(QFramerCnet, AddressesOneFrameWithoutChangingTheTarget)
                            "write aa 04 d2 fe 01 7f 55", "write aa 03 d3 12 34 55"}));
 }
 
-TEST(QFramerCnet, TakesDataFramesOfItsTargetOnly)
-{
-    const QString failed = "cnet: read frame failed or time out, nbytes=%1";
-    const QString invalid = "cnet: not a valid data frame, nbytes=%1";
-    const struct
-    {
-        NotingFramer::Answer came;
-        QByteArray payload;
-        QString log;
-    } rows[] = {
-        {{"AA04D112347F55"_hex}, "7F"_hex, {}},
-        {{"AA07D1123455AAABBA55"_hex}, "55AAABBA"_hex, {}}, // markers inside are payload
-        {{"AA04D112357F55"_hex}, "", "cnet: frame not from target (1235H)"},
-        {{"AA04D100057F55"_hex}, "", "cnet: frame not from target (05H)"},
-        {{"AA03D1123455"_hex}, "", failed.arg(6)},
-        {{}, "", failed.arg(0)},
-        {{{}, -19}, "", failed.arg(-19)},
-        {{"AB04D112347F55"_hex}, "", invalid.arg(7)},
-        {{"AA04D112347F54"_hex}, "", invalid.arg(7)},
-        {{"AA04D212347F55"_hex}, "", invalid.arg(7)},
-        {{"AA05D112347F55"_hex}, "", invalid.arg(7)},
-        {{"AA04D112347F0055"_hex}, "", invalid.arg(8)},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.came.bytes.toHex(' ').toStdString());
-        Cnet cnet;
-        cnet.below.answers = {row.came};
-        const Received got = receive(cnet.framer, 10);
-        EXPECT_EQ(got.result, row.payload.size());
-        EXPECT_EQ(got.bytes, row.payload);
-        EXPECT_EQ(got.touched, !row.payload.isEmpty());
-        EXPECT_EQ(lines(cnet.log).join('\n'), row.log);
-        EXPECT_EQ(cnet.below.calls, QStringList("read 16"));
-    }
-}
-
 TEST(QFramerCnet, CarriesTheLongestPayloadAndRefusesALongerOne)
 {
     Cnet cnet;
     cnet.below.answers = {{SENT}};
     const QByteArray longest(252, '\x55');
-    EXPECT_EQ(send(cnet.framer, longest), 252);
-    const QByteArray frame = QByteArray::fromHex(cnet.below.calls.at(1).mid(6).toLatin1());
+    const QByteArray frame = sent_frame(cnet.below, cnet.framer, longest);
     EXPECT_EQ(quint8(frame.at(1)), 0xFF);
     cnet.below.answers = {{frame}};
     EXPECT_EQ(receive(cnet.framer, 400).bytes, longest);

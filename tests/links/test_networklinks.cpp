@@ -168,6 +168,40 @@ TEST(QLinkTcpip, DeliversWhatItHasTakenBeforeItCloses)
     EXPECT_TRUE(wait_until([&] { return QFileInfo(file).size() == data.size(); }));
 }
 
+// At each line in turn, as a view that gives up or reconnects would.
+TEST(QLinkTcpip, MayBeClosedAndOpenedByAHandlerOfItsLog)
+{
+    const auto peer =
+        NetPeer::socat("TCP-LISTEN:0,bind=127.0.0.1,fork", "SYSTEM:printf abc; sleep 0.02");
+    const tcpip_cfg cfg = loopback(peer->port(), PATIENCE_MS);
+    for (const auto meddle : {&QLinkTcpip::close, &QLinkTcpip::open}) {
+        for (int at = 1, lines = at; lines >= at; ++at) {
+            SCOPED_TRACE(at);
+            QLinkTcpip link(&cfg);
+            link.verbose_set(true);
+            lines = 0;
+            bool unconnected = false;
+            QObject::connect(&link, &QLinkTcpip::log, &link, [&](const QString& line) {
+                unconnected = unconnected || line == "tcpip: unconnected";
+                if (++lines == at)
+                    (link.*meddle)();
+            });
+            char buffer[10];
+            link.open();
+            link.write("x", 1);
+            EXPECT_LE(link.read(buffer, sizeof buffer), 3);
+            unconnected = false;
+            link.open();
+            EXPECT_TRUE(wait_until([&] { return unconnected; })); // now from an event loop
+            link.flush();
+            if (lines < at)
+                continue;
+            EXPECT_EQ(link.open(), 0);
+            EXPECT_EQ(link.read(buffer, sizeof buffer), 3);
+        }
+    }
+}
+
 TYPED_TEST(NetworkLink, SpeaksUdpBothWays)
 {
     const auto echo = NetPeer::socat("UDP-LISTEN:0,bind=127.0.0.1", "PIPE");
@@ -280,6 +314,8 @@ TYPED_TEST(BridgedLink, NeverHangsOnAPeerThatStopsReading)
     }
     using Link = typename TypeParam::Link;
     EXPECT_EQ(result == megabyte.size(), Traits<Link>::WRITES_AT_ONCE);
+    const tcpip_cfg endless = loopback(0, -1);
+    this->link.settings_set(&endless);
     clock.restart();
     EXPECT_EQ(this->link.close(), 0);
     EXPECT_LT(clock.elapsed(), PATIENCE_MS);
@@ -352,6 +388,42 @@ TEST(QLinkWinsock, SendsDatagramsForMostProtocolsAndDropsAllThatWait)
         link.flush();
         EXPECT_EQ(link.bytes_available(), 0);
     }
+}
+
+TEST(QLinkWinsock, EndsAFlushThoughDatagramsComeAsFastAsTheyAreDropped)
+{
+    BoundSocket peer(SOCK_DGRAM);
+    const tcpip_cfg cfg = loopback(peer.port(), 50, TCPIP_UDP);
+    QLinkWinsock link(&cfg);
+    ASSERT_EQ(link.open(), 0);
+    ASSERT_EQ(link.write("?", 1), 1);
+    char byte;
+    sockaddr_in from;
+    socklen_t size = sizeof from;
+    ASSERT_EQ(::recvfrom(peer.fd, &byte, 1, 0, reinterpret_cast<sockaddr*>(&from), &size), 1);
+    QElapsedTimer clock;
+    clock.start();
+    const auto send_one = [&] {
+        if (clock.elapsed() < PATIENCE_MS)
+            ::sendto(peer.fd, "stale", 5, 0, reinterpret_cast<sockaddr*>(&from), size);
+    };
+    send_one();
+    ASSERT_TRUE(wait_until([&] { return link.bytes_available() > 0; }));
+    link.log_hex_set(true);
+    QObject::connect(&link, &QLinkWinsock::log, send_one); // at each read
+    link.flush();
+    EXPECT_LT(clock.elapsed(), PATIENCE_MS);
+}
+
+TEST(QLinkWinsock, EndsTheAddressInsideItsField)
+{
+    tcpip_cfg cfg = loopback(0x3131, 100);
+    std::memset(cfg.addr, '9', sizeof cfg.addr);
+    QLinkWinsock link(&cfg);
+    LinkLog log(&link);
+    EXPECT_EQ(link.open(), -1);
+    EXPECT_EQ(log.take(),
+              QStringList("tcpip: connect to host " + QString(63, '9') + ":12593 failed"));
 }
 
 TEST(QLinkWinsock, LeavesNothingBehindAFailedOpen)

@@ -5,7 +5,9 @@
 #include "wait.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QSignalSpy>
+#include <QTimer>
 #include <ctime>
 #include <gtest/gtest.h>
 
@@ -118,6 +120,38 @@ TEST(EventPort, BoundsWhatWaitsToBeSent)
     // A peer that starts to read gets all of it, and then there is room again.
     EXPECT_EQ(open.pty.read(int(accepted)).size(), accepted);
     EXPECT_EQ(open.port.write(block), block.size());
+}
+
+TEST(EventPort, TakesAnyWriteWhileIdle)
+{
+    OpenPort open(50);
+    const QByteArray data = mixed_bytes(int(QextSerialPort::WRITE_LIMIT) + 1000);
+    ASSERT_EQ(open.port.write(data), data.size());
+    EXPECT_LT(open.port.write("x"), 0);
+    EXPECT_EQ(open.pty.read(data.size()), data);
+}
+
+TEST(EventPort, AnnouncesBytesInsideItsOwnSignal)
+{
+    OpenPort open;
+    QByteArray all;
+    bool nested = false;
+    QObject::disconnect(&open.port, &QIODevice::readyRead, nullptr, nullptr);
+    QObject::connect(&open.port, &QIODevice::readyRead, [&] {
+        all += open.port.readAll();
+        if (std::exchange(nested, true))
+            return;
+        open.pty.write("second");
+        QEventLoop box; // as one that is open here would run
+        QTimer patience;
+        QObject::connect(&patience, &QTimer::timeout, &box, &QEventLoop::quit);
+        patience.start(5000);
+        QObject::connect(&open.port, &QIODevice::readyRead, &box, &QEventLoop::quit);
+        box.exec();
+        EXPECT_EQ(all, "firstsecond");
+    });
+    open.pty.write("first");
+    EXPECT_TRUE(wait_until([&] { return all == "firstsecond"; }));
 }
 
 TEST(EventPort, CloseLetsAcceptedBytesOut)

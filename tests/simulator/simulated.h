@@ -22,9 +22,13 @@ public:
             [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
         address = QString::fromLocal8Bit(process.readLine()).trimmed();
     }
+    // Asks it to end, so that it takes its link with it: one left behind may lead to somebody
+    // else's tty by the time the next simulator looks at it.
     ~Simulated()
     {
-        process.kill();
+        process.terminate();
+        if (!process.waitForFinished())
+            process.kill();
         process.waitForFinished();
     }
 

@@ -46,7 +46,7 @@ public:
         if (opened)
             waiting.clear();
     }
-    int bytes_available() override { return opened ? waiting.size() : LINK_CLOSED; }
+    int bytes_available() override { return opened ? int(waiting.size()) : LINK_CLOSED; }
     int getchar() override
     {
         char byte = 0;

@@ -1,4 +1,5 @@
-// Waiting for a condition with the event loop running, so that no test depends on a machine's speed.
+// Waiting for a condition with the event loop running, so that no test depends on a machine's
+// speed.
 #pragma once
 
 #include "print.h"

@@ -79,7 +79,7 @@ TEST_F(WindowTest, CataloguesKnowEveryText)
         const std::string text = key.first.toStdString() + ": " + key.second.toStdString();
         const auto listed = english.find(key);
         ASSERT_NE(listed, english.end()) << text;
-        EXPECT_EQ(listed->second.translation, key.second);
+        EXPECT_EQ(listed->second.translation, "") << text;
         const auto entry = chinese.find(key);
         if (!CHINESE_CONTEXTS.contains(key.first)) {
             EXPECT_EQ(entry, chinese.end()) << text;
@@ -101,8 +101,13 @@ TEST_F(WindowTest, SpeaksChineseUnlessToldOtherwise)
     window_start();
     EXPECT_EQ(find<QPushButton>("pushButton_send")->text(), "\u53D1\u9001(&s)");
     EXPECT_EQ(find<QCheckBox>("checkBox_loop")->text(), "\u56DE\u53D1\u6A21\u5F0F");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#else
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#endif
     QTranslator toolkit;
-    if (!toolkit.load("qtbase_zh_CN", QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+    if (!toolkit.load("qtbase_zh_CN", folder))
         GTEST_SKIP() << "the toolkit's own catalogue isn't installed";
     const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
     EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(),

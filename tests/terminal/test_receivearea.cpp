@@ -120,7 +120,8 @@ protected:
     }
     void mouse(QEvent::Type type, const QPoint& point, Qt::MouseButtons buttons = Qt::LeftButton)
     {
-        QMouseEvent event(type, point, Qt::LeftButton, buttons, Qt::NoModifier);
+        const QPoint on_screen = area.viewport()->mapToGlobal(point);
+        QMouseEvent event(type, point, point, on_screen, Qt::LeftButton, buttons, Qt::NoModifier);
         QCoreApplication::sendEvent(area.viewport(), &event);
     }
     void drag(const QPoint& from, const QPoint& to)

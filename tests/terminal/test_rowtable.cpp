@@ -30,8 +30,9 @@ testing::AssertionResult wraps(const RowTable& table, const QString& text)
             failure << " goes from " << found[i].start << " to " << found[i].end;
         if (i < wanted.size())
             failure << " instead of " << wanted[i].start << " to " << wanted[i].end;
-        return failure << " of "
-                       << text.mid(wanted[i].end - 6, 12).toUtf8().toPercentEncoding().toStdString();
+        return failure
+               << " of "
+               << text.mid(wanted[i].end - 6, 12).toUtf8().toPercentEncoding().toStdString();
     }
     return testing::AssertionSuccess();
 }

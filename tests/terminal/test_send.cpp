@@ -1,5 +1,6 @@
 #include "windowtest.h"
 
+#include <QAction>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProgressBar>
@@ -165,6 +166,35 @@ TEST_F(Send, KeepsTicksQuietUnderABox)
     EXPECT_TRUE(checked("checkBox_auto_send"));
     type("well");
     EXPECT_EQ(pty.read(4), "well");
+}
+
+TEST_F(Send, GoesOnUnderOtherBoxes)
+{
+    start();
+    type("a");
+    check("checkBox_auto_send");
+    answers.under_box = [this] {
+        pty.read_now();
+        EXPECT_EQ(pty.read(3), "aaa");
+    };
+    find<QAction>("action_about")->trigger();
+    EXPECT_FALSE(answers.under_box);
+}
+
+TEST_F(Send, LeavesFileModeWithThePort)
+{
+    start();
+    answers.file = file_of(10);
+    answers.under_dialog = [this] { click("pushButton_open"); };
+    check("checkBox_send_file");
+    EXPECT_FALSE(checked("checkBox_send_file"));
+    EXPECT_EQ(find<QPlainTextEdit>("plainTextEdit_send")->toPlainText(), "");
+
+    find<QWidget>("checkBox_send_file")
+        ->setEnabled(true); // as the ends of other modes may leave it
+    check("checkBox_send_file");
+    QMetaObject::invokeMethod(window.get(), "on_pushButton_send_clicked");
+    EXPECT_EQ(answers.boxes, QStringList("note|port not opened"));
 }
 
 TEST_F(Send, SendsAFileToASlowReader)

@@ -30,6 +30,8 @@ void Answers::answer()
         box->accept();
     } else if (auto* const chooser = qobject_cast<QFileDialog*>(dialog)) {
         file_caption = chooser->windowTitle();
+        if (const auto run = std::exchange(under_dialog, nullptr))
+            run();
         if (file.isEmpty()) {
             chooser->reject();
             return;

@@ -29,6 +29,7 @@ public:
     QString file_caption;                          // of the last one
     std::function<bool(QLinkCfgDlg&)> link_dialog; // true for OK; null takes what it shows
     std::function<void()> under_box;               // runs once while a message box is open
+    std::function<void()> under_dialog;            // the same for a file dialog
 
 private:
     void answer();

@@ -77,10 +77,10 @@ std::vector<Query> queries()
         {"00FF0AB001234567", "00ff0ab001234567"}, {"00FF0AB00123456", "-"}};
     const auto keys = {std::pair<QByteArray, QString>
         {"000102030405060708090a0B0c0D0e0F99\r\n", "000102030405060708090a0b0c0d0e0f"},
-        {" 1 2 3f  4\r\n5", "01023f04000000000000000000000000"}, // the last digit stands alone
-        {"12x34", "12000000000000000000000000000000"},
-        {"1x", "00000000000000000000000000000000"},
-        {QByteArray("12\00034", 5), "12000000000000000000000000000000"}};
+        {" 1 2 3f  4\r\n5", "01023f04eeeeeeeeeeeeeeeeeeeeeeee"}, // the last digit stands alone
+        {"12x34", "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
+        {"1x", "eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
+        {QByteArray("12\00034", 5), "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"}};
     return {
         {[](DorvCfg& c) { return shown(c.mode_is_radio(), "yes"); }, "at+mode=?\r",
          {{"radio\r\n", "yes"}, {"mac\r\n", "-"}, {" radio", "-"}}},
@@ -90,7 +90,8 @@ std::vector<Query> queries()
          {{"mac", "yes"}, {"ma", "-"}, {"pmac", "-"}}},
         {address, "at+devaddr=?\r",
          {{"0xAb12\r\nok\r\n", "ab12"}, {"ffffffff", "ffffffff"}, {"12", "-"}, {"100000000", "-"},
-          {"0x\r\n", "-"}, {"error\r\n", "-"}, {"-12\r\n", "-"}}},
+          {"0x\r\n", "-"}, {"+error\r\n", "-"}, {"-12\r\n", "-"}, {"0x1fok", "1f"},
+          {" 12,3", "12"}}},
         {choice<&DorvCfg::join_get>, "at+join=?\r",
          {{"otaa,1\r\n", "0"}, {"abp\r\n", "1"}, {"abp otaa", "0"}, {"error", "-"}}},
         {choice<&DorvCfg::class_get>, "at+class=?\r",

@@ -174,6 +174,25 @@ TEST(CnetCfg, SaysWhatIsWrongWithAFrame)
     EXPECT_EQ(CnetCfg(nullptr).resp_read(0xD1, nullptr, 0), -19);
 }
 
+// More than it was asked for, as a link that hands on whole datagrams may.
+class GenerousLink : public MemoryLink
+{
+public:
+    int read(char* buffer, int nbytes) override { return MemoryLink::read(buffer, nbytes + 256); }
+};
+
+TEST(CnetCfg, DropsWhatALinkGivesBeyondTheNeed)
+{
+    GenerousLink link;
+    CnetCfg cfg(&link);
+    QSignalSpy logs(&cfg, &CnetCfg::log);
+    link.reply(hex("AB D1") + QByteArray(7, '\1') + hex("02 03 BA"));
+    QByteArray out(7, '\0');
+    EXPECT_EQ(cfg.local_info_get(out.data()), 7);
+    EXPECT_EQ(out, QByteArray(7, '\1'));
+    EXPECT_EQ(logs.takeFirst()[0].toString(), "read bytes (9) is greater then needed (7)");
+}
+
 TEST(CnetCfg, HandsOutBothValuesOfALongAddress)
 {
     MemoryLink link;

@@ -123,8 +123,7 @@ TEST(Loader, EndsEachFailureWithItsBoxAndWithoutReboot)
          "ldr: device ROM page size 0B, MTU 1024B: neither may be 0", "aaa"},
         {"MTU 0", [](B& b) { b.module.mtu = 0; }, {no_info},
          "ldr: device ROM page size 4096B, MTU 0B: neither may be 0", "aaa"},
-        {"pack_len 3", [](B& b) { b.loader.pack_len_set(3); }, {no_info},
-         "ldr: packet length below 4 bytes, please set a larger one", "aaa"},
+        {"pack_len 3", [](B& b) { b.loader.pack_len_set(3); }, {}, send_failed, "abad"},
         {"other module", [](B& b) { b.module.name = "M2%1"; }, {wrong_firmware, no_info},
          "hard info (5 bytes): a1 02 03 04", "a"},
         {"lost in boot", [](B& b) { b.module.fault = spoil('a', SILENCE, 2); }, {no_info_in_boot},
@@ -161,6 +160,32 @@ TEST(Loader, EndsEachFailureWithItsBoxAndWithoutReboot)
             EXPECT_TRUE(transcript.contains("hard none"));
         }
     }
+}
+
+TEST(Loader, TakesRepliesThatWaitUntilItHasMissedOne)
+{
+    Bench bench;
+    const QByteArray data(4096, 'x');
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(data.constData());
+    bench.module.fault = [](const QByteArray&) { return SILENCE; };
+    bench.link.arrive(QByteArray("e\0", 2) + QByteArray("d\1d\0", 4));
+    EXPECT_EQ(bench.loader.packet_send(bytes, 0, 8), 8);
+    EXPECT_EQ(bench.loader.block_verify(0, 0, 8, false), Loader::BLOCK_DIFFERS);
+    EXPECT_EQ(bench.loader.block_verify(0, 0, 8, true), 0);
+    EXPECT_FALSE(bench.loader.file_send(bytes, 8)); // of a device not asked yet
+    EXPECT_FALSE(bench.loader.block_send(bytes, 0, 8, 8));
+
+    bench.module.fault = nullptr;
+    bench.link.arrive("boot banner");
+    EXPECT_EQ(bench.loader.dev_info_get(), -5);
+    bench.link.arrive("more");
+    EXPECT_EQ(bench.loader.dev_info_get(), 0);
+    bench.loader.dev_boot_enter();
+    EXPECT_EQ(bench.loader.dev_info_get_retry(), 0);
+    EXPECT_TRUE(bench.loader.file_send(bytes, 4096));
+    EXPECT_EQ(bench.module.flash, data);
+    bench.loader.dev_reboot();
+    EXPECT_EQ(bench.module.reboots, 1);
 }
 
 TEST(Loader, RefusesFilesThatItCannotReadWhole)

@@ -175,6 +175,9 @@ TEST(CnetSearch, EndsAtOnceWithNothingToDoOrARefusalOrAClosedLink)
     Search search;
     ASSERT_EQ(search.cfg.search_all(0xFFC00000, 7), 0); // no channel that counts
     EXPECT_EQ(search.finish(), (QStringList{"started 0", "finished"}));
+    search.cfg.setStackSize(1); // too small for a thread
+    ASSERT_EQ(search.cfg.search_all(1, 1), 0);
+    search.cfg.setStackSize(0);
     ASSERT_EQ(search.cfg.search_begin(1, 1, nullptr, 0xD2), 0); // no search
     EXPECT_EQ(search.finish(), QStringList());
 

@@ -14,3 +14,9 @@ for size in 16 32 48 256; do
 done
 convert "$sizes/16.png" "$sizes/32.png" "$sizes/48.png" "$sizes/256.png" corvane.ico
 rm -r "$sizes"
+# The icon of the desktop entry, in the sizes that desktops look for.
+for size in 16 22 24 32 48 64 128 256; do
+  folder=../../../packaging/icons/${size}x${size}/apps
+  mkdir -p "$folder"
+  rsvg-convert -w "$size" -h "$size" title_corvane.svg -o "$folder/tarnwick.png"
+done

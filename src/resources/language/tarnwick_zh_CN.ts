@@ -361,6 +361,10 @@
         <translatorcomment>never seen: the title is set by the program</translatorcomment>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>not a file</source>
+        <translation>不是文件</translation>
+    </message>
 </context>
 <context>
     <name>QLinkCfgDlg</name>

@@ -8,10 +8,9 @@ lupdate=$(command -v lupdate || echo /usr/lib/qt5/bin/lupdate)
   terminal linkcfg checksum $(ls links/qlinkserial.* 2>/dev/null) -ts resources/language/tarnwick_zh_CN.ts
 "$lupdate" -silent -locations none -no-obsolete -extensions h,cpp,ui \
   terminal linkcfg checksum serialport links framers tools -ts resources/language/tarnwick_en_US.ts
-# The toolkit refuses a catalogue without a translation, so the English one repeats the sources. The
+# The English catalogue translates nothing: it lists the texts, and the source text is what shows. The
 # framers' texts are listed by the class that says them, though tr() takes them from their base.
-perl -0pi -e 's{<source>([^<]*)</source>(\s*)<translation type="unfinished"></translation>}{<source>$1</source>$2<translation>$1</translation>}g;
-  s{ type="unfinished"}{}g;
+perl -0pi -e 's{<translation[^>]*>[^<]*</translation>}{<translation type="unfinished"></translation>}g;
   s{<name>QFramer</name>}{<name>QFramerCnet</name>};
   s{(\s*<message>\s*<source>rwlt: )}{\n</context>\n<context>\n    <name>QFramerRwlt</name>$1}' \
   resources/language/tarnwick_en_US.ts

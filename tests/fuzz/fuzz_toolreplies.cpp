@@ -1,0 +1,62 @@
+// The parsers of the device tools: the first byte picks one, the rest is a device's answer.
+
+#include "atreply.h"
+#include "bootdialogue.h"
+#include "cnetframe.h"
+
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+void boot_record(const QByteArray& reply)
+{
+    if (reply.size() < BOOT_INFO_MIN)
+        return;
+    const std::vector<std::uint8_t> record(reply.begin(), reply.end());
+    const DeviceInfo info = device_info(record.data(), int(record.size()));
+    const int named = info.name ? int(info.name->size()) : 0;
+    require(named + info.hard_info_size <= reply.size() - BOOT_INFO_MIN);
+    soft_info(info);
+    hard_info_text("%1 %2 %3 %4 %5", info.hard_info, info.hard_info_size);
+    firmware_fits("M1_1.bin", info.name.value_or(QString()));
+}
+
+void at_replies(const QByteArray& reply)
+{
+    require(at_key(reply).size() <= 16);
+    at_address(reply);
+    for (const QByteArray& field : at_fields(reply, 3)) {
+        at_float(field);
+        at_word(field);
+    }
+    for (const QString& device : at_devices(reply))
+        require(!device.contains('\n'));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    const QByteArray reply(reinterpret_cast<const char*>(data) + 1, int(size - 1));
+    switch (data[0] % 3) {
+    case 0:
+        boot_record(reply);
+        break;
+    case 1:
+        at_replies(reply);
+        break;
+    default:
+        if (const auto response = cnet_response(reply))
+            require(response->payload.size() == reply.size() - CNET_FRAMING);
+    }
+    return 0;
+}

@@ -86,7 +86,7 @@ Row measure_row(const Work& work, const Sizes& sizes)
         wanted.reader = Reader::document;
         document.push_back(measure(wanted));
         wanted.reader = Reader::program;
-        wanted.steady_bytes = sizes.steady_s * 300 * 1000;
+        wanted.steady_bytes = sizes.steady_s * 300000;
         wanted.handle = true;
         program.push_back(measure(wanted));
     }

@@ -33,7 +33,7 @@ struct Case
     bool handle = false;       ///< time what a user does with the window
 };
 
-constexpr qint64 MB = 1000 * 1000;
+constexpr qint64 MB = 1000000;
 
 struct Duration
 {

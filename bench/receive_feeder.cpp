@@ -65,7 +65,7 @@ Steps steps_of(Pace pace)
     case Pace::fastest:
         break;
     case Pace::steady:
-        return {512, 300 * 1000};
+        return {512, 300000};
     case Pace::baud:
         return {64, 11520};
     }

@@ -227,8 +227,13 @@ void ReceiveArea::show_position(int position)
 bool ReceiveArea::event(QEvent* event)
 {
     // The stock widget would first look for its cursor to place a menu asked for by a key.
-    if (event->type() == QEvent::ContextMenu)
-        return QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::ContextMenu) {
+        auto* const menu = static_cast<QContextMenuEvent*>(event);
+        if (menu->reason() == QContextMenuEvent::Keyboard) {
+            contextMenuEvent(menu);
+            return true;
+        }
+    }
     return QPlainTextEdit::event(event);
 }
 

@@ -31,7 +31,7 @@ bool FileSend::open()
 
 QByteArray FileSend::next_chunk()
 {
-    const QByteArray chunk = file.read(chunk_size);
+    QByteArray chunk = file.read(chunk_size);
     done += chunk.size();
     return chunk;
 }

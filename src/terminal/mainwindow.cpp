@@ -7,6 +7,7 @@
 #include "wallclock.h"
 
 #include <QMessageBox>
+#include <QScopedValueRollback>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
@@ -76,7 +77,7 @@ void MainWindow::title_update()
 
 void MainWindow::msgbox(QString msg)
 {
-    const BoxScope scope(*this);
+    const QScopedValueRollback<int> one_more(open_notes, open_notes + 1);
     QMessageBox::information(this, tr("note"), msg, QMessageBox::Ok);
 }
 

@@ -70,25 +70,6 @@ private slots:
     void on_action_about_triggered();
 
 private:
-    // Counts the notes that are open: a failed parse or write shows one in the middle of its work,
-    // so a tick of send_timer under one does nothing. Under other boxes and dialogs sending goes
-    // on.
-    class BoxScope
-    {
-    public:
-        explicit BoxScope(MainWindow& window)
-            : window(window)
-        {
-            ++window.open_boxes;
-        }
-        ~BoxScope() { --window.open_boxes; }
-        BoxScope(const BoxScope&) = delete;
-        BoxScope& operator=(const BoxScope&) = delete;
-
-    private:
-        MainWindow& window;
-    };
-
     void status_bar_fill();
     void title_update();
     void warning_box(const QString& title, const QString& text);
@@ -171,7 +152,9 @@ private:
 
     std::unique_ptr<QTranslator>
         toolkit_translator; // null where the toolkit's catalogue is missing
-    int open_boxes = 0;
+    // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
+    // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
+    int open_notes = 0;
     bool session_failing = false; // the box about a failed write is open, the close comes after it
     std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:
     QProgressBar* file_progress = nullptr; // in the status bar

@@ -144,7 +144,7 @@ void MainWindow::on_checkBox_auto_send_stateChanged(int arg1)
 
 void MainWindow::auto_send_process()
 {
-    if (open_boxes > 0 || !send_data_valid)
+    if (open_notes > 0 || !send_data_valid)
         return;
     port_write(send_data);
     if (send_count_reached())

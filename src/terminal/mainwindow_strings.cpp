@@ -111,7 +111,7 @@ bool MainWindow::row_qualifies(int row) const
 
 void MainWindow::strings_send_in_turn()
 {
-    if (open_boxes > 0)
+    if (open_notes > 0)
         return;
     const int rows = ui->tableWidget_strings->rowCount();
     for (int look = 0; look < rows; ++look) {

@@ -3,9 +3,6 @@
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>
-#include <QFrame>
-#include <QGridLayout>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <array>
@@ -134,72 +131,6 @@ TEST(HashSelectDialog, EndsWithWhatTheUserPressed)
     rejected.click(QDialogButtonBox::Cancel);
     EXPECT_EQ(rejected.dialog.result(), QDialog::Rejected);
     EXPECT_FALSE(rejected.dialog.isVisible());
-}
-
-struct Cell
-{
-    const char* name;
-    const char* class_name;
-    int row, column, columns;
-    const char* text = "";
-    bool enabled = true;
-};
-
-TEST(HashSelectDialog, LaysItsMembersOutInOrder)
-{
-    const Cell cells[] = {
-        {"radioButton_crc32", "QRadioButton", 2, 1, 1, "CRC32"},
-        {"radioButton_sum8", "QRadioButton", 0, 0, 1, "SUM8"},
-        {"buttonBox", "QDialogButtonBox", 17, 0, 2},
-        {"radioButton_base64_decode_hex_with_space", "QRadioButton", 10, 0, 1,
-         "Base64 Decode(HEX with space)"},
-        {"radioButton_base64_decode_ascii", "QRadioButton", 7, 1, 1, "Base64 Decode(ASCII)"},
-        {"radioButton_base64_encode", "QRadioButton", 7, 0, 1, "Base64 Encode"},
-        {"radioButton_crc16", "QRadioButton", 2, 0, 1, "CRC16"},
-        {"radioButton_xor8", "QRadioButton", 1, 0, 1, "XOR8"},
-        {"radioButton_sum16", "QRadioButton", 0, 1, 1, "SUM16"},
-        {"radioButton_crc8", "QRadioButton", 1, 1, 1, "CRC8"},
-        {"checkBox", "QCheckBox", 13, 0, 1, "&Append to send window"},
-        {"line_3", "QFrame", 3, 0, 2},
-        {"line", "QFrame", 11, 0, 2},
-        {"line_2", "QFrame", 6, 0, 2},
-        {"radioButton_sha1", "QRadioButton", 5, 1, 1, "SHA1", false},
-        {"lineEdit", "QLineEdit", 15, 0, 2},
-        {"radioButton_base64_decode_hex", "QRadioButton", 10, 1, 1, "Base64 Decode(HEX no space)"},
-        {"radioButton_md5", "QRadioButton", 5, 0, 1, "MD5"},
-        {"checkBox_msb", "QCheckBox", 13, 1, 1, "MSB"},
-    };
-    HashSelectDialog dialog("1", nullptr);
-    EXPECT_EQ(dialog.windowTitle(), "CRC & Hash");
-    EXPECT_EQ(dialog.size(), QSize(420, 262));
-    const auto* grid = dialog.findChild<QGridLayout*>("gridLayout");
-    ASSERT_EQ(grid, dialog.layout());
-    ASSERT_EQ(grid->count(), int(std::size(cells)));
-    for (int n = 0; n < grid->count(); ++n) {
-        SCOPED_TRACE(cells[n].name);
-        const QWidget* widget = grid->itemAt(n)->widget();
-        ASSERT_EQ(widget->objectName(), cells[n].name);
-        EXPECT_STREQ(widget->metaObject()->className(), cells[n].class_name);
-        int row, column, rows, columns;
-        grid->getItemPosition(n, &row, &column, &rows, &columns);
-        EXPECT_THAT((std::array{row, column, rows, columns}),
-                    testing::ElementsAre(cells[n].row, cells[n].column, 1, cells[n].columns));
-        EXPECT_EQ(widget->isEnabled(), cells[n].enabled);
-        if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
-            EXPECT_EQ(button->text(), cells[n].text);
-            EXPECT_FALSE(button->isChecked());
-        }
-        if (QString(cells[n].name).startsWith("line_") || QString(cells[n].name) == "line") {
-            const auto* frame = qobject_cast<const QFrame*>(widget);
-            EXPECT_EQ(frame->frameShape(), QFrame::HLine);
-            EXPECT_EQ(frame->frameShadow(), QFrame::Sunken);
-        }
-    }
-    const auto* box = dialog.findChild<QDialogButtonBox*>("buttonBox");
-    EXPECT_EQ(box->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    EXPECT_EQ(box->orientation(), Qt::Horizontal);
-    EXPECT_TRUE(box->centerButtons());
-    EXPECT_TRUE(dialog.findChild<QLineEdit*>("lineEdit")->isReadOnly());
 }
 
 } // namespace

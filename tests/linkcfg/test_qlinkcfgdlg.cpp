@@ -8,13 +8,10 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <gtest/gtest.h>
 
@@ -43,29 +40,6 @@ QComboBox* type_box(const QLinkCfgDlg& dialog)
 QPushButton* button(const QLinkCfgDlg& dialog, QDialogButtonBox::StandardButton which)
 {
     return dialog.findChild<QDialogButtonBox*>("button_box")->button(which);
-}
-
-TEST_F(LinkDialog, is_built_from_types_pages_and_buttons)
-{
-    QLinkCfgDlg dialog(nullptr, file.path());
-    EXPECT_EQ(dialog.windowTitle(), "Link config");
-    const QVBoxLayout* layout = qobject_cast<QVBoxLayout*>(dialog.layout());
-    ASSERT_TRUE(layout);
-    ASSERT_EQ(layout->count(), 3);
-    const auto* group = qobject_cast<QGroupBox*>(layout->itemAt(0)->widget());
-    ASSERT_TRUE(group);
-    EXPECT_EQ(group->title(), "Link type");
-    EXPECT_EQ(group->layout()->itemAt(0)->widget(), type_box(dialog));
-    EXPECT_EQ(layout->itemAt(1)->widget(), stack(dialog));
-    EXPECT_EQ(stack(dialog)->frameStyle(), 6);
-    EXPECT_EQ(stack(dialog)->widget(0), dialog.serial_widget());
-    EXPECT_EQ(stack(dialog)->widget(1), dialog.tcpip_widget());
-    for (const int page : {2, 3})
-        EXPECT_EQ(qobject_cast<QLabel*>(stack(dialog)->widget(page))->text(),
-                  "Sorry, not implemented");
-    const auto* buttons = qobject_cast<QDialogButtonBox*>(layout->itemAt(2)->widget());
-    EXPECT_TRUE(buttons->centerButtons());
-    EXPECT_EQ(buttons->buttons().size(), 2);
 }
 
 struct TypeRow

@@ -4,8 +4,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QTest>
@@ -39,48 +37,6 @@ protected:
     DialogFile file;
     std::unique_ptr<QTcpipCfgWidget> page;
 };
-
-TEST_F(TcpipPage, form_has_its_places_ranges_and_texts)
-{
-    open("");
-    const auto* grid = child<QGridLayout>("gridLayout");
-    const struct
-    {
-        int row;
-        const char *label, *text, *widget;
-        int columns;
-    } rows[] = {{0, "label_5", "IP version:", "comboBox_ip_version", 2},
-                {1, "label", "Protocol:", "comboBox_protocol", 2},
-                {2, "label_2", "IPv4 address:", "lineEdit_ipv4_addr", 2},
-                {3, "label_4", "IPv6 address:", "lineEdit_ipv6_addr", 2},
-                {4, "label_3", "Remote port:", "spinBox_remote_port", 1},
-                {6, "label_6", "Local port:", "spinBox_local_port", 1},
-                {7, "label_7", "Time out:", "spinBox_timeot", 1}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(grid->itemAtPosition(row.row, 0)->widget(), child<QLabel>(row.label));
-        EXPECT_EQ(child<QLabel>(row.label)->text(), row.text);
-        int at_row, at_column, row_span, column_span;
-        grid->getItemPosition(grid->indexOf(child<QWidget>(row.widget)), &at_row, &at_column,
-                              &row_span, &column_span);
-        EXPECT_EQ(at_row, row.row);
-        EXPECT_EQ(at_column, 1);
-        EXPECT_EQ(column_span, row.columns) << row.widget;
-    }
-    EXPECT_EQ(grid->itemAtPosition(6, 2)->widget(), child<QCheckBox>("checkBox_random_local_port"));
-    const auto* protocol = child<QComboBox>("comboBox_protocol");
-    QStringList protocols;
-    for (int i = 0; i < protocol->count(); ++i)
-        protocols += protocol->itemText(i);
-    EXPECT_EQ(protocols.join(','), "TCP Client,TCP Server,UDP,UDP Multicast,UDP Broadcast");
-    EXPECT_EQ(child<QSpinBox>("spinBox_remote_port")->maximum(), 65535);
-    EXPECT_EQ(child<QSpinBox>("spinBox_local_port")->maximum(), 65535);
-    const auto* timeout = child<QSpinBox>("spinBox_timeot");
-    EXPECT_EQ(timeout->minimum(), 10);
-    EXPECT_EQ(timeout->maximum(), 10000);
-    EXPECT_EQ(timeout->singleStep(), 10);
-    EXPECT_EQ(timeout->text(), "500 ms");
-    EXPECT_EQ(page->windowTitle(), "Form");
-}
 
 struct FileRow
 {

@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <sys/prctl.h>
 
+namespace {
+// A sleeping process is woken some tens of microseconds late, which is ten bytes at some megabits;
+// so it sleeps until this long before the moment and looks at the clock from there.
+constexpr std::chrono::microseconds EARLY(60);
+} // namespace
+
 Runner::Runner(Device& device, Transport& transport, int baud)
     : device(device)
     , transport(transport)
@@ -31,7 +37,7 @@ void Runner::run(const volatile std::sig_atomic_t& stop, const sigset_t& while_w
         timespec timeout = {};
         if (wake != NEVER) {
             const auto wait = std::max(std::chrono::nanoseconds(0),
-                                       std::chrono::nanoseconds(wake - Clock::now()));
+                                       std::chrono::nanoseconds(wake - EARLY - Clock::now()));
             timeout.tv_sec = time_t(wait.count() / 1'000'000'000);
             timeout.tv_nsec = long(wait.count() % 1'000'000'000);
         }

@@ -29,7 +29,7 @@ QString system_error()
 // The folder counts as one of virtual ports only while nobody else can write to it.
 QString private_ports_folder()
 {
-    const QString folder = QextSerialEnumerator::virtual_ports_folder();
+    QString folder = QextSerialEnumerator::virtual_ports_folder();
     if (!QDir().mkpath(QFileInfo(folder).path()))
         fail(QStringLiteral("can't make the folder %1").arg(QFileInfo(folder).path()));
     const QByteArray path = QFile::encodeName(folder);

@@ -18,7 +18,7 @@ QByteArray TalkText::next(int count)
 {
     while (ready.size() < count)
         write_more();
-    const QByteArray bytes = ready.left(count);
+    QByteArray bytes = ready.left(count);
     ready.remove(0, count);
     return bytes;
 }
@@ -88,7 +88,7 @@ QByteArray Talk::transmit(int most, Time now)
         const bool far_behind = now - next_portion > portion_time + std::chrono::milliseconds(100);
         next_portion = (far_behind ? now : next_portion) + portion_time;
     }
-    const QByteArray bytes = started.left(most);
+    QByteArray bytes = started.left(most);
     started.remove(0, most);
     return bytes;
 }

@@ -27,7 +27,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {{"cnet", "serach"}, 2, "cnet search"},
         {{"ports", "--colour"}, 2, "'colour'"},
         {{"upgrade", "--link", "serial:x"}, 2, "FILE is missing"},
-        {{"upgrade", __FILE__}, 2, "--link is missing"},
+        {{"upgrade", "/bin/sh"}, 2, "--link is missing"},
         {{"frame", "send", "--link", "serial:x"}, 2, "nothing to send"},
         {{"frame", "send", "--hex", "1", "--link", "serial:x"}, 2, "  1\n  ^"},
         {{"frame", "send", "--hex", "01", "--link", "serial:x,9600,8Q1"},

@@ -14,7 +14,7 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wformat-security -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Werror)
 if(TARNWICK_SANITIZE)
   add_compile_options(-fsanitize=${TARNWICK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TARNWICK_SANITIZE})

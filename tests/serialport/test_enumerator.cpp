@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -69,7 +70,9 @@ TEST(Enumerator, TellsOfPortsThatComeAndGo)
     QextSerialEnumerator enumerator;
     QSignalSpy came(&enumerator, &QextSerialEnumerator::deviceDiscovered);
     QSignalSpy went(&enumerator, &QextSerialEnumerator::deviceRemoved);
+    const mode_t old_mask = umask(0); // the folder that it makes is private all the same
     enumerator.setUpNotifications();
+    umask(old_mask);
 
     Pty a, b;
     const QString first = a.link_into(sandbox.ports_folder(), "first");

@@ -1,5 +1,6 @@
 #include "qserialcfgwidget.h"
 
+#include "inifile.h"
 #include "qextserialenumerator.h"
 #include "setting.h"
 
@@ -79,7 +80,7 @@ bool operator==(const SerialCfgIndexes& a, const SerialCfgIndexes& b)
 QSerialCfgWidget::QSerialCfgWidget(QWidget* parent, const QString& cfg_file)
     : QWidget(parent)
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup(GROUP);
     initial.port = PORT.read(settings);
     initial.baud = BAUD_RATE.read(settings);
@@ -315,7 +316,7 @@ void QSerialCfgWidget::layout_build()
 
 void QSerialCfgWidget::settings_store() const
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     SerialCfgIndexes now;
     indexes_get(&now);
     settings.beginGroup(GROUP);

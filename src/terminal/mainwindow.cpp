@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include "filesend.h"
+#include "inifile.h"
 #include "pacedlabel.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
@@ -33,10 +34,10 @@ MainWindow::MainWindow(QWidget* parent)
     send_timer->setTimerType(Qt::PreciseTimer);
     frame_clock = wall_time();
 
-    QSettings root(ROOT_FILE, QSettings::IniFormat);
+    IniFile root(ROOT_FILE);
     root.beginGroup("global");
     cfg_file = CFG_FILE.read(root);
-    QSettings current(cfg_file, QSettings::IniFormat);
+    IniFile current(cfg_file);
     current.beginGroup("global");
     language = LANGUAGE.read(current);
 

@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "inifile.h"
 #include "settingkeys.h"
 #include "stringcolumns.h"
 #include "ui_mainwindow.h"
@@ -18,7 +19,7 @@ static constexpr int CREDIBLE_ROWS = 100000;
 
 void MainWindow::config_load()
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup("serial_tool");
     options_load(settings);
     settings.endGroup();
@@ -104,9 +105,9 @@ void MainWindow::config_store()
 {
     // All opened before the first change, as opening one writes what the others have changed in its
     // file. So each file is written once, and no kill can leave one without its list.
-    QSettings root(ROOT_FILE, QSettings::IniFormat);
-    QSettings current(cfg_file, QSettings::IniFormat);
-    QSettings list(cfg_file, QSettings::IniFormat);
+    IniFile root(ROOT_FILE);
+    IniFile current(cfg_file);
+    IniFile list(cfg_file);
 
     root.beginGroup("global");
     CFG_FILE.write_if_changed(root, cfg_file);

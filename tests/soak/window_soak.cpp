@@ -14,7 +14,7 @@ namespace {
 
 constexpr int BLOCK = 4096, BINARY = 256; // bytes of any value at the end of each block of text
 constexpr unsigned LINE_LENGTH = 80;      // on average
-constexpr double MOST_GROWTH_MB = 16;
+constexpr double MOST_GROWTH_MB = 8;
 
 // Writes so many blocks and returns their SHA-256.
 QByteArray feed(int fd, qint64 blocks)
@@ -71,19 +71,21 @@ public:
     }
 
 private:
+    // In the first quarter the toolkit's caches fill with the letters that the bytes happen to
+    // make.
     void receive_and_watch(qint64 bytes)
     {
         constexpr int PARTS = 20;
         const QLabel* const received = counter("RX: ");
-        double first_mb = 0, most_mb = 0;
+        double quarter_mb = 0, most_mb = 0;
         for (int part = 1; part <= PARTS; ++part) {
             while (value(received) < bytes * part / PARTS)
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             most_mb = qMax(most_mb, ProcessFigures::now().resident_mb);
-            first_mb = part == 1 ? most_mb : first_mb;
+            quarter_mb = part == PARTS / 4 ? most_mb : quarter_mb;
         }
-        std::printf("memory %.1f MB after a twentieth, later at most %.1f MB\n", first_mb, most_mb);
-        expect(most_mb - first_mb <= MOST_GROWTH_MB, "memory grew");
+        std::printf("memory %.1f MB after a quarter, then at most %.1f MB\n", quarter_mb, most_mb);
+        expect(most_mb - quarter_mb <= MOST_GROWTH_MB, "memory grew");
     }
 };
 

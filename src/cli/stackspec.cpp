@@ -109,8 +109,10 @@ bool is_dotted_address(const QString& host)
 {
     const QStringList numbers = host.split('.');
     return numbers.size() == 4 && std::all_of(numbers.cbegin(), numbers.cend(), [](auto& part) {
-               bool ok = false;
-               return part.size() <= 3 && part.toUInt(&ok) <= 255 && ok && part[0].isDigit();
+               // The conversion alone would take blanks and signs too.
+               const bool digits = std::all_of(part.cbegin(), part.cend(),
+                                               [](QChar c) { return c >= '0' && c <= '9'; });
+               return digits && !part.isEmpty() && part.size() <= 3 && part.toUInt() <= 255;
            });
 }
 

@@ -6,6 +6,8 @@
 #include "dorv.h"
 #include "fuzzing.h"
 
+#include <memory>
+
 static std::unique_ptr<Module> make_module(int choice)
 {
     switch (choice % 8) {
@@ -30,13 +32,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const ChoiceInput input(data, size);
     const std::unique_ptr<Module> module = make_module(input.choice);
     QByteArray heard = input.rest;
-    bool silence = false;
     while (!heard.isEmpty()) {
-        const int request = module->request_size(heard, silence);
-        require(request >= 0 && request <= heard.size() && (request > 0 || !silence));
-        silence = request == 0;
-        if (silence)
-            continue;
+        int request = module->request_size(heard, false);
+        if (request == 0)
+            request = module->request_size(heard, true);
+        require(request >= 0 && request <= heard.size());
+        if (request == 0)
+            return 0; // the start of a line, which somebody still types
         const Answer answer = module->answer(heard.left(request));
         for (const Reply& reply : answer.replies)
             require(!reply.bytes.isEmpty() && reply.after.count() >= 0);

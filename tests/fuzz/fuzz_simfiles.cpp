@@ -20,6 +20,12 @@ QByteArray told(const DorvMemory& memory)
     return values;
 }
 
+// A file that the module has written is one that it reads.
+QByteArray told_by_file(const QString& path) noexcept
+{
+    return told(DorvMemory(path));
+}
+
 // The first line is set, as in a command; the others are the file.
 void settings(const QString& path, const QByteArray& text)
 {
@@ -32,7 +38,7 @@ void settings(const QString& path, const QByteArray& text)
     const bool done = memory.set(line.left(sign), line.mid(sign + 1));
     require(done || told(memory) == before);
     if (done)
-        require(told(DorvMemory(path)) == told(memory));
+        require(told_by_file(path) == told(memory));
 }
 
 void image(const QString& path, const QByteArray& content)

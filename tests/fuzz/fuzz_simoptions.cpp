@@ -3,6 +3,8 @@
 #include "fuzzing.h"
 #include "options.h"
 
+#include <QCoreApplication>
+
 static bool in(double value, double least, double most)
 {
     return value >= least && value <= most;
@@ -10,6 +12,10 @@ static bool in(double value, double least, double most)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char* argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv); // help texts ask for it
     const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), int(size));
     const ParsedOptions parsed = parse_options(text.split('\n'));
     const Options& options = parsed.options;

@@ -50,14 +50,26 @@ static QextPortInfo hardware_port(const QSerialPortInfo& info)
     return port;
 }
 
+static QString runtime_folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+}
+
 #ifdef Q_OS_UNIX
 
-// Whoever can write into the folder decides where the bytes go.
-static bool only_mine(const QString& folder)
+static bool is_mine(const QString& folder, mode_t refused)
 {
     struct stat about = {};
     return stat(QFile::encodeName(folder).constData(), &about) == 0 && about.st_uid == geteuid() &&
-           (about.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+           (about.st_mode & refused) == 0;
+}
+
+// Whoever can write into the folder decides where the bytes go. With the usual umask of 002 the
+// group can, which is harmless inside a runtime folder that lets nobody else in.
+static bool only_mine(const QString& folder)
+{
+    return is_mine(folder, S_IWGRP | S_IWOTH) ||
+           (is_mine(folder, S_IWOTH) && is_mine(runtime_folder(), S_IRWXG | S_IRWXO));
 }
 
 // Whatever the umask leaves to others.
@@ -126,7 +138,7 @@ QList<QextPortInfo> QextSerialEnumerator::getPorts()
 
 QString QextSerialEnumerator::virtual_ports_folder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/tarnwick/ports";
+    return runtime_folder() + "/tarnwick/ports";
 }
 
 bool QextSerialEnumerator::virtual_ports_folder_make()

@@ -57,6 +57,9 @@ TEST_F(Enumerator, ListsLinksToDevicesInAFolderThatOnlyTheUserCanWriteTo)
     const auto mine = QFile::permissions(sandbox.ports_folder());
     QFile::setPermissions(sandbox.ports_folder(), mine | QFile::WriteOther);
     EXPECT_EQ(virtual_ports(), QStringList());
+    // As a umask of 002 makes it; the runtime folder is closed.
+    QFile::setPermissions(sandbox.ports_folder(), mine | QFile::WriteGroup);
+    EXPECT_EQ(virtual_ports().size(), 2);
 }
 
 TEST_F(Enumerator, TellsOfPortsThatComeAndGo)

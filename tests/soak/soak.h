@@ -68,7 +68,12 @@ template <typename Program> int soak_main(int argc, char** argv, int usual_amoun
     QLoggingCategory::setFilterRules("default.warning=false"); // the platform's, at each dialog
     setvbuf(stdout, nullptr, _IOLBF, 0);
     QApplication application(argc, argv);
-    Program program;
-    program.run(argc > 1 ? atoi(argv[1]) : usual_amount);
-    return program.faults == 0 ? 0 : 1;
+    try {
+        Program program;
+        program.run(argc > 1 ? atoi(argv[1]) : usual_amount);
+        return program.faults == 0 ? 0 : 1;
+    } catch (const std::exception& failure) {
+        std::printf("FAULT: %s\n", failure.what());
+        return 1;
+    }
 }

@@ -10,9 +10,9 @@ QJsonObject CtlResult::json() const
     return document.object();
 }
 
-Ctl::Ctl(const QStringList& arguments, const QByteArray& input)
+Ctl::Ctl(const QString& command, const QByteArray& input)
 {
-    process.start(TARNWICKCTL, arguments);
+    process.start(TARNWICKCTL, command.split(' ', Qt::SkipEmptyParts));
     process.waitForStarted();
     process.write(input);
     process.closeWriteChannel();
@@ -48,9 +48,14 @@ CtlResult Ctl::wait()
     return result;
 }
 
-CtlResult run_ctl(const QStringList& arguments, const QByteArray& input)
+CtlResult run_ctl(const QString& command, const QByteArray& input)
 {
-    return Ctl(arguments, input).wait();
+    return Ctl(command, input).wait();
+}
+
+QJsonObject ctl_json(const QString& command)
+{
+    return run_ctl(command + " --json").json();
 }
 
 QString firmware_file(const Sandbox& sandbox, const QString& name, int size)

@@ -1,11 +1,10 @@
-// The real tarnwickctl as a child process.
+// The real tarnwickctl as a child process. The words of its commands stand between blanks.
 #pragma once
 
 #include "simulated.h"
 
-#include <gtest/gtest.h>
-
 #include <QJsonObject>
+#include <gtest/gtest.h>
 
 struct CtlResult
 {
@@ -20,7 +19,7 @@ struct CtlResult
 class Ctl
 {
 public:
-    explicit Ctl(const QStringList& arguments, const QByteArray& input = {});
+    explicit Ctl(const QString& command, const QByteArray& input = {});
     ~Ctl();
 
     // True once stderr has shown the text.
@@ -33,7 +32,9 @@ private:
     CtlResult result;
 };
 
-CtlResult run_ctl(const QStringList& arguments, const QByteArray& input = {});
+CtlResult run_ctl(const QString& command, const QByteArray& input = {});
+// What it prints with --json.
+QJsonObject ctl_json(const QString& command);
 
 // A file of so many bytes of all values, by its path.
 QString firmware_file(const Sandbox& sandbox, const QString& name, int size);

@@ -10,8 +10,7 @@
 Wire::Wire(const QString& port)
 {
     if (port.startsWith('/')) {
-        fd =
-            ::open(QFile::encodeName(port).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        fd = ::open(QFile::encodeName(port), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
         return;
     }
     sockaddr_in address = {};
@@ -32,33 +31,23 @@ int Wire::write_some(const QByteArray& bytes)
     return count > 0 ? int(count) : 0;
 }
 
-QByteArray Wire::read_some(int most)
-{
-    QByteArray bytes(most, Qt::Uninitialized);
-    const ssize_t count = ::read(fd, bytes.data(), size_t(most));
-    bytes.truncate(count > 0 ? int(count) : 0);
-    return bytes;
-}
-
-QByteArray Wire::read(int count, int quiet_ms)
-{
-    QByteArray bytes;
-    while (bytes.size() < count) {
-        pollfd ready = {fd, POLLIN, 0};
-        if (::poll(&ready, 1, quiet_ms) <= 0)
-            break;
-        const QByteArray more = read_some(count - int(bytes.size()));
-        if (more.isEmpty())
-            break;
-        bytes += more;
-    }
-    return bytes;
-}
-
 QByteArray Wire::exchange(const QByteArray& request, int answer_size, int quiet_ms)
 {
-    write_some(request);
-    return read(answer_size, quiet_ms);
+    QByteArray answer;
+    for (int sent = 0; answer.size() < answer_size;) {
+        pollfd ready = {fd, short(POLLIN | (sent < request.size() ? POLLOUT : 0)), 0};
+        if (::poll(&ready, 1, quiet_ms) <= 0 || (ready.revents & (POLLIN | POLLOUT)) == 0)
+            break;
+        if (ready.revents & POLLOUT)
+            sent += write_some(request.mid(sent, 5000));
+        char part[8192];
+        const int room = qMin(answer_size - int(answer.size()), int(sizeof part));
+        const ssize_t count = ready.revents & POLLIN ? ::read(fd, part, size_t(room)) : -1;
+        if (count == 0)
+            break;
+        answer.append(part, int(qMax(count, ssize_t(0))));
+    }
+    return answer;
 }
 
 QByteArray random_bytes(int count, quint64 seed)

@@ -14,9 +14,10 @@
 class Simulated
 {
 public:
-    explicit Simulated(const QStringList& arguments)
+    // The command's words stand between blanks.
+    explicit Simulated(const QString& command)
     {
-        process.start(TARNWICK_SIM, arguments);
+        process.start(TARNWICK_SIM, command.split(' ', Qt::SkipEmptyParts));
         process.waitForStarted();
         wait_until(
             [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
@@ -26,9 +27,8 @@ public:
     // else's tty by the time the next simulator looks at it.
     ~Simulated()
     {
-        process.terminate();
-        if (!process.waitForFinished())
-            process.kill();
+        end();
+        process.kill();
         process.waitForFinished();
     }
 
@@ -57,14 +57,12 @@ public:
     Wire(const Wire&) = delete;
     Wire& operator=(const Wire&) = delete;
 
-    bool is_open() const { return fd >= 0; }
     // Writes as much as the other side takes now; gives the count.
     int write_some(const QByteArray& bytes);
-    QByteArray read_some(int most = 65536);
-    // Reads until `count` bytes have come, or nothing has for `quiet_ms`.
-    QByteArray read(int count, int quiet_ms = PATIENCE_MS);
-    // Sends a request and reads the answer.
+    // Sends all of the request while it reads what comes, as a terminal program would; ends when
+    // the answer has that size, or when nothing has moved for `quiet_ms`.
     QByteArray exchange(const QByteArray& request, int answer_size, int quiet_ms = PATIENCE_MS);
+    QByteArray read(int count, int quiet_ms = PATIENCE_MS) { return exchange({}, count, quiet_ms); }
 
     int fd = -1;
 };

@@ -64,8 +64,8 @@ std::vector<Operation> operations()
          hex("AB DC AB CD BA"), hex("00 00 81"), -127, -128},
         {[](CnetCfg& c, Memory&) { return c.remote_value_get_ext(LONG, nullptr); },
          hex("AB 6C") + LONG + hex("BA"), LONG + hex("7F 80"), 127, -128},
-        {[](CnetCfg& c, Memory&) { int second = 0; c.remote_value_get_ext(LONG, &second); return second; },
-         hex("AB 6C") + LONG + hex("BA"), LONG + hex("7F 80"), -128, 0},
+        {[](CnetCfg& c, Memory&) { int second = -128; c.remote_value_get_ext(LONG, &second); return second; },
+         hex("AB 6C") + LONG + hex("BA"), LONG + hex("7F 81"), -127, -128},
         {[](CnetCfg& c, Memory&) { return c.cmd_d7_send(SHORT, TWO); }, hex("AB D7 AB CD 00 FF BA"), {}, 7, 7},
         {[](CnetCfg& c, Memory&) { return c.cmd_67_send(LONG, TWO); }, hex("AB 67") + LONG + hex("00 FF BA"), {}, 13, 13},
         {[](CnetCfg& c, Memory&) { return c.cmd_6b_send(LONG, TWO); }, hex("AB 6B") + LONG + hex("00 FF BA"), {}, 13, 13},
@@ -77,14 +77,21 @@ std::vector<Operation> operations()
 }
 // clang-format on
 
-// What the operation makes of this answer.
-int result_of(const Operation& operation, const QByteArray& payload, Memory& memory, int cmd = 0)
+// A link that answers with this payload, and a CnetCfg on it.
+struct Device
 {
+    Device(const Operation& operation, const QByteArray& payload, char cmd = 0)
+    {
+        std::memcpy(memory.words, block().constData(), CNET_BLOCK_SIZE);
+        link.reply(hex("AB") + char(operation.request[1] ^ cmd) + payload + hex("BA"));
+        result = operation.call(cfg, memory);
+    }
+
     MemoryLink link;
-    CnetCfg cfg(&link);
-    link.reply(operation.request.left(1) + char(operation.request[1] ^ cmd) + payload + hex("BA"));
-    return operation.call(cfg, memory);
-}
+    CnetCfg cfg{&link};
+    Memory memory;
+    int result;
+};
 
 } // namespace
 
@@ -93,51 +100,40 @@ TEST(CnetCfg, SendsEachRequestAndTakesNoAnswerButItsOwn)
     for (const Operation& operation : operations()) {
         SCOPED_TRACE(operation.request.toHex().toStdString());
         const QByteArray good = operation.payload;
-        Memory memory;
-        std::memcpy(memory.words, block().constData(), CNET_BLOCK_SIZE);
-        MemoryLink link;
-        CnetCfg cfg(&link);
-        link.arrive(operation.request.left(2) + good + hex("BA")); // to an earlier request
-        EXPECT_EQ(operation.call(cfg, memory), operation.failure);
-        EXPECT_EQ(link.written, QByteArrayList{operation.request});
-        EXPECT_EQ(result_of(operation, good, memory), operation.success);
-        if (good.isEmpty())
-            continue;
-        QByteArrayList wrong = {good.chopped(1)};
-        for (const int place : {0, operation.checked - 1})
-            wrong += place < operation.checked ? QByteArray(good).replace(place, 1, "?") : "";
-        wrong += operation.status ? good.chopped(1) + '\1' : "";
-        for (const QByteArray& payload : wrong)
-            EXPECT_NE(result_of(operation, payload, memory), operation.success);
-        EXPECT_EQ(result_of(operation, good, memory, 1), operation.failure); // another command
-    }
-}
+        Device device(operation, good);
+        EXPECT_EQ(device.result, operation.success);
+        EXPECT_EQ(device.link.written, QByteArrayList{operation.request});
+        device.link.arrive(hex("AB") + operation.request[1] + good + hex("BA")); // too early
+        EXPECT_EQ(operation.call(device.cfg, device.memory), operation.failure);
 
-TEST(CnetCfg, HandsOutTheConfigurationAndWhatFollowsOrNothing)
-{
-    for (const Operation& get : {operations()[2], operations()[3]}) {
-        Memory memory;
-        result_of(get, get.payload + hex("F6"), memory); // longer than the answer may be
-        EXPECT_EQ(memory.words[0], 0U);
-        result_of(get, get.payload, memory);
-        EXPECT_EQ(std::memcmp(memory.words, block().constData(), CNET_BLOCK_SIZE), 0);
-        EXPECT_EQ(QByteArray(memory.extra, 5), FURTHER);
-    }
-}
-
-TEST(CnetCfg, FailsWithoutAnOpenLink)
-{
-    for (const Operation& operation : operations()) {
-        Memory memory;
-        MemoryLink link;
-        CnetCfg cfg(&link);
-        link.close();
-        QSignalSpy logs(&cfg, &CnetCfg::log);
-        const int result = operation.call(cfg, memory);
-        EXPECT_TRUE(result < 0 || operation.success == -128);
+        device.link.close();
+        QSignalSpy logs(&device.cfg, &CnetCfg::log);
+        EXPECT_EQ(operation.call(device.cfg, device.memory), qMin(operation.failure, -1));
         EXPECT_EQ(logs.last()[0].toString(), "cfg: link is not open!!, please check");
         CnetCfg unlinked(nullptr);
-        EXPECT_EQ(operation.call(unlinked, memory) < 0, result < 0);
+        EXPECT_LT(operation.call(unlinked, device.memory), 0);
+        if (good.isEmpty())
+            continue;
+
+        QByteArrayList wrong = {good.chopped(1)};
+        if (operation.checked > 0)
+            wrong << QByteArray(good).replace(0, 1, "?")
+                  << QByteArray(good).replace(operation.checked - 1, 1, "?");
+        if (operation.status)
+            wrong << good.chopped(1) + '\1';
+        for (const QByteArray& payload : wrong)
+            EXPECT_NE(Device(operation, payload).result, operation.success);
+        EXPECT_EQ(Device(operation, good, 1).result, operation.failure); // another command
+    }
+}
+
+TEST(CnetCfg, HandsOutTheConfigurationAndWhatFollows)
+{
+    for (const Operation& get : {operations()[2], operations()[3]}) {
+        QByteArray payload = get.payload;
+        const Device device(get, payload.replace(get.checked, 1, "?")); // not as it was
+        EXPECT_EQ(std::memcmp(device.memory.words, payload.constData() + get.checked, 52), 0);
+        EXPECT_EQ(QByteArray(device.memory.extra, 5), FURTHER);
     }
 }
 

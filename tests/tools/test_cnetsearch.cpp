@@ -59,38 +59,31 @@ TEST(CnetSearch, WalksTwoChannelsAtTwoRatesAndFindsThreeDevices)
     search.answers[hex("1E 00")] = hex("AB D5 01 02 03 04 05 BA AB D5 BA BA BA BA BA BA");
     search.answers[hex("09 02")] = hex("AB D5 00 AB 00 FF 80 BA");
     ASSERT_EQ(search.cfg.search_all(0xFFE00001, 0xFFFFFFF5), 0); // bits above the last are ignored
+    QStringList lines = search.finish();
+    EXPECT_EQ(lines.filter("cfg: searching chan ").size(), 4);
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](auto& line) { return line.startsWith("cfg: "); }),
+                lines.end());
     const QStringList expected = {
         "started 4",
         "progress 0 9 0",
-        "cfg: searching chan 9 with 250 kbps ...",
-        "cfg: set device to chan 9, 250 kbps",
         "> AB D4 09 00 BA",
         "> AB D5 BA",
-        "cfg: read time out",
         "progress 1 30 0",
-        "cfg: searching chan 30 with 250 kbps ...",
-        "cfg: set device to chan 30, 250 kbps",
         "> AB D4 1E 00 BA",
         "> AB D5 BA",
         "found 30 0 01 02 03 04 05",
         "found 30 0 BA BA BA BA BA",
-        "cfg: read time out",
         "progress 2 9 2",
-        "cfg: searching chan 9 with 1 Mbps ...",
-        "cfg: set device to chan 9, 1 Mbps",
         "> AB D4 09 02 BA",
         "> AB D5 BA",
         "found 9 2 00 AB 00 FF 80",
-        "cfg: read time out",
         "progress 3 30 2",
-        "cfg: searching chan 30 with 1 Mbps ...",
-        "cfg: set device to chan 30, 1 Mbps",
         "> AB D4 1E 02 BA",
         "> AB D5 BA",
-        "cfg: read time out",
         "finished",
     };
-    EXPECT_EQ(search.finish(), expected);
+    EXPECT_EQ(lines, expected);
 }
 
 TEST(CnetSearch, SendsItsCommandWithOrWithoutTargetAndEndsThePairAtABadFrame)

@@ -137,8 +137,7 @@ qint64 address_of(const Invocation& invocation, qint64 most)
     const auto address = number_in(text, 0, most);
     if (!address)
         throw usage_failure(QStringLiteral("\"%1\": ADDRESS is a number from 0 to %2, or behind 0x")
-                                .arg(text)
-                                .arg(most));
+                                .arg(text, QString::number(most)));
     return *address;
 }
 

@@ -126,9 +126,8 @@ private:
     {
         if (!ok || !(value >= least && value <= most))
             throw Mistake{QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                              .arg(QLatin1String(name), parser.value(name))
-                              .arg(least)
-                              .arg(most)};
+                              .arg(QLatin1String(name), parser.value(name), QString::number(least),
+                                   QString::number(most))};
         return value;
     }
 

@@ -31,6 +31,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
         {"frame send --hex 01 --link serial:x,9600,8Q1", 2,
          "  serial:x,9600,8Q1\n                 ^"},
+        {"dorv rssi %2 --link serial:x", 2, "\"%2\": ADDRESS"},
         {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
         {"dorv get freq --link serial:x", 2, "can be set, not read"},
         {"dorv get class --link serial:x --frame dorv", 2, "^~~~"},

@@ -60,15 +60,6 @@ QJsonObject ctl_json(const QString& command)
 
 QString firmware_file(const Sandbox& sandbox, const QString& name, int size)
 {
-    QFile file(sandbox.path(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(random_bytes(size, quint64(size)));
-    return file.fileName();
-}
-
-QByteArray content_of(const QString& path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
+    write_file(sandbox.path(name), random_bytes(size, quint64(size)));
+    return sandbox.path(name);
 }

@@ -4,7 +4,7 @@
 #include "simulated.h"
 
 #include <QJsonObject>
-#include <gtest/gtest.h>
+#include <files.h>
 
 struct CtlResult
 {
@@ -38,4 +38,3 @@ QJsonObject ctl_json(const QString& command);
 
 // A file of so many bytes of all values, by its path.
 QString firmware_file(const Sandbox& sandbox, const QString& name, int size);
-QByteArray content_of(const QString& path);

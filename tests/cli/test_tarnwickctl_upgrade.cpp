@@ -34,10 +34,10 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
         const char* image;
         int size;
     } rows[] = {
-        {"serial:boot", "rom", 20000},
-        {QString("tcp:127.0.0.1:%1").arg(server->port()), "rom", 20100},
-        {"tcp:" + network.address, "rom2", 10000},
-        {"rawtcp:" + network.address, "rom2", 10100},
+        {"serial:boot", "rom", 20001},
+        {QString("tcp:127.0.0.1:%1").arg(server->port()), "rom", 20002},
+        {"tcp:" + network.address, "rom2", 10003},
+        {"rawtcp:" + network.address, "rom2", 10005},
     };
     for (const auto& row : rows) {
         const QString file = firmware_file(sandbox, "M1_2.bin", row.size);

@@ -1,7 +1,7 @@
 // boot, cnet and dorv, byte by byte, and what the line does to them.
 #include "simulated.h"
 
-#include <gtest/gtest.h>
+#include <files.h>
 #include <memory>
 #include <poll.h>
 
@@ -24,27 +24,6 @@ void expect_steps(Wire& wire, const std::vector<Step>& steps)
                                               answer.isEmpty() ? SILENCE_MS : PATIENCE_MS);
         ASSERT_EQ(came.toHex(' '), answer.toHex(' ')) << step.request.constData();
     }
-}
-
-// Commands and answers as they are, but for the carriage return behind each command.
-void expect_words(Wire& wire, const std::vector<Step>& steps)
-{
-    for (const Step& step : steps)
-        ASSERT_EQ(wire.exchange(step.request + '\r', int(step.answer.size())), step.answer)
-            << step.request.constData();
-}
-
-QByteArray content(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-}
-
-void set_content(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
 }
 
 const QString SMALL_MODULE = "boot --page 16 --mtu 8 --firmware 2.3.4.5.6 --hard-info deadbeef "
@@ -71,7 +50,7 @@ protected:
 
 TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
 {
-    set_content("image.bin", "an image longer than the new one");
+    write_file("image.bin", "an image longer than the new one");
     Simulated boot(SMALL_MODULE + " --verbose");
     Wire wire(boot.address);
     const std::vector<Step> steps = {
@@ -95,7 +74,7 @@ TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
         {ASK, IN_APPLICATION},
     };
     expect_steps(wire, steps);
-    EXPECT_EQ(content("image.bin"), "0123456789:;<=>?@ABC");
+    EXPECT_EQ(content_of("image.bin"), "0123456789:;<=>?@ABC");
     boot.end();
     const QByteArray told = boot.process.readAllStandardError();
     for (const char* line : {"boot: < 64 00 00 00 00 00 00 00 10 7f 8a 3d 46 00 50 4b\n",
@@ -168,59 +147,60 @@ TEST_F(Modules, ACutLineIsLostOnceAndCanBeOpenedAgain)
     }
 }
 
-TEST_F(Modules, DorvAnswersItsCommands)
+TEST_F(Modules, DorvAnswersItsCommandsAndRemembersUntilItIsReset)
 {
-    Simulated dorv("dorv --partner --start-time 0");
-    Wire wire(dorv.address);
     const QByteArray key = "00112233445566778899aabbccddeeff";
-    const std::vector<Step> steps = {
-        {"+++", "ok\r\n"},
-        {"at+mode=?", "radio\r\n"},
-        {"at+mode=pmac", "ok\r\n"},
-        {"at+mode=wifi", "error\r\n"},
-        {"at+colour=red", "error\r\n"},
-        {"at+sf=255", "ok\r\n"},
-        {"at+sf=256", "error\r\n"},
-        {"at+freq=4294967295", "ok\r\n"},
-        {"at+pwrid=-129", "error\r\n"},
-        {"at+ch=255,4294967295,1,5", "ok\r\n"},
-        {"at+sleep=off,1,timeout,65535", "ok\r\n"},
-        {"at+appkey=" + key, "ok\r\n"},
-        {"at+appkey=" + key.left(31), "error\r\n"},
-        {"at+appkey=?", "error\r\n"},
-        {"at+appkey=?xyz.quendal.zz", key + "\r\n"},
-        {"at+nwkskey=abp," + key, "ok\r\n"},
-        {"at+nwkskey=?abp,xyz.quendal.zz", key + "\r\n"},
-        {"at+rssi=0x10", "+rssi,-56\r\n"},
-        {"at+pmactx=ucast,16,communication quality", "ok\r\n16,-56.5,7.25,10,-56.0,6.5,0\r\n"},
-        {"at+radiotx=2\ra", "ok\r\n+radiorx=2\r\na\r"}, // the CR behind it is payload
-        {"at+mac_send=1\r", "ok\r\n+data=1\r\n\r"},
-        {"at+radiotxraw=3\rab", "ok\r\n+radiorx=-61,7.5,61620D\r\n"},
-        {"at+rxfmt=hex", "ok\r\n"},
-        {"at+radiotx=1\r", "ok\r\n+radiorx=-61,7.5,0D\r\n"},
+    const QString remembering = "dorv --start-time 0 --settings settings";
+    const struct
+    {
+        QString command;
+        std::vector<Step> steps;
+    } rows[] = {
+        {"dorv --partner",
+         {
+             {"+++", "ok\r\n"},
+             {"at+mode=?", "radio\r\n"},
+             {"at+mode=pmac", "ok\r\n"},
+             {"at+mode=wifi", "error\r\n"},
+             {"at+colour=red", "error\r\n"},
+             {"at+sf=255", "ok\r\n"},
+             {"at+sf=256", "error\r\n"},
+             {"at+freq=4294967295", "ok\r\n"},
+             {"at+pwrid=-129", "error\r\n"},
+             {"at+ch=255,4294967295,1,5", "ok\r\n"},
+             {"at+sleep=off,1,timeout,65535", "ok\r\n"},
+             {"at+appkey=" + key, "ok\r\n"},
+             {"at+appkey=" + key.left(31), "error\r\n"},
+             {"at+appkey=?", "error\r\n"},
+             {"at+appkey=?xyz.quendal.zz", key + "\r\n"},
+             {"at+nwkskey=abp," + key, "ok\r\n"},
+             {"at+nwkskey=?abp,xyz.quendal.zz", key + "\r\n"},
+             {"at+rssi=0x10", "+rssi,-56\r\n"},
+             {"at+pmactx=ucast,16,communication quality", "ok\r\n16,-56.5,7.25,10,-56.0,6.5,0\r\n"},
+             {"at+radiotx=2\ra", "ok\r\n+radiorx=2\r\na\r"}, // the CR behind it is payload
+             {"at+mac_send=1\r", "ok\r\n+data=1\r\n\r"},
+             {"at+radiotxraw=3\rab", "ok\r\n+radiorx=-61,7.5,61620D\r\n"},
+             {"at+rxfmt=hex", "ok\r\n"},
+             {"at+radiotx=1\r", "ok\r\n+radiorx=-61,7.5,0D\r\n"},
+         }},
+        {remembering, {{"at+echo=on", "ok\r\n"}, {"at+sf=12", "at+sf=12\r\r\nok\r\n"}}},
+        {remembering,
+         {{"at+echo=off", "at+echo=off\r\r\nok\r\n"},
+          {"at+reboot", "ok\r\n"},
+          {"at+sf=?", "12\r\n"},
+          {"at+def", "ok\r\n"},
+          {"at+sf=?", "7\r\n"}}},
     };
-    expect_words(wire, steps);
-}
-
-TEST_F(Modules, DorvRemembersUntilItIsReset)
-{
-    const std::vector<Step> sessions[] = {
-        {{"at+echo=on", "ok\r\n"}, {"at+sf=12", "at+sf=12\r\r\nok\r\n"}},
-        {{"at+echo=off", "at+echo=off\r\r\nok\r\n"},
-         {"at+reboot", "ok\r\n"},
-         {"at+sf=?", "12\r\n"},
-         {"at+def", "ok\r\n"},
-         {"at+sf=?", "7\r\n"}},
-    };
-    const QString command = "dorv --settings settings --start-time 0";
-    for (const std::vector<Step>& session : sessions) {
-        Simulated dorv(command);
+    for (const auto& row : rows) {
+        Simulated dorv(row.command);
         Wire wire(dorv.address);
-        expect_words(wire, session);
+        for (const Step& step : row.steps)
+            ASSERT_EQ(wire.exchange(step.request + '\r', int(step.answer.size())), step.answer)
+                << step.request.constData();
     }
-    EXPECT_TRUE(content("settings").contains("sf=7\n"));
-    set_content("settings", "sf=7\nsf=lots\n");
-    Simulated refused(command);
+    EXPECT_TRUE(content_of("settings").contains("sf=7\n"));
+    write_file("settings", "sf=7\nsf=lots\n");
+    Simulated refused(remembering);
     EXPECT_EQ(refused.wait_for_exit(), 1);
     EXPECT_TRUE(refused.process.readAllStandardError().contains("line 2, \"sf=lots\""));
 }

@@ -6,8 +6,8 @@
 #include "qframernull.h"
 #include "toolrun.h"
 
-#include <QFile>
 #include <QTemporaryDir>
+#include <files.h>
 
 // 10,000 bytes in which each page differs from the others.
 inline QByteArray firmware()
@@ -28,7 +28,7 @@ public:
         settings.image = dir.filePath("rom");
         settings.version = {1, 2, 3, 4, 5};
         settings.hard_info = "\xA1\x02\x03\x04\x05";
-        write(settings.image, {});
+        write_file(settings.image, {});
         choose("M1_1.bin", firmware());
         link.device = [this](const QByteArray& request) { return reply(request); };
         note(loader, &Loader::log);
@@ -51,7 +51,7 @@ public:
     // The file of the next run.
     void choose(const QString& name, const QByteArray& content)
     {
-        write(dir.filePath(name), content);
+        write_file(dir.filePath(name), content);
         loader.filename_set(dir.filePath(name));
     }
     QStringList run()
@@ -59,24 +59,14 @@ public:
         loader.upgrade_start();
         return finish(loader);
     }
-    void set_flash(const QByteArray& content) { write(settings.image, content); }
-    QByteArray flash() const
-    {
-        QFile file(settings.image);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void set_flash(const QByteArray& content) { write_file(settings.image, content); }
+    QByteArray flash() const { return content_of(settings.image); }
 
     BootSettings settings; // of the module, which starts with the first request
     // Asked first: a reply of its own to this request, or a null one for the module's.
     std::function<QByteArray(const QByteArray& request)> fault;
 
 private:
-    static void write(const QString& path, const QByteArray& content)
-    {
-        QFile file(path);
-        file.open(QIODevice::WriteOnly);
-        file.write(content);
-    }
     QByteArray reply(const QByteArray& request)
     {
         constexpr int HEAD = 14; // a whole verify request

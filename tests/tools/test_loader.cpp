@@ -73,21 +73,21 @@ TEST(Loader, CutsPacketsToTheLowerOfMtuAndPackLen)
         quint16 mtu;
         uint pack_len;
         const char* sizes; // of the requests that write
-    } rows[] = {{1024, 512, "517 517 517 69"},
-                {1024, 1027, "1029 581"},
-                {0xFFFF, 0xFFFFFFFF, "1605"},
-                {700, 0xFFFFFFFF, "705 705 205"}};
+    } rows[] = {{1024, 512, "517 517 517 72"},
+                {1024, 1027, "1029 584"},
+                {0xFFFF, 0xFFFFFFFF, "1608"},
+                {700, 0xFFFFFFFF, "705 705 208"}};
     for (const auto& row : rows) {
         Bench bench;
         bench.settings.mtu = row.mtu;
         bench.loader.pack_len_set(row.pack_len);
-        bench.choose("M1_1.bin", firmware().left(1600));
+        bench.choose("M1_1.bin", firmware().left(1603));
         const QStringList packets = bench.run().filter("> 65");
         EXPECT_EQ(QStringList(packets)
                       .replaceInStrings(QRegularExpression(".*\\.\\. | bytes"), "")
                       .join(' '),
                   row.sizes);
-        EXPECT_EQ(bench.flash(), firmware().left(1600));
+        EXPECT_EQ(bench.flash(), firmware().left(1603));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "slowrows.h"
 
+#include <QStringList>
 #include <algorithm>
 
 namespace {
@@ -29,20 +30,11 @@ std::vector<Cluster> clusters_of(const QString& text, int start, int end)
 
 int column_behind(SlowKind kind, int column, int columns)
 {
-    switch (kind) {
-    case SlowKind::narrow:
-    case SlowKind::blank:
-        return column + 1;
-    case SlowKind::wide:
-        return column + 2;
-    case SlowKind::tab:
+    if (kind == SlowKind::tab)
         return column >= columns ? column
                                  : std::min(columns, column - column % TAB_STOP + TAB_STOP);
-    case SlowKind::mark:
-    case SlowKind::line_end:
-        break;
-    }
-    return column;
+    const bool one_cell = kind == SlowKind::narrow || kind == SlowKind::blank;
+    return column + (kind == SlowKind::wide ? 2 : one_cell ? 1 : 0);
 }
 
 bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
@@ -133,14 +125,9 @@ std::vector<SlowRow> slow_rows(const QString& text, int columns)
 
 QString random_text(std::mt19937& random, int length, bool uneven)
 {
-    static const QString UNEVEN[] = {"\t",
-                                     QString(1, QChar(0x56FD)),
-                                     "e" + QString(1, QChar(0x301)),
-                                     QString(1, QChar(0x301)),
-                                     QString::fromUcs4(U"\U0001F600"),
-                                     QString(1, QChar(QChar::LineSeparator)),
-                                     "\r",
-                                     "\r\n"};
+    static const QStringList UNEVEN = {
+        "\t", u8"\u56FD", u8"\U0001F600", u8"e\u0301", u8"\u0301", u8"\uFFFD",   "\x01",
+        "\r", "\r\n",     u8"\u2028",     u8"\u2029",  u8"\u00A0", QChar(0xFDD0)};
     QString text;
     while (text.size() < length) {
         const unsigned kind = random() % 40;
@@ -149,9 +136,15 @@ QString random_text(std::mt19937& random, int length, bool uneven)
         else if (kind == 6 && random() % 4 == 0)
             text += '\n';
         else if (kind < 12 && uneven)
-            text += UNEVEN[random() % std::size(UNEVEN)];
+            text += UNEVEN[int(random() % unsigned(UNEVEN.size()))];
         else
             text += QString(int(random() % 12), QChar('a' + char(random() % 26)));
     }
     return text;
+}
+
+QString with_plain_breaks(QString text)
+{
+    text.replace("\r\n", "\n").replace('\r', '\n');
+    return text.replace(QChar::ParagraphSeparator, '\n').replace(QChar(0xFDD0), '\n');
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <ostream>
 #include <random>
 #include <vector>
 
@@ -12,6 +13,11 @@ struct SlowRow
 
     bool operator==(const SlowRow& other) const { return start == other.start && end == other.end; }
 };
+
+inline void PrintTo(const SlowRow& row, std::ostream* out)
+{
+    *out << row.start << ".." << row.end;
+}
 
 enum class SlowKind { narrow, blank, tab, wide, mark, line_end };
 
@@ -27,3 +33,6 @@ std::vector<SlowRow> slow_rows(const QString& text, int columns);
 // Paragraphs of words, blanks, tabs, wide and combining characters and line separators, or, if not
 // `uneven`, of words and blanks.
 QString random_text(std::mt19937& random, int length, bool uneven);
+
+// The paragraphs that a QTextDocument makes of inserted text.
+QString with_plain_breaks(QString text);

@@ -1,10 +1,12 @@
 #include "windowtest.h"
 
 #include "qlinkcfgdlg.h"
+#include "stringcolumns.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
@@ -74,19 +76,27 @@ bool WindowTest::port_open()
     };
     click("pushButton_open");
     answers.link_dialog = nullptr;
-    return find<QPushButton>("pushButton_open")->text() == "&close";
+    return !closed();
 }
 
-bool WindowTest::status_shows(const QString& text) const
+void WindowTest::set_row(int row, bool marked, bool hex, const QString& text)
 {
-    for (const QLabel* label : find<QWidget>("statusBar")->findChildren<QLabel*>())
-        if (label->text() == text)
-            return true;
-    return false;
+    table()->item(row, ALIAS_COLUMN)->setCheckState(marked ? Qt::Checked : Qt::Unchecked);
+    table()->item(row, VALUE_COLUMN)->setCheckState(hex ? Qt::Checked : Qt::Unchecked);
+    table()->item(row, VALUE_COLUMN)->setText(text);
 }
 
 bool WindowTest::receive(const QByteArray& data, int total)
 {
     return pty.write(data) &&
-           wait_until([&] { return status_shows(QString("RX: %1").arg(total)); });
+           wait_until([&] { return status().last() == QString("RX: %1").arg(total); });
+}
+
+QStringList WindowTest::status() const
+{
+    QStringList texts;
+    for (const QObject* child : find<QWidget>("statusBar")->children())
+        if (const auto* const label = qobject_cast<const QLabel*>(child))
+            texts += label->text();
+    return texts;
 }

@@ -8,10 +8,10 @@
 #include "wait.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableWidget>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
@@ -57,15 +57,20 @@ protected:
         return widget;
     }
     bool enabled(const char* name) const { return find<QWidget>(name)->isEnabled(); }
+    bool checked(const char* box) const { return find<QCheckBox>(box)->isChecked(); }
     void check(const char* box, bool on = true) { find<QCheckBox>(box)->setChecked(on); }
     void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
-    void type(const QString& text)
-    {
-        find<QPlainTextEdit>("plainTextEdit_send")->setPlainText(text);
-    }
+    void set(const char* spin_box, int value) { find<QSpinBox>(spin_box)->setValue(value); }
+    QString label(const char* button) const { return find<QPushButton>(button)->text(); }
+    bool closed() const { return label("pushButton_open") == "&open"; }
+    void type(const QString& text) { send_area()->setPlainText(text); }
+    QString typed() const { return send_area()->toPlainText(); }
     QString shown() const { return find<QPlainTextEdit>("plainTextEdit_recv")->toPlainText(); }
-    // Status bar texts: "RX: 3" and the like.
-    bool status_shows(const QString& text) const;
+    QTableWidget* table() const { return find<QTableWidget>("tableWidget_strings"); }
+    void set_row(int row, bool marked, bool hex, const QString& text);
+    // The port and its settings in the status bar, and what stands behind it: "CNT: 1 TX: 2 RX: 3".
+    QString description() const { return status().value(1); }
+    QString counters() const { return status().mid(2).join(' '); }
     // Sends bytes to the window and waits until it has counted `total` received ones.
     bool receive(const QByteArray& data, int total);
 
@@ -74,4 +79,8 @@ protected:
     QString port_name;
     Answers answers;
     std::unique_ptr<MainWindow> window;
+
+private:
+    QPlainTextEdit* send_area() const { return find<QPlainTextEdit>("plainTextEdit_send"); }
+    QStringList status() const;
 };

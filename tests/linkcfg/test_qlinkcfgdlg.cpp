@@ -6,6 +6,8 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -59,18 +61,22 @@ TEST_F(LinkDialog, StoresItsPagesAfterCancelToo)
                        "[tcpip_cfg]\ntimeout=20\n");
 }
 
-TEST_F(LinkDialog, TabGoesFromThePageToTheButtonsToTheType)
+TEST_F(LinkDialog, TabGoesDownTheLabelledRowsToTheButtonsAndTheType)
 {
     open("");
     page->show();
     ASSERT_TRUE(wait_until([&] { return page->isActiveWindow(); }));
-    child<QSpinBox>("timeoutSpinBox")->setFocus();
-    QWidgetList visited;
-    for (int tab = 0; tab < 4; ++tab) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        visited += QApplication::focusWidget();
+    child<QComboBox>("portComboBox")->setFocus();
+    const auto* const grid = qobject_cast<QGridLayout*>(page->serial_widget()->layout());
+    const auto tab = [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); };
+    QStringList labels;
+    for (int row = 0; row < 7; ++row, tab()) {
+        labels += qobject_cast<QLabel*>(grid->itemAtPosition(row, 0)->widget())->text();
+        EXPECT_EQ(grid->itemAtPosition(row, 1)->widget(), QApplication::focusWidget()) << row;
     }
-    const auto buttons = child<QDialogButtonBox>("button_box")->buttons();
-    EXPECT_EQ(visited, (QWidgetList{buttons.at(0), buttons.at(1), child<QComboBox>("link_type_box"),
-                                    child<QComboBox>("portComboBox")}));
+    EXPECT_EQ(labels.join(' '),
+              "Port: Baud Rate: Data Bits: Stop Bits: Parity: Flow Ctrl: Timeout:");
+    for (int buttons = 0; buttons < 2; ++buttons, tab())
+        EXPECT_TRUE(qobject_cast<QPushButton*>(QApplication::focusWidget()));
+    EXPECT_EQ(QApplication::focusWidget(), child<QComboBox>("link_type_box"));
 }

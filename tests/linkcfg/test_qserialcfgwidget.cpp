@@ -5,8 +5,6 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QGridLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <map>
@@ -90,46 +88,21 @@ TEST_F(SerialPage, OffersTheRowsThatFilesCountOn)
     const QString rates =
         "110 300 600 1200 2400 4800 9600 14400 19200 38400 56000 57600 74880 76800 115200 128000 "
         "230400 256000 380400 256000 460800 921600 1000000 1152000 ";
-    const struct
-    {
-        const char* box;
-        QString texts, data;
-    } boxes[] = {{"baudComboBox", rates + "custom", rates + "1500000"},
-                 {"dataBitsComboBox", "5 6 7 8", "5 6 7 8"},
-                 {"parityComboBox", "none odd even mark space", "0 1 2 3 4"},
-                 {"stopBitsComboBox", "1 1.5 2", "0 1 2"},
-                 {"flowComboBox", "off hard ware xon/xoff", "0 1 2"}};
+    const std::tuple<const char*, QString, QString> boxes[] = {
+        {"baudComboBox", rates + "custom", rates + "1500000"},
+        {"dataBitsComboBox", "5 6 7 8", "5 6 7 8"},
+        {"parityComboBox", "none odd even mark space", "0 1 2 3 4"},
+        {"stopBitsComboBox", "1 1.5 2", "0 1 2"},
+        {"flowComboBox", "off hard ware xon/xoff", "0 1 2"}};
     for (const auto& [box, texts, data] : boxes)
         EXPECT_EQ(rows_of(child<QComboBox>(box)), std::pair(texts, data));
-}
-
-TEST_F(SerialPage, LaysItsRowsOutInTheOrderOfTab)
-{
-    open("");
-    const auto* grid = qobject_cast<QGridLayout*>(page->layout());
-    page->show();
-    ASSERT_TRUE(wait_until([&] { return page->isActiveWindow(); }));
-    grid->itemAtPosition(0, 1)->widget()->setFocus();
-    QStringList labels;
-    for (int row = 0; row < 7; ++row) {
-        labels += qobject_cast<QLabel*>(grid->itemAtPosition(row, 0)->widget())->text();
-        EXPECT_EQ(grid->itemAtPosition(row, 1)->widget(), QApplication::focusWidget()) << row;
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    EXPECT_EQ(labels.join(' '),
-              "Port: Baud Rate: Data Bits: Stop Bits: Parity: Flow Ctrl: Timeout:");
 }
 
 TEST_F(SerialPage, MendsOnlyTheValuesThatCannotBe)
 {
     const std::string foreign = "[other]\nx=1\n\n[serialSettings]\nzz=1\n";
     const std::string custom = stored({{"baudrate", "24"}, {"custombaud", "123456"}});
-    const struct
-    {
-        std::string before;
-        int baud;
-        std::string after;
-    } rows[] = {
+    const std::tuple<std::string, int, std::string> rows[] = {
         {foreign, 115200, foreign},
         {custom, 123456, custom},
         {stored({{"baudrate", "19"}}), 256000, stored({{"baudrate", "19"}})}, // the second one
@@ -140,11 +113,11 @@ TEST_F(SerialPage, MendsOnlyTheValuesThatCannotBe)
         {stored({{"port", "x"}, {"custombaud", "1e"}, {"timeout", "y"}}), 115200,
          stored({{"custombaud", "1"}, {"timeout", "1"}})},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.before);
-        open(row.before);
-        EXPECT_EQ(page->baud_rate(), row.baud);
-        EXPECT_EQ(close(), row.after);
+    for (const auto& [before, baud, after] : rows) {
+        SCOPED_TRACE(before);
+        open(before);
+        EXPECT_EQ(page->baud_rate(), baud);
+        EXPECT_EQ(close(), after);
     }
 }
 

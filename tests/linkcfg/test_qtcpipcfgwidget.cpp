@@ -38,13 +38,7 @@ const std::string ALL_SET = "[tcpip_cfg]\nip_version=1\nprotocol=3\nipv4_addr=10
 
 TEST_F(TcpipPage, ShowsItsFileAndMendsOnlyTheValuesThatCannotBe)
 {
-    const struct
-    {
-        std::string before;
-        const char* addr;
-        const char* editable;
-        std::string after;
-    } rows[] = {
+    const std::tuple<std::string, const char*, const char*, std::string> rows[] = {
         {"", "192.168.100.101", "ipv4_addr", ""},
         {ALL_SET, "::1", "ipv6_addr local_port", ALL_SET},
         {"[tcpip_cfg]\nip_version=2\n", "fe80::0001%1", "ipv4_addr",
@@ -52,12 +46,12 @@ TEST_F(TcpipPage, ShowsItsFileAndMendsOnlyTheValuesThatCannotBe)
         {"[tcpip_cfg]\nremote_port=70000\n", "192.168.100.101", "ipv4_addr",
          "[tcpip_cfg]\nremote_port=65535\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.before);
-        open(row.before);
-        EXPECT_STREQ(settings().addr, row.addr);
-        EXPECT_EQ(editable(), row.editable);
-        EXPECT_EQ(close(), row.after);
+    for (const auto& [before, addr, fields, after] : rows) {
+        SCOPED_TRACE(before);
+        open(before);
+        EXPECT_STREQ(settings().addr, addr);
+        EXPECT_EQ(editable(), fields);
+        EXPECT_EQ(close(), after);
     }
 }
 

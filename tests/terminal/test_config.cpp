@@ -202,20 +202,16 @@ TEST_F(Config, StartsWithAnyFile)
                "[strings]\nsize=-5\n1\\value=@Invalid()\n[window]\ngeometry=@ByteArray(x)\n"
                "state=12\n");
     file_write("huge.ini", "[strings]\nsize=2147483647\n9\\value=nine\n");
-    const struct
-    {
-        const char* file;
-        int rows;
-        const char* text;
-    } cases[] = {{"loop.ini", 8, ""},       {"folder.ini", 8, ""}, {"rubbish.ini", 8, ""},
-                 {"types.ini", 8, "a,b,c"}, {"huge.ini", 9, ""},   {"missing/folder/x.ini", 8, ""}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.file);
+    const std::tuple<const char*, int, const char*> cases[] = {
+        {"loop.ini", 8, ""},       {"folder.ini", 8, ""}, {"rubbish.ini", 8, ""},
+        {"types.ini", 8, "a,b,c"}, {"huge.ini", 9, ""},   {"missing/folder/x.ini", 8, ""}};
+    for (const auto& [file, rows, text] : cases) {
+        SCOPED_TRACE(file);
         QFile::remove(INI);
-        configure("global/cfg_file", one.file);
+        configure("global/cfg_file", file);
         window_start();
-        EXPECT_EQ(table()->rowCount(), one.rows);
-        EXPECT_EQ(typed(), one.text);
+        EXPECT_EQ(table()->rowCount(), rows);
+        EXPECT_EQ(typed(), text);
         EXPECT_GE(find<QSpinBox>("spinBox_frame_interval")->value(), 1);
         type("typed");
         command("action_store");

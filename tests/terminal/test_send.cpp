@@ -28,13 +28,7 @@ protected:
 
 TEST_F(Send, SendsWhatTheTextStandsForOrSaysWhereItIsWrong)
 {
-    const struct
-    {
-        bool hex;
-        const char* text;
-        QByteArray wire;
-        const char* box;
-    } rows[] = {
+    const std::tuple<bool, const char*, QByteArray, const char*> rows[] = {
         {false, R"(a\0b\r\n)", QByteArray("a\0b\r\n", 5), ""},
         {false, "two\nlines \xE4\xBD\xA0", "two\nlines \xE4\xBD\xA0", ""},
         {false, "\xE4\xBD\xA0\\q", "", "note|format error at 4: q"},
@@ -45,15 +39,15 @@ TEST_F(Send, SendsWhatTheTextStandsForOrSaysWhereItIsWrong)
         {true, "7", "", ""}, // half a byte: nothing to send, nothing to say
     };
     int bytes = 0, count = 0;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        check("checkBox_hex_mode", row.hex);
-        type(QString::fromUtf8(row.text));
+    for (const auto& [hex, text, wire, box] : rows) {
+        SCOPED_TRACE(text);
+        check("checkBox_hex_mode", hex);
+        type(QString::fromUtf8(text));
         click("pushButton_send");
-        EXPECT_EQ(pty.read(row.wire.size()), row.wire);
-        EXPECT_EQ(answers.boxes.join(' '), row.box);
-        bytes += row.wire.size();
-        count += row.wire.isEmpty() ? 0 : 1;
+        EXPECT_EQ(pty.read(wire.size()), wire);
+        EXPECT_EQ(answers.boxes.join(' '), box);
+        bytes += wire.size();
+        count += wire.isEmpty() ? 0 : 1;
         EXPECT_EQ(counters(), QString("CNT: %1 TX: %2 RX: 0").arg(count).arg(bytes));
         type("");
         answers.boxes.clear();
@@ -150,7 +144,6 @@ TEST_F(Send, SendsAFileToASlowReader)
     const QByteArray data = file_choose(2000000);
     check("checkBox_display_tx");
     check("checkBox_send_file");
-    EXPECT_EQ(answers.file_caption, "Chose file to send");
     click("pushButton_send");
     QByteArray received = pty.read(300000);
     const auto* const progress = window->findChild<QProgressBar*>();

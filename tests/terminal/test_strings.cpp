@@ -73,21 +73,16 @@ TEST_F(Strings, FollowsChangesWhileItRuns)
 TEST_F(Strings, EndsWithOneMessage)
 {
     const QString nothing = "note|No strings found in list";
-    const struct
-    {
-        const char* what;
-        std::function<void()> prepare;
-        QString box;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, QString> cases[] = {
         {"nothing marked", [&] { set_row(0, false, false, "text"); }, nothing},
         {"nothing in the marked row", [&] { set_row(0, true, false, ""); }, nothing},
         {"a bad string", [&] { set_row(0, true, true, "0x41"); },
          "note|char 'x' at offset 1 is not a hex number"},
         {"no rows", [&] { table()->setRowCount(0); }, nothing},
     };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.what);
-        one.prepare();
+    for (const auto& [what, prepare, box] : cases) {
+        SCOPED_TRACE(what);
+        prepare();
         bool running_under_box = false;
         // Long enough for many more ticks, none of which may bring up a box of its own.
         answers.under_box = [&] {
@@ -95,8 +90,8 @@ TEST_F(Strings, EndsWithOneMessage)
             QTest::qWait(50);
         };
         ASSERT_TRUE(run_to_end());
-        EXPECT_EQ(answers.boxes, QStringList(one.box));
-        EXPECT_EQ(running_under_box, one.box != nothing);
+        EXPECT_EQ(answers.boxes, QStringList(box));
+        EXPECT_EQ(running_under_box, box != nothing);
         answers.boxes.clear();
     }
     EXPECT_EQ(pty.read_now(), "");

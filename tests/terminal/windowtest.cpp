@@ -30,10 +30,12 @@ void Answers::answer()
         if (run)
             run();
         box->accept();
-    } else if (auto* const chooser = qobject_cast<QFileDialog*>(dialog)) {
-        file_caption = chooser->windowTitle();
+        return;
+    }
+    if (dialog)
         if (const auto run = std::exchange(under_dialog, nullptr))
             run();
+    if (auto* const chooser = qobject_cast<QFileDialog*>(dialog)) {
         if (file.isEmpty()) {
             chooser->reject();
             return;
@@ -43,10 +45,9 @@ void Answers::answer()
         // own slot to answer that.
         QMetaObject::invokeMethod(chooser, "accept", Qt::QueuedConnection);
     } else if (auto* const link = qobject_cast<QLinkCfgDlg*>(dialog)) {
-        if (!link_dialog || link_dialog(*link))
-            link->accept();
-        else
-            link->reject();
+        auto* const ports = link->findChild<QComboBox*>("portComboBox");
+        ports->setCurrentIndex(ports->findText(port));
+        link->done(port.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
     }
 }
 
@@ -69,13 +70,8 @@ void WindowTest::window_start()
 
 bool WindowTest::port_open()
 {
-    answers.link_dialog = [this](QLinkCfgDlg& dialog) {
-        auto* const ports = dialog.findChild<QComboBox*>("portComboBox");
-        ports->setCurrentIndex(ports->findText(port_name));
-        return true;
-    };
+    answers.port = port_name;
     click("pushButton_open");
-    answers.link_dialog = nullptr;
     return !closed();
 }
 

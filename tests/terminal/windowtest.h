@@ -16,20 +16,17 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-class QLinkCfgDlg;
-
 // Answers each modal dialog as soon as it is up, and remembers the message boxes.
 class Answers : public QObject
 {
 public:
     Answers();
 
-    QStringList boxes;                             // "title|text" of each, in order
-    QString file;                                  // for file dialogs; empty cancels them
-    QString file_caption;                          // of the last one
-    std::function<bool(QLinkCfgDlg&)> link_dialog; // true for OK; null takes what it shows
-    std::function<void()> under_box;               // runs once while a message box is open
-    std::function<void()> under_dialog;            // the same for a file dialog
+    QStringList boxes;                  // "title|text" of each, in order
+    QString file;                       // for file dialogs; empty cancels them
+    QString port;                       // the same for the link dialog
+    std::function<void()> under_box;    // runs once while a message box is open
+    std::function<void()> under_dialog; // the same for another dialog
 
 private:
     void answer();
@@ -46,7 +43,7 @@ protected:
     void configure(const QString& key, const QVariant& value);
     void window_start();
     void window_end() { window.reset(); }
-    // Presses open and accepts the dialog with the pseudo-terminal chosen.
+    // Presses open and chooses the pseudo-terminal.
     bool port_open();
 
     template <typename Widget> Widget* find(const char* name) const

@@ -2,14 +2,12 @@
 
 #include "pagetest.h"
 #include "qserialcfgwidget.h"
-#include "qtcpipcfgwidget.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTimer>
 
@@ -48,17 +46,6 @@ TEST_F(LinkDialog, ShowsThePageOfItsTypeAndKeepsTheTypeAfterCancelToo)
         EXPECT_EQ(page->exec(), row.end == ok ? 1 : 0);
         EXPECT_EQ(close(), row.after);
     }
-}
-
-TEST_F(LinkDialog, StoresItsPagesAfterCancelToo)
-{
-    open("");
-    page->serial_widget()->findChild<QSpinBox*>("timeoutSpinBox")->setValue(10);
-    page->tcpip_widget()->findChild<QSpinBox*>("spinBox_timeot")->setValue(20);
-    page->reject();
-    EXPECT_EQ(close(), "[serialSettings]\nbaudrate=14\ncustombaud=1500000\ndatabits=3\n"
-                       "flowctl=0\nparity=0\nport=0\nstopbits=0\ntimeout=10\n\n"
-                       "[tcpip_cfg]\ntimeout=20\n");
 }
 
 TEST_F(LinkDialog, TabGoesDownTheLabelledRowsToTheButtonsAndTheType)

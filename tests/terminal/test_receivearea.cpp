@@ -43,16 +43,11 @@ QTextCursor cursor_at(const QPlainTextEdit& edit, int anchor, int position)
 }
 
 // How a chunk is shown in a stock widget.
-void stock_append(QPlainTextEdit& edit, const QString& prefix, const QString& text)
+void stock_append(QPlainTextEdit& edit, const QString& text)
 {
-    QTextCursor cursor = edit.textCursor();
-    cursor.movePosition(QTextCursor::End);
-    edit.setTextCursor(cursor);
-    if (!prefix.isEmpty())
-        edit.insertPlainText(prefix);
+    edit.moveCursor(QTextCursor::End);
     edit.insertPlainText(text);
-    cursor.movePosition(QTextCursor::End);
-    edit.setTextCursor(cursor);
+    edit.moveCursor(QTextCursor::End);
 }
 
 // How sent text is shown in one.
@@ -146,7 +141,7 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsAndWrapsItAsASlowReference)
             }
             if (kind >= 10) {
                 area.append_chunk(prefix, text);
-                stock_append(stock, prefix, text);
+                stock_append(stock, prefix + text);
                 ASSERT_EQ(bar().value(), bar().maximum());
             }
 

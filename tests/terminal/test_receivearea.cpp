@@ -175,6 +175,7 @@ TEST_F(Area, PaintsEachCharacterInItsCell)
         bar().setValue(2);
         const QImage image = area.viewport()->grab().toImage();
         const int cell = place_of(1).x() - place_of(0).x();
+        EXPECT_NEAR(area.columns() * cell, area.viewport()->width(), 3 * cell);
         for (int at = 0; at < text.size(); ++at) {
             const QRect place = place_of(at).adjusted(cell / 4, 0, cell / 2, 0);
             const bool has_ink = text[at] != ' ' && text[at] != '\t';
@@ -199,13 +200,21 @@ TEST_F(Area, CopiesExactlyWhatADragSelects)
                                    : QChar(random() % 9 == 0 ? 0x56FD : 'a' + int(random() % 26));
     append(text);
     bar().setValue(0);
+    for (int at = 0; at < 300; ++at) {
+        const QPoint point = point_of(at);
+        if (text[at] != '\n' && point_of(at + 1).y() > point.y()) {
+            // Behind a row that goes on, its last character is meant.
+            ASSERT_EQ(area.cursorForPosition(point + QPoint(5, 0)).position(), at);
+        }
+    }
     for (int i = 0; i < 60; ++i) {
         const int from = int(random() % 300);
         const int to = (from + 1 + int(random() % 299)) % 300;
         area.setTextCursor(cursor_at(area, 0, 0));
         mouse(QEvent::MouseButtonPress, point_of(from));
-        mouse(QEvent::MouseMove, point_of(to));
-        mouse(QEvent::MouseButtonRelease, point_of(to), Qt::NoButton);
+        const QPoint near_to = point_of(to) - QPoint(i % 2 * 3, 0);
+        mouse(QEvent::MouseMove, near_to);
+        mouse(QEvent::MouseButtonRelease, near_to, Qt::NoButton);
         ASSERT_EQ(area.textCursor().anchor(), from);
         ASSERT_EQ(area.textCursor().position(), to);
         area.copy();

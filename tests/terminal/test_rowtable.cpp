@@ -40,3 +40,11 @@ TEST(RowTable, WrapsWordsBlanksAndWideCharacters)
         EXPECT_EQ(slow_rows(text, columns), rows) << text.toStdString();
     }
 }
+
+TEST(RowTable, CountsEachLineBreakAsADocumentDoes)
+{
+    RowTable table(4);
+    table.append(
+        QString("a\r\nb\rc%1d%2").arg(QChar(QChar::ParagraphSeparator)).arg(QChar(0xFDD0)));
+    EXPECT_EQ(rows_of(table), (std::vector<SlowRow>{{0, 1}, {2, 3}, {4, 5}, {6, 7}, {8, 8}}));
+}

@@ -143,6 +143,7 @@ TEST_F(Send, SendsAFileToASlowReader)
 {
     const QByteArray data = file_choose(2000000);
     check("checkBox_display_tx");
+    check("checkBox_hex_mode"); // in which nobody reads the path as bytes
     check("checkBox_send_file");
     click("pushButton_send");
     QByteArray received = pty.read(300000);
@@ -157,6 +158,7 @@ TEST_F(Send, SendsAFileToASlowReader)
     EXPECT_TRUE(wait_until([this] { return !progress_shown(); }));
     EXPECT_TRUE(counters().contains(" TX: 2000000 "));
     EXPECT_EQ(shown(), answers.file + "\n");
+    EXPECT_TRUE(answers.boxes.isEmpty());
 }
 
 TEST_F(Send, StopsAFileAtOnce)

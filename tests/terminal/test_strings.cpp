@@ -22,8 +22,10 @@ protected:
     }
     void click_cell(int row, int column)
     {
-        const QRect cell = table()->visualItemRect(table()->item(row, column));
-        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+        const QTableWidgetItem* const item = table()->item(row, column);
+        table()->scrollToItem(item);
+        const QPoint at = table()->visualItemRect(item).center();
+        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, at);
     }
     QString texts(int column) const
     {

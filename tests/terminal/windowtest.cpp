@@ -26,9 +26,12 @@ void Answers::answer()
             return;
         }
         boxes += box->windowTitle() + "|" + box->text();
-        const auto run = std::exchange(under_box, nullptr);
-        if (run)
+        if (const auto run = std::exchange(under_box, nullptr)) {
+            QTimer others; // answers what opens meanwhile, as a timer doesn't fire in its own slot
+            connect(&others, &QTimer::timeout, this, &Answers::answer);
+            others.start(1);
             run();
+        }
         box->accept();
         return;
     }

@@ -14,7 +14,7 @@
 /// equal cells (wide characters take two), whatever the font: a character of a proportional font
 /// stands at the left of its cell. So wrapping is counting, and only what is visible is drawn.
 ///
-/// What it relies on in Qt, each held by a test:
+/// What it relies on in Qt; without it, its tests fail:
 /// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
 ///   reaches its layout by them, and an invalid rectangle keeps it from scrolling by itself;
 /// - setTextCursor goes through the virtual doSetTextCursor;

@@ -383,6 +383,7 @@ TEST_F(WinsockLink, LeavesNothingBehindAFailedOpen)
     EXPECT_EQ(link.open(), -1);
     EXPECT_EQ(lines(log),
               QStringList("tcpip: connect to host " + QString(63, '9') + ":12593 failed"));
+    EXPECT_FALSE(link.is_open());
     set(loopback(1, -1, TCPIP_UDP));
     EXPECT_EQ(link.open(), -1);
     EXPECT_EQ(lines(log), QStringList("tcpip: set socket sending timeout failed"));

@@ -283,17 +283,16 @@ TYPED_TEST(NetworkLink, LogsItsDataToTheLetter)
     EXPECT_EQ(lines(this->log), Traits<TypeParam>::DATA_LOG);
 }
 
-TEST(QLinkTcpip, DeliversWhatItHasTakenBeforeItCloses)
+TYPED_TEST(NetworkLink, DeliversAllThatItHasTakenBeforeItCloses)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath("received");
     const auto peer = NetPeer::socat("TCP-LISTEN:0,bind=127.0.0.1", "SYSTEM:cat > " + file);
-    const tcpip_cfg cfg = loopback(peer->port(), PATIENCE_MS);
-    QLinkTcpip link(&cfg);
-    ASSERT_EQ(link.open(), 0);
+    this->set(loopback(peer->port(), PATIENCE_MS));
+    ASSERT_EQ(this->link.open(), 0);
     const QByteArray data(1 << 24, 'x'); // more than the system's buffers hold
-    EXPECT_EQ(link.write(data.constData(), data.size()), data.size());
-    EXPECT_EQ(link.close(), 0);
+    EXPECT_EQ(this->write(data), data.size());
+    EXPECT_EQ(this->link.close(), 0);
     EXPECT_TRUE(wait_until([&] { return QFileInfo(file).size() == data.size(); }));
 }
 

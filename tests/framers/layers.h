@@ -1,6 +1,7 @@
 // Layers to put under a framer, and calls on it as byte arrays.
 #pragma once
 
+#include "loglines.h"
 #include "print.h"
 #include "qframer.h"
 #include "qframerchan.h"
@@ -9,7 +10,6 @@
 #include "qframerrtu.h"
 #include "qframerrwlt.h"
 
-#include <QSignalSpy>
 #include <deque>
 #include <vector>
 
@@ -95,13 +95,4 @@ inline Received receive(QFramer& framer, int nbytes)
 inline int send(QFramer& framer, const QByteArray& payload)
 {
     return framer.write(payload.constData(), payload.size());
-}
-
-// The log since the last call.
-inline QStringList lines(QSignalSpy& log)
-{
-    QStringList texts;
-    while (!log.isEmpty())
-        texts += log.takeFirst().first().toString();
-    return texts;
 }

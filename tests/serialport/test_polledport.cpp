@@ -83,9 +83,9 @@ TEST(PolledPort, WithdrawsWhatAPeerDoesNotTake)
 TEST(PolledPort, TellsOfADeviceThatHasGoneAndGivesItsLastBytes)
 {
     PolledPair pair(20000);
-    std::thread driver([&] { EXPECT_EQ(pair.port.read(10), "ab"); });
     EXPECT_TRUE(pair.pty.write("ab"));
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_TRUE(wait_until([&] { return pair.port.bytesAvailable() == 2; }));
+    std::thread driver([&] { EXPECT_EQ(pair.port.read(10), "ab"); });
     pair.pty.hang_up();
     driver.join();
     char buffer[4];

@@ -113,6 +113,11 @@ int QLinkTcpip::close()
 
 void QLinkTcpip::flush()
 {
+    if (!is_open())
+        return;
+    const SocketUse use(*this);
+    // Where no event loop runs, what came since the last wait is still with the system.
+    socket->waitForReadyRead(0);
     const int waiting = bytes_available();
     if (waiting <= 0)
         return;

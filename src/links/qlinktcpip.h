@@ -70,7 +70,7 @@ constexpr char UNKNOWN_STATE[] = QT_TRANSLATE_NOOP("QLinkTcpip", "tcpip: unknow 
 //   readline          LINK_CLOSED   what QIODevice::readLine gives
 //
 // Only read waits for bytes. bytes_available, getchar, can_read_line and readline see what the
-// socket has taken in during a wait or in an event loop of its thread.
+// socket has taken in during a read, a flush or in an event loop of its thread.
 //
 // A handler of log may close or open the link: an operation in progress then ends with what it has.
 // Opening a link that is being opened gives LINK_FAILED and changes nothing. The link itself must

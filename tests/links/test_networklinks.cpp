@@ -202,6 +202,24 @@ TEST(QLinkTcpip, MayBeClosedAndOpenedByAHandlerOfItsLog)
     }
 }
 
+// As in a tool's thread, which runs no event loop: a late answer must not pass for the next one.
+TYPED_TEST(NetworkLink, DropsAllThatHasArrived)
+{
+    const BoundSocket server(SOCK_STREAM);
+    ASSERT_EQ(::listen(server.fd, 1), 0);
+    const tcpip_cfg cfg = loopback(server.port(), PATIENCE_MS);
+    TypeParam link(&cfg);
+    ASSERT_EQ(link.open(), 0);
+    const int peer = ::accept(server.fd, nullptr, nullptr);
+    ASSERT_EQ(::send(peer, "late", 4, 0), 4);
+    link.flush();
+    ASSERT_EQ(::send(peer, "next", 4, 0), 4);
+    ::close(peer);
+    char buffer[10];
+    EXPECT_EQ(link.read(buffer, sizeof buffer), 4);
+    EXPECT_EQ(QByteArray(buffer, 4), "next");
+}
+
 TYPED_TEST(NetworkLink, SpeaksUdpBothWays)
 {
     const auto echo = NetPeer::socat("UDP-LISTEN:0,bind=127.0.0.1", "PIPE");

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, runs each fuzz target for 3 seconds, or with --long for a minute,
-# and then all tests.
+# Installs what is missing, builds, runs each fuzz target for 3 seconds, or with --long for five
+# minutes, and then all tests.
 set -eu
 cd "$(dirname "$0")"
 fuzz_seconds=3
 case "${1:-}" in
   "") ;;
-  --long) fuzz_seconds=60 ;;
+  --long) fuzz_seconds=300 ;;
   *) echo "usage: test.sh [--long]" >&2; exit 2 ;;
 esac
 

@@ -60,6 +60,12 @@ static bool only_mine(const QString& folder)
            (about.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
+// Whatever the umask leaves to others.
+static void make_private(const QString& folder)
+{
+    ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
+}
+
 static bool leads_to_device(const QString& path)
 {
     struct stat about = {};
@@ -72,6 +78,8 @@ static bool only_mine(const QString&)
 {
     return false;
 }
+
+static void make_private(const QString&) {}
 
 static bool leads_to_device(const QString&)
 {
@@ -121,11 +129,19 @@ QString QextSerialEnumerator::virtual_ports_folder()
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/tarnwick/ports";
 }
 
+bool QextSerialEnumerator::virtual_ports_folder_make()
+{
+    const QString folder = virtual_ports_folder();
+    make_private(QFileInfo(folder).path());
+    make_private(folder);
+    return only_mine(folder);
+}
+
 void QextSerialEnumerator::setUpNotifications()
 {
     known = getPorts();
     // A folder that doesn't exist can't be watched for its first entry.
-    QDir().mkpath(virtual_ports_folder());
+    virtual_ports_folder_make();
     watch_folders();
     connect(&PortWatch::instance(), &PortWatch::lost, this, &QextSerialEnumerator::report_lost);
 }

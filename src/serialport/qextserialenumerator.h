@@ -40,6 +40,9 @@ public:
 
     // <runtime directory of the user>/tarnwick/ports
     static QString virtual_ports_folder();
+    // Makes it, with no rights for others, if it is missing. False when there is none then that
+    // counts.
+    static bool virtual_ports_folder_make();
 
     // From now on the signals tell of each port that comes or goes. Needs an event loop on this
     // thread.

@@ -66,8 +66,10 @@ void MainWindow::status_bar_fill()
     web_address->setTextFormat(Qt::PlainText);
 
     ui->statusBar->addWidget(web_address);
-    for (QLabel* label : {label_port, label_cnt, label_tx, label_rx})
+    for (QLabel* label : {label_port, label_cnt, label_tx, label_rx}) {
+        label->setTextFormat(Qt::PlainText);
         ui->statusBar->addPermanentWidget(label);
+    }
 }
 
 void MainWindow::title_update()
@@ -75,15 +77,29 @@ void MainWindow::title_update()
     setWindowTitle(QString("Tarnwick [%1]").arg(cfg_file.section('/', -1, -1)));
 }
 
+// Names of files and ports stand in the texts, and none of them is markup.
+static void plain_box(QMessageBox::Icon icon, const QString& title, const QString& text,
+                      QWidget* parent)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 void MainWindow::msgbox(QString msg)
 {
     const QScopedValueRollback<int> one_more(open_notes, open_notes + 1);
-    QMessageBox::information(this, tr("note"), msg, QMessageBox::Ok);
+    plain_box(QMessageBox::Information, tr("note"), msg, this);
+}
+
+void MainWindow::information_box(const QString& text)
+{
+    plain_box(QMessageBox::Information, QString(), text, this);
 }
 
 void MainWindow::warning_box(const QString& title, const QString& text)
 {
-    QMessageBox::warning(this, title, text, QMessageBox::Ok);
+    plain_box(QMessageBox::Warning, title, text, this);
 }
 
 void MainWindow::rx_count_show(int n)

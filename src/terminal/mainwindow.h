@@ -72,6 +72,7 @@ private slots:
 private:
     void status_bar_fill();
     void title_update();
+    void information_box(const QString& text);
     void warning_box(const QString& title, const QString& text);
     void rx_count_show(int n);
     void tx_count_show(int n);

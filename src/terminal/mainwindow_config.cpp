@@ -203,6 +203,10 @@ void MainWindow::on_action_load_triggered()
 
 void MainWindow::on_action_store_triggered()
 {
+    // A menu leaves the editor of a cell open; without the focus it puts its text into the cell.
+    QTableWidget* const table = ui->tableWidget_strings;
+    if (table->isAncestorOf(focusWidget()))
+        table->setFocus();
     config_store();
 }
 

@@ -154,5 +154,5 @@ void MainWindow::auto_send_process()
 bool MainWindow::send_count_reached() const
 {
     const int limit = ui->spinBox_send_count->value();
-    return limit != 0 && limit <= send_count;
+    return limit != 0 && send_count > 0 && limit <= send_count; // -1 is one write too
 }

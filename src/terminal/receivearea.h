@@ -34,8 +34,8 @@ public:
     /// the next frame.
     void append_chunk(const QString& prefix, const QString& text);
 
-    /// The same for a whole line: `text` in the current character format but for this foreground,
-    /// and behind it a line break without it.
+    /// The same for a whole line: `text` in the character format of the end but for this
+    /// foreground, and behind it a line break without it.
     void append_line(const QString& text, const QBrush& foreground);
 
     /// The stock functions of these names ask the stock layout.

@@ -27,7 +27,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {{"cnet", "serach"}, 2, "cnet search"},
         {{"ports", "--colour"}, 2, "'colour'"},
         {{"upgrade", "--link", "serial:x"}, 2, "FILE is missing"},
-        {{"upgrade", __FILE__}, 2, "--link is missing"},
+        {{"upgrade", "/bin/sh"}, 2, "--link is missing"},
         {{"frame", "send", "--link", "serial:x"}, 2, "nothing to send"},
         {{"frame", "send", "--hex", "1", "--link", "serial:x"}, 2, "  1\n  ^"},
         {{"frame", "send", "--hex", "01", "--link", "serial:x,9600,8Q1"},
@@ -40,7 +40,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {{"frame", "send", "--hex", "01", "--link", "tcp:127.0.0.1:1"}, 3, "127.0.0.1:1"},
         {{"frame", "send", "--hex", "01", "--link", "serial:echo", "--log", "/"}, 6, "log file"},
         {{"upgrade", "none.bin", "--link", "serial:echo"}, 6, "none.bin"},
-        {{"checksum", "none.bin"}, 6, "none.bin"},
+        {{"checksum", "\x1b[2Jnone.bin"}, 6, "\\u001b[2Jnone.bin"},
         {{"frame", "exchange", "--hex", "010203", "--link", "serial:echo", "--frame", "crc16"},
          0,
          ""},
@@ -74,6 +74,20 @@ TEST_F(TarnwickCtl, ListsPortsThatCanBeNamedByTheirLastPart)
         run_ctl({"frame", "exchange", "--hex", "05", "--read", "1", "--link", "serial:bench-7"})
             .out,
         "05\n");
+}
+
+TEST_F(TarnwickCtl, CompletionOffersPortsAndRunsNothingThatTheyAreNamed)
+{
+    const Simulated echo({"echo", "--name", "odd$(>ran)"});
+    QProcess bash;
+    bash.start("bash", {"-c", R"(
+        tarnwickctl() { )" TARNWICKCTL R"( "$@"; }
+        source )" PACKAGING_FOLDER R"(/bash-completion/tarnwickctl
+        COMP_LINE="tarnwickctl frame send --link serial:"; COMP_POINT=${#COMP_LINE}
+        _tarnwickctl; printf '%s\n' "${COMPREPLY[@]}")"});
+    ASSERT_TRUE(bash.waitForFinished());
+    EXPECT_TRUE(bash.readAll().contains("/odd\\$\\(\\>ran\\)\n"));
+    EXPECT_FALSE(QFile::exists("ran"));
 }
 
 TEST_F(TarnwickCtl, FramesGoOverEveryKindOfLink)

@@ -1,20 +1,13 @@
 // Feeds a framer over QFramerNull and a link in memory with bytes of libFuzzer's.
 #pragma once
 
+#include "fuzzing.h"
 #include "memorylink.h"
 #include "qframer.h"
 #include "qframernull.h"
 
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
-
-inline void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 // An input: how much the reader asks for, a byte for the target's own use, and what comes.
 struct FuzzInput

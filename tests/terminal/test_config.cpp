@@ -174,9 +174,14 @@ TEST_F(Config, KeepsTheListAndAtLeastEightRows)
     restart();
     EXPECT_EQ(table()->rowCount(), 12);
     EXPECT_EQ(table()->item(2, ALIAS_COLUMN)->text(), "three, @ \"quoted\" \u4F60\\");
+    click("pushButton_extend");
+    table()->setCurrentCell(2, VALUE_COLUMN);
+    ASSERT_TRUE(wait_until([&] { return window->isActiveWindow(); }));
+    QTest::keyClicks(table()->findChild<QLineEdit*>(), "still open");
+    command("action_store", QString());
     QSettings file(INI, QSettings::IniFormat);
     file.beginGroup("strings");
-    EXPECT_EQ(file.allKeys(), QStringList({"2/value", "3/alias", "3/in_turn", "size"}));
+    EXPECT_EQ(file.allKeys(), QStringList({"2/value", "3/alias", "3/in_turn", "3/value", "size"}));
 
     write("small.ini", "[strings]\nsize=2\n1\\value=one\n");
     command("action_load", QFileInfo("small.ini").absoluteFilePath());

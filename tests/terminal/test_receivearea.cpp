@@ -59,11 +59,11 @@ void stock_append(QPlainTextEdit& edit, const QString& prefix, const QString& te
 // How sent text is shown in one.
 void stock_append_line(QPlainTextEdit& edit, const QString& text)
 {
+    edit.moveCursor(QTextCursor::End);
     QTextCursor cursor = edit.textCursor();
     QTextCharFormat format = edit.currentCharFormat();
     const QBrush foreground = format.foreground();
     format.setForeground(QBrush(Qt::blue));
-    cursor.movePosition(QTextCursor::End);
     cursor.setCharFormat(format);
     edit.setTextCursor(cursor);
     edit.insertPlainText(text);

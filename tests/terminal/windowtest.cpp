@@ -24,6 +24,9 @@ void Answers::answer()
             return;
         }
         boxes += box->windowTitle() + "|" + box->text();
+        // Names of files and ports are no markup.
+        if (box->windowTitle() != "Tarnwick")
+            EXPECT_EQ(box->textFormat(), Qt::PlainText) << qPrintable(box->text());
         const auto run = std::exchange(under_box, nullptr);
         if (run)
             run();

@@ -1,0 +1,307 @@
+// What the Dorv module is told and asked, and what is made of its replies.
+#include "dorvcfg.h"
+#include "qframernull.h"
+#include "qframerrwlt.h"
+
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+#include <memorylink.h>
+#include <wait.h>
+
+namespace {
+
+struct Module
+{
+    Module() { cfg.framer_set(&framer); }
+
+    MemoryLink link;
+    QFramerNull framer{&link};
+    DorvCfg cfg{nullptr};
+};
+
+enum Yes { ANY_REPLY, OK, OK_LINE, NEVER };
+
+struct Command
+{
+    std::function<int(DorvCfg&)> call;
+    QByteArray bytes;
+    Yes yes; // the least that the command takes for one
+};
+
+const char EUI[] = "\x00\xFF\x0A\xB0\x01\x23\x45\x67";
+const char KEY[] = "\x00\xFF\x0A\xB0\x01\x23\x45\x67\x89\xAB\xCD\xEF\xFE\xDC\xBA\x98";
+
+// clang-format off
+const Command COMMANDS[] = {
+    {[](DorvCfg& c) { return c.echo_off(); }, "at+echo=off\r", ANY_REPLY},
+    {[](DorvCfg& c) { return c.module_reboot(); }, "at+reboot\r", OK},
+    {[](DorvCfg& c) { return c.factory_reset(); }, "at+def\r", OK},
+    {[](DorvCfg& c) { return c.command_mode_enter(); }, "+++\r", OK},
+    {[](DorvCfg& c) { return c.mode_radio_set(); }, "at+mode=radio\r", ANY_REPLY},
+    {[](DorvCfg& c) { return c.mode_pmac_set(); }, "at+mode=pmac\r", ANY_REPLY},
+    {[](DorvCfg& c) { return c.mode_mac_set(); }, "at+mode=mac\r", ANY_REPLY},
+    {[](DorvCfg& c) { return c.freq_set(0); }, "at+freq=0\r", OK_LINE},
+    {[](DorvCfg& c) { return c.freq_set(0xFFFFFFFF); }, "at+freq=4294967295\r", OK_LINE},
+    {[](DorvCfg& c) { return c.sf_set(255); }, "at+sf=255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.bw_set(0); }, "at+bw=7.8\r", OK_LINE},
+    {[](DorvCfg& c) { return c.bw_set(4); }, "at+bw=31.25\r", OK_LINE},
+    {[](DorvCfg& c) { return c.bw_set(9); }, "at+bw=500\r", OK_LINE},
+    {[](DorvCfg& c) { return c.cr_set(0); }, "at+cr=4/5\r", OK_LINE},
+    {[](DorvCfg& c) { return c.cr_set(3); }, "at+cr=4/8\r", OK_LINE},
+    {[](DorvCfg& c) { return c.pwr_set(255); }, "at+pwr=255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.txprlen_set(65535); }, "at+txprlen=65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.rxprlen_set(65535); }, "at+rxprlen=65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.radio_rx_off(); }, "at+radiorx=0\r", OK},
+    {[](DorvCfg& c) { return c.rxfmt_hex_set(); }, "at+rxfmt=hex\r", OK},
+    {[](DorvCfg& c) { return c.rxfmt_set(0); }, "at+rxfmt=raw\r", OK},
+    {[](DorvCfg& c) { return c.uartcfg_set(0xFFFFFFFF, 255, 2, 255); }, "at+uartcfg=4294967295,255,e,255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.uartcfg_set(0, 0, 1, 0); }, "at+uartcfg=0,0,n,0\r", OK_LINE},
+    {[](DorvCfg& c) { return c.uartpack_set(0, 65535); }, "at+uartpack=0,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.irq_set(2, 65535); }, "at+irq=wdo,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.irq_set(1, 0); }, "at+irq=rise,0\r", OK_LINE},
+    {[](DorvCfg& c) { return c.sleep_set(2, 65535, -1, 7); }, "at+sleep=deep,65535,level,low\r", OK_LINE},
+    {[](DorvCfg& c) { return c.sleep_set(1, 0, 0, 65535); }, "at+sleep=off,0,timeout,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.devaddr_set(0xAB12); }, "at+devaddr=0xab12\r", OK},
+    {[](DorvCfg& c) { return c.devaddr_set(0xFFFFFFFF); }, "at+devaddr=0xffffffff\r", OK},
+    {[](DorvCfg& c) { return c.join_set(0, 0); }, "at+join=otaa,0\r", OK},
+    {[](DorvCfg& c) { return c.join_set(-1, 65535); }, "at+join=abp,65535\r", OK},
+    {[](DorvCfg& c) { return c.class_set(0); }, "at+class=a\r", OK},
+    {[](DorvCfg& c) { return c.class_set(2); }, "at+class=c\r", OK},
+    {[](DorvCfg& c) { return c.transcnf_set(1); }, "at+transcnf=cnf\r", OK_LINE},
+    {[](DorvCfg& c) { return c.transcnf_set(255); }, "at+transcnf=uncnf\r", OK_LINE},
+    {[](DorvCfg& c) { return c.transfport_set(255); }, "at+transfport=255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.pwrid_set(-128); }, "at+pwrid=-128\r", OK_LINE},
+    {[](DorvCfg& c) { return c.pwrid_set(127); }, "at+pwrid=127\r", OK_LINE},
+    {[](DorvCfg& c) { return c.dr_set(255); }, "at+dr=255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.retx_set(255); }, "at+retx=255\r", OK_LINE},
+    {[](DorvCfg& c) { return c.adr_set(1); }, "at+adr=on\r", OK_LINE},
+    {[](DorvCfg& c) { return c.adr_set(2); }, "at+adr=off\r", OK_LINE},
+    {[](DorvCfg& c) { return c.joinadr_set(1); }, "at+joinadr=on\r", OK_LINE},
+    {[](DorvCfg& c) { return c.joinadr_set(0); }, "at+joinadr=off\r", OK_LINE},
+    {[](DorvCfg& c) { return c.linkchk_set(0, 1, 65535); }, "at+linkchk=0,1,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.ch_set(255, 0xFFFFFFFF); }, "at+ch=255,4294967295,1,5\r", OK_LINE},
+    {[](DorvCfg& c) { return c.level_set(0xFFFFFFFF); }, "at+level=4294967295\r", OK_LINE},
+    {[](DorvCfg& c) { return c.heartbeat_set(0, 1, 65535); }, "at+heartbeat=0,1,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.pwrlimit_set(0, 65535); }, "at+pwrlimit=0,65535\r", OK_LINE},
+    {[](DorvCfg& c) { return c.deveui_set(EUI); }, "at+deveui=00FF0AB001234567\r", OK},
+    {[](DorvCfg& c) { return c.appeui_set(EUI); }, "at+appeui=00FF0AB001234567\r", OK},
+    {[](DorvCfg& c) { return c.appkey_set(KEY); }, "at+appkey=00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
+    {[](DorvCfg& c) { return c.appskey_set(KEY); }, "at+appskey=abp,00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
+    {[](DorvCfg& c) { return c.nwkskey_set(KEY); }, "at+nwkskey=abp,00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
+    // An index out of range
+    {[](DorvCfg& c) { return c.rxfmt_set(2); }, "", NEVER},
+    {[](DorvCfg& c) { return c.rxfmt_set(-1); }, "", NEVER},
+    {[](DorvCfg& c) { return c.class_set(3); }, "", NEVER},
+    {[](DorvCfg& c) { return c.bw_set(10); }, "", NEVER},
+    {[](DorvCfg& c) { return c.cr_set(4); }, "", NEVER},
+};
+// clang-format on
+
+} // namespace
+
+TEST(DorvCommands, GoOutOnceAndTakeTheirOwnYesOnly)
+{
+    const struct
+    {
+        QByteArray bytes;
+        Yes yes;
+    } replies[] = {{"error\r\n", ANY_REPLY},
+                   {"OK\r\n", ANY_REPLY},
+                   {"ok", OK},
+                   {"ok\r\n", OK_LINE},
+                   {"\r\nok\r\n", OK_LINE}};
+    for (const Command& command : COMMANDS) {
+        SCOPED_TRACE(command.bytes.toStdString());
+        const QByteArrayList sent =
+            command.yes == NEVER ? QByteArrayList() : QByteArrayList{command.bytes};
+        for (const auto& reply : replies) {
+            Module module;
+            module.link.arrive("ok\r\n"); // to an earlier command: dropped
+            module.link.reply(reply.bytes);
+            EXPECT_EQ(command.call(module.cfg), command.yes <= reply.yes ? 0 : -1);
+            EXPECT_EQ(module.link.written, sent);
+        }
+        Module silent;
+        EXPECT_EQ(command.call(silent.cfg), -1);
+    }
+}
+
+TEST(DorvExchange, ComparesAndRepeatsAsTold)
+{
+    const struct
+    {
+        int match;
+        const char* expected;
+        QByteArrayList replies;
+        int result;
+        int sent;
+        QByteArray out;
+    } rows[] = {
+        {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", "an ok"}, 5, 3, "an o"},
+        {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", ""}, -3, 3, "x"},
+        {DorvCfg::MATCH_CONTAINS, "ok", {"", "", "y"}, -4, 3, "y"},
+        {DorvCfg::MATCH_CONTAINS, nullptr, {"x"}, 1, 1, "x"},
+        {DorvCfg::MATCH_EQUAL, "ok", {"oko", "ok"}, 2, 2, "oko"},
+        {DorvCfg::MATCH_ECHO, "ok", {"ok", "at\r\r\nok"}, 2, 2, "ok"},
+        {DorvCfg::MATCH_ECHO, "ok", {"at\r\r\nokk", "at\r\r", "x"}, -4, 3, "okk"},
+        {DorvCfg::MATCH_ECHO, nullptr, {"at\r\r\nvalue"}, 5, 1, "valu"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.replies.join('|').toStdString());
+        Module module;
+        for (const QByteArray& reply : row.replies)
+            module.link.reply(reply);
+        char out[5] = {};
+        EXPECT_EQ(module.cfg.at_exchange("at\r", row.expected, row.match, 2, out, 4), row.result);
+        EXPECT_EQ(module.link.written.size(), row.sent);
+        EXPECT_EQ(QByteArray(out), row.out);
+    }
+}
+
+namespace {
+
+struct Query
+{
+    QString (*ask)(DorvCfg&); // the value as text, "-" for a failure
+    QByteArray command;
+    std::vector<std::pair<QByteArray, QString>> answers; // beside silence, a failure everywhere
+};
+
+QString shown(int result, const QString& value)
+{
+    return result == 0 ? value : result == -1 ? QString("-") : QString("? %1").arg(result);
+}
+
+template <int (DorvCfg::*GET)(void*), int SIZE> QString bytes(DorvCfg& cfg)
+{
+    QByteArray out(SIZE, '\xEE');
+    const int result = (cfg.*GET)(out.data());
+    return shown(result, out.toHex());
+}
+
+template <auto GET, typename... Values> QString numbers(DorvCfg& cfg)
+{
+    std::tuple<Values...> values;
+    const int result = std::apply([&](auto&... v) { return (cfg.*GET)(&v...); }, values);
+    return shown(
+        result,
+        std::apply([](auto... v) { return QStringList{QString::number(v)...}.join(' '); }, values));
+}
+
+QString quality(DorvCfg& cfg)
+{
+    float v[4] = {};
+    const int result = cfg.comm_quality_get(65535, &v[0], &v[1], &v[2], &v[3]);
+    return shown(result, QString("%1 %2 %3 %4").arg(v[0]).arg(v[1]).arg(v[2]).arg(v[3]));
+}
+
+// clang-format off
+std::vector<Query> queries()
+{
+    using D = DorvCfg;
+    const auto euis = {std::pair<QByteArray, QString>
+        {"00ff0ab001234567\r\nok\r\n", "00ff0ab001234567"},
+        {"00FF0AB001234567", "00ff0ab001234567"}, {"00FF0AB00123456", "-"}};
+    const auto keys = {std::pair<QByteArray, QString>
+        {"000102030405060708090a0B0c0D0e0F99\r\n", "000102030405060708090a0b0c0d0e0f"},
+        {" 1 2 3f  4\r\n5", "01023f04eeeeeeeeeeeeeeeeeeeeeeee"}, // the last digit stands alone
+        {"12x34", "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
+        {"1x", "eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
+        {QByteArray("12\00034", 5), "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"}};
+    return {
+        {[](D& c) { return shown(c.mode_is_radio(), "yes"); }, "at+mode=?\r",
+         {{"radio\r\n", "yes"}, {"mac\r\n", "-"}, {" radio", "-"}}},
+        {[](D& c) { return shown(c.mode_is_pmac(), "yes"); }, "at+mode=?\r",
+         {{"pmac\r\n", "yes"}, {"mac\r\n", "-"}}},
+        {[](D& c) { return shown(c.mode_is_mac(), "yes"); }, "at+mode=?\r",
+         {{"mac", "yes"}, {"ma", "-"}, {"pmac", "-"}}},
+        {numbers<&D::devaddr_get, std::uint32_t>, "at+devaddr=?\r",
+         {{"0x1Ab\r\nok\r\n", "427"}, {"ffffffff", "4294967295"}, {"12", "-"}, {"100000000", "-"},
+          {"0x\r\n", "-"}, {"+error\r\n", "-"}, {"-12\r\n", "-"}, {"0x1fok", "31"}, {" 12,3", "18"}}},
+        {numbers<&D::join_get, int>, "at+join=?\r",
+         {{"otaa,1\r\n", "0"}, {"abp\r\n", "1"}, {"abp otaa", "0"}, {"error", "-"}}},
+        {numbers<&D::class_get, int>, "at+class=?\r",
+         {{"a\r\n", "0"}, {"b\r\n", "1"}, {"c", "2"}, {"cba", "0"}, {"ok", "-"}}},
+        {numbers<&D::heartbeat_get, quint16, quint16, quint16>, "at+heartbeat=?\r",
+         {{"1,2.9,65535\r\nok\r\n", "1 2 65535"}, {" +7,-1,70000", "7 0 65535"},
+          {"x,,nan", "0 0 0"}, {"1,2", "-"}, {"1,2,3,4", "-"}}},
+        {numbers<&D::pwrlimit_get, quint16, quint16>, "at+pwrlimit=?\r",
+         {{"3,20\r\n", "3 20"}, {"3", "-"}, {"3,4,5", "-"}}},
+        {bytes<&D::deveui_get, 8>, "at+deveui=?\r", euis},
+        {bytes<&D::appeui_get, 8>, "at+appeui=?\r", euis},
+        {bytes<&D::appkey_get, 16>, "at+appkey=?xyz.quendal.zz\r", keys},
+        {bytes<&D::appskey_get, 16>, "at+appskey=?abp,xyz.quendal.zz\r", keys},
+        {bytes<&D::nwkskey_get, 16>, "at+nwkskey=?abp,xyz.quendal.zz\r", keys},
+        {quality, "at+pmactx=ucast,65535,communication quality\r",
+         {{"ok\r\n+q,-1.5,2,x,4.25,-120,z\r\n", "4.25 -120 -1.5 2"}, {"ok\r\n0,1,2,3,4,5", "-"},
+          {"ok\r\n0,1,2,3,4,5,6,7", "-"}, {"ok\r\n", "-"}, {"no\r\n0,1,2,3,4,5,6", "-"}}},
+        {[](D& c) { return c.rssi_get(0xFFFFFFFF).replace("N/A", "-"); }, "at+rssi=0xffffffff\r",
+         {{"+rssi,-97\r\n", "-97\r\n"}, {"+rssi,", ""}, {"rssi,-97", "-"}}},
+    };
+}
+// clang-format on
+
+} // namespace
+
+TEST(DorvQueries, SendTheirCommandAndReadTheReply)
+{
+    for (const Query& query : queries()) {
+        Module module;
+        EXPECT_EQ(query.ask(module.cfg), "-");
+        EXPECT_EQ(module.link.written, QByteArrayList{query.command});
+        for (const auto& [reply, value] : query.answers) {
+            module.link.reply(reply);
+            EXPECT_EQ(query.ask(module.cfg), value) << (query.command + reply).toStdString();
+        }
+    }
+}
+
+namespace {
+
+// May never stop talking.
+class ChattyLink : public MemoryLink
+{
+public:
+    bool chatters = false;
+
+    int read(char* buffer, int nbytes) override
+    {
+        return chatters ? std::memset(buffer, '.', size_t(nbytes)),
+               nbytes   : MemoryLink::read(buffer, nbytes);
+    }
+};
+
+} // namespace
+
+TEST(DorvSearch, ListensBelowItsFramerUntilNothingComesAndHoldsNoEventLoop)
+{
+    ChattyLink link;
+    QFramerNull lower(&link);
+    QFramerRwlt framer(&lower); // no report has its markers
+    DorvCfg cfg(nullptr);
+    cfg.framer_set(&framer);
+    QSignalSpy started(&cfg, &DorvCfg::search_started);
+    QSignalSpy progress(&cfg, &DorvCfg::search_progress);
+    QSignalSpy found(&cfg, &DorvCfg::dev_found);
+    QSignalSpy finished(&cfg, &DorvCfg::search_finished);
+
+    // Two reads of chatter in front of a report; the next tick finds nothing.
+    link.arrive(QByteArray(2 * 128, '.') + "\r\n+devfound,1234,-97\r\n");
+    EXPECT_EQ(cfg.search_start(1), 0);
+    ASSERT_TRUE(wait_until([&] { return !finished.isEmpty(); }));
+    EXPECT_EQ(started.takeFirst(), QVariantList{100});
+    EXPECT_EQ(progress.size(), 2);
+    EXPECT_EQ(progress[0], (QVariantList{50, 0, 0}));
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found[0], (QVariantList{0, 0, "1234,-97"}));
+    EXPECT_TRUE(link.written.isEmpty());
+
+    link.chatters = true;
+    progress.clear();
+    finished.clear();
+    cfg.search_start();
+    ASSERT_TRUE(wait_until([&] { return progress.size() == 2; }));
+    EXPECT_TRUE(finished.isEmpty());
+    link.chatters = false;
+    EXPECT_TRUE(wait_until([&] { return finished.size() == 1; }));
+}

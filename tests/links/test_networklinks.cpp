@@ -330,6 +330,24 @@ TEST(QLinkTcpip, MayBeClosedAndOpenedByAHandlerOfItsLog)
     }
 }
 
+// As in a tool's thread, which runs no event loop: a late answer must not pass for the next one.
+TYPED_TEST(NetworkLink, DropsAllThatHasArrived)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    this->set(loopback(server.serverPort(), PATIENCE_MS));
+    ASSERT_EQ(this->link.open(), 0);
+    ASSERT_TRUE(server.waitForNewConnection(PATIENCE_MS));
+    QTcpSocket* const peer = server.nextPendingConnection();
+    peer->write("late");
+    ASSERT_TRUE(peer->waitForBytesWritten(PATIENCE_MS));
+    this->link.flush();
+    peer->write("next");
+    ASSERT_TRUE(peer->waitForBytesWritten(PATIENCE_MS));
+    peer->close();
+    EXPECT_EQ(this->read(10), "next");
+}
+
 using WinsockLink = NetworkLink<QLinkWinsock>;
 
 TEST_F(WinsockLink, SendsToTheBroadcastAddress)

@@ -6,13 +6,32 @@
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
+#include <QCloseEvent>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QScopedValueRollback>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
 
 static const char WEB_ADDRESS[] = "www.corvane.example";
+
+namespace {
+// Keeps a floating panel when the desktop would close it: nothing else shows the panel again.
+class CloseRefusal : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() != QEvent::Close)
+            return false;
+        event->ignore();
+        return true;
+    }
+};
+} // namespace
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
@@ -28,6 +47,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
+    ui->dockWidget->installEventFilter(new CloseRefusal(this));
 
     send_timer = new QTimer(this);
     send_timer->setTimerType(Qt::PreciseTimer);
@@ -65,7 +85,15 @@ void MainWindow::status_bar_fill()
     auto* const web_address = new QLabel(WEB_ADDRESS);
     web_address->setTextFormat(Qt::PlainText);
 
+    // Here from the start: a bar that gains or loses a widget shows again, below its message, what
+    // the message has hidden.
+    file_progress = new QProgressBar;
+    file_progress->setRange(0, 1000);
+    file_progress->setMaximumHeight(web_address->sizeHint().height());
+    file_progress->hide();
+
     ui->statusBar->addWidget(web_address);
+    ui->statusBar->addPermanentWidget(file_progress);
     for (QLabel* label : {label_port, label_cnt, label_tx, label_rx})
         ui->statusBar->addPermanentWidget(label);
 }

@@ -26,6 +26,8 @@ void MainWindow::config_load()
     settings.beginGroup("window");
     restoreGeometry(GEOMETRY.read(settings));
     restoreState(STATE.read(settings), STATE_VERSION);
+    // A floating panel is gone before the state is stored at the end, and nothing brings it back.
+    ui->dockWidget->setVisible(true);
     settings.endGroup();
 }
 

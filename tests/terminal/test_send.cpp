@@ -3,7 +3,9 @@
 #include <QAction>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QProgressBar>
+#include <QStatusBar>
 
 namespace {
 
@@ -222,7 +224,11 @@ TEST_F(Send, SendsAFileToASlowReader)
     received += pty.read(data.size() - received.size());
     EXPECT_EQ(received.size(), data.size());
     EXPECT_TRUE(received == data);
-    EXPECT_TRUE(wait_until([&] { return window->findChildren<QProgressBar*>().isEmpty(); }));
+    EXPECT_TRUE(wait_until([&] { return !bars[0]->isVisible(); }));
+    const auto* const bar = find<QStatusBar>("statusBar");
+    EXPECT_TRUE(wait_until([&] { return bar->currentMessage().startsWith("file sent: "); }));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(bar->findChild<QLabel*>()->isVisible()) << "the address behind the message";
     EXPECT_TRUE(status_shows(QString("TX: %1").arg(data.size())));
     EXPECT_EQ(shown(), answers.file + "\n");
 
@@ -240,7 +246,7 @@ TEST_F(Send, StopsAFileAtOnce)
     click("pushButton_send");
     QByteArray received = pty.read(100000);
     check("checkBox_send_file", false);
-    EXPECT_TRUE(window->findChildren<QProgressBar*>().isEmpty());
+    EXPECT_FALSE(window->findChild<QProgressBar*>()->isVisible());
     click("pushButton_open"); // lets out what was accepted, and no more
     received += pty.read_now();
     EXPECT_LT(received.size(), 200000);

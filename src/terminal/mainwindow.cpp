@@ -6,7 +6,6 @@
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
-#include <QCloseEvent>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QScopedValueRollback>
@@ -17,18 +16,20 @@ static constexpr int CONTROL_PANEL_HEIGHT = 210;
 static const char WEB_ADDRESS[] = "www.corvane.example";
 
 namespace {
-// Keeps a floating panel when the desktop would close it: nothing else shows the panel again.
-class CloseRefusal : public QObject
+// Shows a floating panel again when the desktop closes it alone: nothing else would. The close
+// isn't refused, as that would keep the application from ending.
+class PanelReturn : public QObject
 {
 public:
     using QObject::QObject;
 
-    bool eventFilter(QObject*, QEvent* event) override
+    bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() != QEvent::Close)
-            return false;
-        event->ignore();
-        return true;
+        auto* const panel = static_cast<QWidget*>(watched);
+        const auto show = [panel] { panel->setVisible(panel->parentWidget()->isVisible()); };
+        if (event->type() == QEvent::Close)
+            QMetaObject::invokeMethod(panel, show, Qt::QueuedConnection);
+        return false;
     }
 };
 } // namespace
@@ -47,7 +48,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
-    ui->dockWidget->installEventFilter(new CloseRefusal(this));
+    ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
     send_timer->setTimerType(Qt::PreciseTimer);

@@ -192,11 +192,11 @@ TEST_F(Config, NeverLosesTheControlPanel)
     auto* const panel = find<QDockWidget>("dockWidget");
     panel->setFloating(true);
     panel->close(); // a desktop's own way
-    EXPECT_TRUE(panel->isVisible());
+    EXPECT_TRUE(wait_until([&] { return panel->isVisible(); }));
     panel->hide(); // the application's way, in front of the last store
     restart();
     EXPECT_TRUE(find<QDockWidget>("dockWidget")->isFloating());
-    EXPECT_TRUE(find<QDockWidget>("dockWidget")->isVisible());
+    EXPECT_TRUE(wait_until([&] { return find<QDockWidget>("dockWidget")->isVisible(); }));
 }
 
 TEST_F(Config, MovesToTheFileOfStoreAsAndLoad)

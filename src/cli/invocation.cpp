@@ -30,7 +30,7 @@ void Invocation::expect_at_most(int count) const
 
 bool Invocation::takes_frame() const
 {
-    return command.needs == Needs::Stack;
+    return command.needs >= Needs::StackOrNothing;
 }
 
 bool Invocation::has(const char* option) const

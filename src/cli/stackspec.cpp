@@ -78,7 +78,8 @@ Head split_head(const Piece& piece)
 
 void read_format(const Piece& piece, PortSettings& settings)
 {
-    settings.DataBits = DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "the data bits"));
+    settings.DataBits =
+        DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "a count of data bits"));
     settings.Parity = ParityType(named(piece.mid(1, 1), PARITIES, "the parity"));
     settings.StopBits = StopBitsType(named(piece.mid(2), STOP_BITS, "the number of stop bits"));
 }

@@ -8,12 +8,32 @@
 #include "wallclock.h"
 
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QScopedValueRollback>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
 
 static const char WEB_ADDRESS[] = "www.corvane.example";
+
+namespace {
+// Shows a floating panel again when the desktop closes it alone: nothing else would. The close
+// isn't refused, as that would keep the application from ending.
+class PanelReturn : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const panel = static_cast<QWidget*>(watched);
+        const auto show = [panel] { panel->setVisible(panel->parentWidget()->isVisible()); };
+        if (event->type() == QEvent::Close)
+            QMetaObject::invokeMethod(panel, show, Qt::QueuedConnection);
+        return false;
+    }
+};
+} // namespace
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
@@ -29,6 +49,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
+    ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
     send_timer->setTimerType(Qt::PreciseTimer);
@@ -66,7 +87,15 @@ void MainWindow::status_bar_fill()
     auto* const web_address = new QLabel(WEB_ADDRESS);
     web_address->setTextFormat(Qt::PlainText);
 
+    // Here from the start: a bar that gains or loses a widget shows again, below its message, what
+    // the message has hidden.
+    file_progress = new QProgressBar;
+    file_progress->setRange(0, 1000);
+    file_progress->setMaximumHeight(web_address->sizeHint().height());
+    file_progress->hide();
+
     ui->statusBar->addWidget(web_address);
+    ui->statusBar->addPermanentWidget(file_progress);
     for (QLabel* label : {label_port, label_cnt, label_tx, label_rx}) {
         label->setTextFormat(Qt::PlainText);
         ui->statusBar->addPermanentWidget(label);

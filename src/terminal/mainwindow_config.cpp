@@ -27,6 +27,10 @@ void MainWindow::config_load()
     settings.beginGroup("window");
     restoreGeometry(GEOMETRY.read(settings));
     restoreState(STATE.read(settings), STATE_VERSION);
+    // A floating panel is gone before the state is stored at the end, and nothing brings it back.
+    // Shown ahead of its window it would lie below it.
+    ui->dockWidget->setVisible(!ui->dockWidget->isFloating());
+    QMetaObject::invokeMethod(ui->dockWidget, &QWidget::show, Qt::QueuedConnection);
     settings.endGroup();
 }
 

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QDateTime>
 #include <QDir>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QSettings>
@@ -168,6 +169,19 @@ TEST_F(Config, KeepsTheListAndAtLeastEightRows)
     EXPECT_EQ(table()->rowCount(), 8);
     EXPECT_EQ(table()->item(0, VALUE_COLUMN)->text(), "one");
     EXPECT_EQ(table()->item(1, VALUE_COLUMN)->text(), "");
+}
+
+TEST_F(Config, NeverLosesTheControlPanel)
+{
+    window_start();
+    auto* const panel = find<QDockWidget>("dockWidget");
+    panel->setFloating(true);
+    panel->close(); // a desktop's own way
+    EXPECT_TRUE(wait_until([&] { return panel->isVisible(); }));
+    panel->hide(); // the application's way, in front of the last store
+    restart();
+    EXPECT_TRUE(find<QDockWidget>("dockWidget")->isFloating());
+    EXPECT_TRUE(wait_until([&] { return find<QDockWidget>("dockWidget")->isVisible(); }));
 }
 
 TEST_F(Config, MovesToTheFileOfStoreAsAndLoad)

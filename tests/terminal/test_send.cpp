@@ -1,7 +1,9 @@
 #include "windowtest.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QProgressBar>
+#include <QStatusBar>
 #include <sys/stat.h>
 
 namespace {
@@ -21,7 +23,7 @@ protected:
         file_write(answers.file, data);
         return data;
     }
-    bool progress_shown() const { return !window->findChildren<QProgressBar*>().isEmpty(); }
+    bool progress_shown() const { return window->findChild<QProgressBar*>()->isVisible(); }
 };
 
 } // namespace
@@ -156,6 +158,10 @@ TEST_F(Send, SendsAFileToASlowReader)
     received += pty.read(data.size() - received.size());
     EXPECT_TRUE(received == data) << received.size();
     EXPECT_TRUE(wait_until([this] { return !progress_shown(); }));
+    const auto* const bar = find<QStatusBar>("statusBar");
+    EXPECT_TRUE(wait_until([&] { return bar->currentMessage().startsWith("file sent: "); }));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(bar->findChild<QLabel*>()->isVisible()) << "the address behind the message";
     EXPECT_TRUE(counters().contains(" TX: 2000000 "));
     EXPECT_EQ(shown(), answers.file + "\n");
     EXPECT_TRUE(answers.boxes.isEmpty());

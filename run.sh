@@ -33,7 +33,7 @@ simulate() {
 window() {
   simulate echo
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "A device that echoes is at $port: press \"open\" in the window and choose it."
+    echo "A device that echoes is at $port: press \"open\" (打开) in the window and choose it."
     cd "$work"
     "$bin/src/terminal/tarnwick"
   else

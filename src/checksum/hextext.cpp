@@ -22,6 +22,17 @@ QString hex_text(const void* data, int nbytes)
     return QString::fromLatin1(text.constData(), text.size() - 1);
 }
 
+int hex_digit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
 int hex_to_bytes(const char* text, int textlen, void* out, int outsize)
 {
     const int nbytes = textlen / 2;

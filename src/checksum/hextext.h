@@ -7,6 +7,9 @@
 // when nbytes is 0 or less, a null one when data is null.
 QString hex_text(const void* data, int nbytes);
 
+// The value of a digit of either case, or -1.
+int hex_digit(char c);
+
 // Writes the bytes that the textlen characters stand for, two characters a byte, to out, which
 // holds outsize bytes; textlen is even. Returns the number of bytes written. Returns 0, with
 // nothing written, when text or out is null or out is too small. The characters are not examined:

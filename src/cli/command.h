@@ -10,7 +10,7 @@
 class Invocation;
 
 // What a command talks to, and with it which options it takes.
-enum class Needs { Nothing, Link, Stack };
+enum class Needs { Nothing, Link, StackOrNothing, Stack };
 
 struct Command
 {

@@ -83,8 +83,8 @@ QList<Command> checksum_commands()
     QList<QCommandLineOption> options = payload_options();
     options.append(QCommandLineOption("only", "Show this value alone, such as crc16.", "name"));
     return {{"checksum", "[FILE]", "Work out check values of a file or of bytes.",
-             "Works out the check values that devices and frames use, of a file, of standard input "
-             "(no file, or -), or of bytes given as --hex or --text.\n\n"
+             "Works out the check values that devices and frames use, of a file, of standard\n"
+             "input (no file, or -), or of bytes given as --hex or --text.\n\n"
              "  tarnwickctl checksum M1_2.3.bin\n"
              "  tarnwickctl checksum --hex '01 03 00 00 00 02' --only crc16",
              options, Needs::Nothing, run_checksum}};

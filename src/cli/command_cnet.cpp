@@ -263,7 +263,7 @@ QList<Command> cnet_commands()
         cnet_search_command(),
         {"cnet value", "ADDRESS", "Read the measured value of a cnet device.",
          "Reads the value that a device reports of itself, a number from -127 to 127, and two of\n"
-         "them from devices with long addresses. " +
+         "them from devices with long addresses.\n" +
              about,
          TUNING, Needs::Link, run_value},
     };

@@ -131,7 +131,7 @@ QList<Command> dorv_commands()
          "Without --link: lists the settings, whether they can be read, and what they take.\n"
          "With --link: reads all that can be read from the module.",
          {},
-         Needs::Stack,
+         Needs::StackOrNothing,
          run_list},
     };
     return settings + dorv_module_commands();

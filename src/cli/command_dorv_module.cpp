@@ -137,8 +137,7 @@ qint64 address_of(const Invocation& invocation, qint64 most)
     const auto address = number_in(text, 0, most);
     if (!address)
         throw usage_failure(QStringLiteral("\"%1\": ADDRESS is a number from 0 to %2, or behind 0x")
-                                .arg(text)
-                                .arg(most));
+                                .arg(text, QString::number(most)));
     return *address;
 }
 
@@ -179,8 +178,10 @@ QList<Command> dorv_module_commands()
         {"dorv mode",
          "[radio|pmac|mac|command]",
          "Read or change the mode of a Dorv module.",
-         "Prints the mode of the module, or changes it. The mode command is the one in which the\n"
-         "module takes settings.",
+         "Prints which of the modes radio, pmac and mac the module works in, or changes it. In "
+         "the\n"
+         "mode command a module that is busy with radio traffic takes settings; the mode it works\n"
+         "in stays, and is what the module tells.",
          {},
          Needs::Stack,
          run_mode},

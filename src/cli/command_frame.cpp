@@ -11,16 +11,18 @@
 
 namespace {
 constexpr int LONGEST_PAYLOAD = 65536;
+constexpr char HOW_TO_GIVE_BYTES[] =
+    "Give bytes as --hex '01 02' or --text hello, or name a file; - stands for standard input.";
 
 QByteArray payload_to_send(const Invocation& invocation)
 {
     const bool given = invocation.has("hex") || invocation.has("text");
     invocation.expect_at_most(given ? 0 : 1);
     if (!given && invocation.argument_count() == 0)
-        throw usage_failure("there is nothing to send",
-                            "Give bytes as --hex '01 02' or --text hello, or name a file; - stands "
-                            "for standard input.");
+        throw usage_failure("there is nothing to send", HOW_TO_GIVE_BYTES);
     QByteArray payload = payload_of(invocation, 0);
+    if (payload.isEmpty()) // no framer takes that
+        throw usage_failure("there is nothing to send: no byte was given", HOW_TO_GIVE_BYTES);
     if (payload.size() > LONGEST_PAYLOAD)
         throw usage_failure(QStringLiteral("a payload has at most %1 bytes").arg(LONGEST_PAYLOAD));
     return payload;
@@ -90,7 +92,7 @@ QList<Command> frame_commands()
          "  tarnwickctl frame send --hex '01 02' --link serial:/dev/ttyUSB0,9600 --frame crc16",
          payload_options(), Needs::Stack, run_send},
         {"frame exchange", "[FILE]", "Send bytes as one frame and show the answer.",
-         "Sends bytes through the framers as one frame, and prints the payload of the frame that "
+         "Sends bytes through the framers as one frame, and prints the payload of the frame that\n"
          "comes back.\n\n"
          "  tarnwickctl frame exchange --hex '03 00 00 00 02' --read 5 --frame rtu:1 \\\n"
          "      --link serial:/dev/ttyUSB0,9600,8E1",

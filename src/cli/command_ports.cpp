@@ -43,12 +43,13 @@ static void run_ports(Invocation& invocation)
 
 QList<Command> ports_commands()
 {
-    return {{"ports",
-             "",
-             "List the serial ports of this machine.",
-             "Lists the serial ports of this machine, those of simulated devices among them: name, "
-             "description, maker, and vendor and product of USB adapters.",
-             {},
-             Needs::Nothing,
-             run_ports}};
+    return {
+        {"ports",
+         "",
+         "List the serial ports of this machine.",
+         "Lists the serial ports of this machine, those of simulated devices among them: name,\n"
+         "description, maker, and vendor and product of USB adapters.",
+         {},
+         Needs::Nothing,
+         run_ports}};
 }

@@ -25,9 +25,8 @@ static void run_upgrade(Invocation& invocation)
     const UpgradeResult result =
         Upgrade(settings, connection, invocation.console, invocation.interrupts).run();
     invocation.console.line(QStringLiteral("%1: %2 bytes sent and verified in %3 s")
-                                .arg(settings.file)
-                                .arg(result.file_size)
-                                .arg(double(result.elapsed_ms) / 1000, 0, 'f', 1));
+                                .arg(settings.file, QString::number(result.file_size),
+                                     QString::number(double(result.elapsed_ms) / 1000, 'f', 1)));
     invocation.console.result({{"result", "upgraded"},
                                {"file", settings.file},
                                {"bytes", result.file_size},

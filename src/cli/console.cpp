@@ -28,6 +28,19 @@ static QString cut_to_width(const QString& text)
     return text;
 }
 
+QString harmless(const QString& text)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control && c != '\n' && c != '\t')
+            shown += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QChar('0'));
+        else
+            shown += c;
+    }
+    return shown;
+}
+
 Console::Console(bool json)
     : json(json)
     , in_place(is_terminal())
@@ -47,7 +60,7 @@ void Console::line(const QString& text)
         return;
     const QMutexLocker lock(&mutex);
     clear_progress();
-    put(stdout, text + '\n');
+    put(stdout, harmless(text) + '\n');
 }
 
 void Console::bytes(const QByteArray& data)
@@ -64,7 +77,8 @@ void Console::result(const QJsonObject& object)
     if (!json)
         return;
     const QMutexLocker lock(&mutex);
-    put(stdout, QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n');
+    const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    put(stdout, harmless(QString::fromUtf8(text)) + '\n');
 }
 
 void Console::note(const QString& text)
@@ -76,14 +90,14 @@ void Console::note(const QString& text)
 
 void Console::write_note(const QString& text)
 {
-    put(stderr, text + '\n');
+    put(stderr, harmless(text) + '\n');
 }
 
 void Console::progress(const QString& text, int percent)
 {
     const QMutexLocker lock(&mutex);
     if (in_place) {
-        put(stderr, '\r' + cut_to_width(text) + "\x1b[K");
+        put(stderr, '\r' + cut_to_width(harmless(text)) + "\x1b[K");
         progress_shown = true;
         return;
     }

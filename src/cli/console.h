@@ -5,7 +5,11 @@
 #include <QMutex>
 #include <QString>
 
-// Any thread may call it.
+// The text with its control characters, but for line feeds and tabs, as \u001b: texts come from
+// devices, files and ports too, and no terminal is to obey them. JSON spells it the same way.
+QString harmless(const QString& text);
+
+// What it shows is harmless, but for bytes(). Any thread may call it.
 class Console
 {
 public:

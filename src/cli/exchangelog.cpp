@@ -57,7 +57,8 @@ void ExchangeLog::write(const QString& text)
     if (!verbose && !file.isOpen())
         return;
     const QMutexLocker lock(&mutex);
-    const QString line = QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + ' ' + text;
+    const QString line =
+        QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + ' ' + harmless(text);
     if (verbose)
         console.note(line);
     if (!file.isOpen())

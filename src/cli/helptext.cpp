@@ -96,6 +96,13 @@ QString family_help(const QList<Command>& commands, const QString& family)
            command_lines(commands, family);
 }
 
+static QString link_usage(Needs needs)
+{
+    if (needs == Needs::Nothing)
+        return {};
+    return needs == Needs::StackOrNothing ? " [--link LINK]" : " --link LINK";
+}
+
 QString command_help(const Command& command)
 {
     QCommandLineParser parser;
@@ -105,8 +112,8 @@ QString command_help(const Command& command)
     QString text = parser.helpText();
     text.remove(0, text.indexOf('\n'));
     const QString arguments = command.arguments.isEmpty() ? QString() : ' ' + command.arguments;
-    const QString link = command.needs != Needs::Nothing ? " --link LINK" : "";
-    return "Usage: tarnwickctl " + command.name + arguments + link + " [options]\n" + text;
+    return "Usage: tarnwickctl " + command.name + arguments + link_usage(command.needs) +
+           " [options]\n" + text;
 }
 
 QString stack_help()

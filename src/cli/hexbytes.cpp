@@ -2,14 +2,6 @@
 
 #include "hextext.h"
 
-static int digit_value(QChar c)
-{
-    const char digit = c.toLower().toLatin1();
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    return digit >= 'a' && digit <= 'f' ? digit - 'a' + 10 : -1;
-}
-
 Parsed<QByteArray> parse_hex_bytes(const QString& text)
 {
     QByteArray bytes;
@@ -18,7 +10,7 @@ Parsed<QByteArray> parse_hex_bytes(const QString& text)
         const bool separator = text[i].isSpace() || text[i] == ':';
         if (separator && high < 0)
             continue;
-        const int digit = digit_value(text[i]);
+        const int digit = hex_digit(text[i].toLatin1());
         if (separator)
             return {{}, SpecError{"a byte has two hexadecimal digits", i - 1, 1}};
         if (digit < 0)

@@ -30,7 +30,7 @@ void Invocation::expect_at_most(int count) const
 
 bool Invocation::takes_frame() const
 {
-    return command.needs == Needs::Stack;
+    return command.needs >= Needs::StackOrNothing;
 }
 
 bool Invocation::has(const char* option) const
@@ -53,8 +53,7 @@ qint64 Invocation::number(const char* option, qint64 least, qint64 most) const
     const auto value = number_in(text(option), least, most);
     if (!value)
         throw usage_failure(QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                                .arg(QLatin1String(option), text(option))
-                                .arg(least)
-                                .arg(most));
+                                .arg(QLatin1String(option), text(option), QString::number(least),
+                                     QString::number(most)));
     return *value;
 }

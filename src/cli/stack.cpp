@@ -200,7 +200,7 @@ Failure Stack::open_failure() const
 {
     if (spec.kind == LinkKind::Serial)
         return port_failure(spec.port);
-    const QString peer = QStringLiteral("%1:%2").arg(spec.host).arg(spec.remote_port);
+    const QString peer = QStringLiteral("%1:%2").arg(spec.host, QString::number(spec.remote_port));
     return {ExitCode::Link, "no connection to " + peer,
             "Check that the device or gateway is on, that address and port are right, and that no "
             "firewall is between; a slow network needs a longer --timeout."};

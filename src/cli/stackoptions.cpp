@@ -20,7 +20,7 @@ QList<QCommandLineOption> stack_options(Needs needs)
         "What stands around the payload on that link: none, crc16, rtu:ADDRESS, chan:PREFIX, ... "
         "joined by +, the one nearest to the link first.",
         "framers", "none");
-    if (needs == Needs::Stack)
+    if (needs >= Needs::StackOrNothing)
         options.insert(1, frame);
     return options;
 }

@@ -78,7 +78,8 @@ Head split_head(const Piece& piece)
 
 void read_format(const Piece& piece, PortSettings& settings)
 {
-    settings.DataBits = DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "the data bits"));
+    settings.DataBits =
+        DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "a count of data bits"));
     settings.Parity = ParityType(named(piece.mid(1, 1), PARITIES, "the parity"));
     settings.StopBits = StopBitsType(named(piece.mid(2), STOP_BITS, "the number of stop bits"));
 }
@@ -109,8 +110,10 @@ bool is_dotted_address(const QString& host)
 {
     const QStringList numbers = host.split('.');
     return numbers.size() == 4 && std::all_of(numbers.cbegin(), numbers.cend(), [](auto& part) {
-               bool ok = false;
-               return part.size() <= 3 && part.toUInt(&ok) <= 255 && ok && part[0].isDigit();
+               // The conversion alone would take blanks and signs too.
+               const bool digits = std::all_of(part.cbegin(), part.cend(),
+                                               [](QChar c) { return c >= '0' && c <= '9'; });
+               return digits && !part.isEmpty() && part.size() <= 3 && part.toUInt() <= 255;
            });
 }
 

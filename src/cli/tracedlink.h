@@ -6,7 +6,7 @@
 
 #include <atomic>
 
-class TracedLink : public QLink
+class TracedLink final : public QLink
 {
 public:
     // `lower` and `log` outlive it.

@@ -53,6 +53,10 @@ void check_firmware_file(const QString& file)
         throw Failure{ExitCode::File, file + " is a folder", "Name a firmware file in it."};
     if (!info.isReadable())
         throw Failure{ExitCode::File, "the file " + file + " can't be read", "Check its rights."};
+    // A module would take it: nothing to send, and nothing to verify.
+    if (info.isFile() && info.size() == 0)
+        throw Failure{ExitCode::File, "the file " + file + " is empty",
+                      "Look how it was made; the module was left alone."};
 }
 
 Upgrade::Upgrade(const UpgradeSettings& settings, Connection& connection, Console& console,

@@ -1,5 +1,6 @@
 #include "qlinkcfgdlg.h"
 
+#include "inifile.h"
 #include "qserialcfgwidget.h"
 #include "qtcpipcfgwidget.h"
 #include "setting.h"
@@ -27,7 +28,7 @@ constexpr const char* LINK_TYPES[] = {
 
 int stored_link_type(const QString& cfg_file)
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup(GROUP);
     return LINK_TYPE.read(settings);
 }
@@ -114,7 +115,7 @@ void QLinkCfgDlg::layout_build()
 
 void QLinkCfgDlg::link_type_store() const
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup(GROUP);
     LINK_TYPE.write_if_changed(settings, link_type_box->currentIndex());
 }

@@ -1,5 +1,6 @@
 #include "qserialcfgwidget.h"
 
+#include "inifile.h"
 #include "qextserialenumerator.h"
 #include "setting.h"
 
@@ -79,7 +80,7 @@ bool operator==(const SerialCfgIndexes& a, const SerialCfgIndexes& b)
 QSerialCfgWidget::QSerialCfgWidget(QWidget* parent, const QString& cfg_file)
     : QWidget(parent)
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup(GROUP);
     initial.port = PORT.read(settings);
     initial.baud = BAUD_RATE.read(settings);
@@ -93,15 +94,14 @@ QSerialCfgWidget::QSerialCfgWidget(QWidget* parent, const QString& cfg_file)
     if (!cfg_file.isNull())
         this->cfg_file = cfg_file;
 
-    // In the order of the rows, which is also the order of Tab.
     port_build();
     baud_build(custom_rate);
     dataBitsComboBox = combo_create("dataBitsComboBox");
     choices_fill(dataBitsComboBox, DATA_BITS_CHOICES, initial.data_bits);
-    stopBitsComboBox = combo_create("stopBitsComboBox");
-    choices_fill(stopBitsComboBox, STOP_BITS_CHOICES, initial.stop_bits);
     parityComboBox = combo_create("parityComboBox");
     choices_fill(parityComboBox, PARITY_CHOICES, initial.parity);
+    stopBitsComboBox = combo_create("stopBitsComboBox");
+    choices_fill(stopBitsComboBox, STOP_BITS_CHOICES, initial.stop_bits);
     flowComboBox = combo_create("flowComboBox");
     choices_fill(flowComboBox, FLOW_CHOICES, initial.flow);
     timeout_build();
@@ -310,11 +310,13 @@ void QSerialCfgWidget::layout_build()
         ++row;
     }
     setLayout(grid);
+    // The one place where Tab would leave the order of the rows.
+    setTabOrder(dataBitsComboBox, stopBitsComboBox);
 }
 
 void QSerialCfgWidget::settings_store() const
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     SerialCfgIndexes now;
     indexes_get(&now);
     settings.beginGroup(GROUP);

@@ -1,5 +1,6 @@
 #include "qtcpipcfgwidget.h"
 
+#include "inifile.h"
 #include "setting.h"
 #include "ui_qtcpipcfgwidget.h"
 
@@ -103,7 +104,7 @@ void QTcpipCfgWidget::on_checkBox_random_local_port_stateChanged(int arg1)
 
 void QTcpipCfgWidget::settings_load()
 {
-    QSettings settings(filename, QSettings::IniFormat);
+    IniFile settings(filename);
     settings.beginGroup(GROUP);
     ui->comboBox_ip_version->setCurrentIndex(IP_VERSION.read(settings));
     ui->comboBox_protocol->setCurrentIndex(PROTOCOL.read(settings));
@@ -117,7 +118,7 @@ void QTcpipCfgWidget::settings_load()
 
 void QTcpipCfgWidget::settings_store() const
 {
-    QSettings settings(filename, QSettings::IniFormat);
+    IniFile settings(filename);
     settings.beginGroup(GROUP);
     IP_VERSION.write_if_changed(settings, ip_version());
     PROTOCOL.write_if_changed(settings, protocol());

@@ -15,13 +15,21 @@ enum LinkError : int { LINK_FAILED = -1, LINK_IO = -5, LINK_CLOSED = -6, LINK_AG
 // A link knows no frames and not who uses it. Whoever assembles a stack creates the link, hands its
 // pointer to the layer above and deletes it through its concrete type or QObject, never through
 // QLink. One thread at a time drives a link.
+//
+// On a closed link flush does nothing, is_open and can_read_line are false, and the other
+// operations on data give LINK_CLOSED. Each concrete link tells where it differs and what its own
+// failures are.
+//
+// Each has a signal log(QString) too. It tells why an operation failed, where its result leaves
+// that open; and, once logging of data is on, each operation that moved bytes, with the bytes in
+// hexadecimal.
 class QLink
 {
 public:
     // Opens the link. 0, or an error code.
     virtual int open() = 0;
     virtual bool is_open() = 0;
-    // Closes the link. 0, or LINK_CLOSED.
+    // Closes the link. 0; or LINK_CLOSED, where a link has that for a closed one.
     virtual int close() = 0;
     // Drops every byte that already waits to be read; does nothing on a closed link.
     virtual void flush() = 0;

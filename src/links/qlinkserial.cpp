@@ -19,7 +19,7 @@ QLinkSerial::~QLinkSerial()
 int QLinkSerial::open()
 {
     if (port) {
-        emit log(tr(serial_log::ALREADY_OPEN));
+        emit log(tr("Serial port already opened"));
         return LINK_FAILED;
     }
     port = new QextSerialPort(port_name, port_settings, QextSerialPort::Polling);
@@ -30,7 +30,7 @@ int QLinkSerial::open()
     if (port->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return 0;
 
-    emit log(tr(serial_log::OPEN_FAILED).arg(port_name));
+    emit log(tr("Open %1 failed").arg(port_name));
     delete port;
     port = nullptr;
     delete_enumerator();
@@ -72,7 +72,7 @@ int QLinkSerial::getchar()
     if (!port->getChar(&byte))
         return -int(port->lastError());
     if (verbose)
-        emit log(tr(serial_log::GETCHAR).arg(quint8(byte), 2, 16, QChar('0')));
+        emit log(tr("ser: getchar (%1)").arg(quint8(byte), 2, 16, QChar('0')));
     return quint8(byte);
 }
 
@@ -83,7 +83,7 @@ int QLinkSerial::putchar(int c)
     if (!port->putChar(char(c & 0xFF)))
         return -int(port->lastError());
     if (verbose)
-        emit log(tr(serial_log::PUTCHAR).arg(c, 2, 16, QChar('0')));
+        emit log(tr("ser: putchar (%1)").arg(c, 2, 16, QChar('0')));
     return c;
 }
 
@@ -92,7 +92,7 @@ int QLinkSerial::read(char* buffer, int nbytes)
     if (!is_open())
         return LINK_CLOSED;
     const qint64 count = port->read(buffer, nbytes);
-    log_bytes(serial_log::READ, buffer, count);
+    log_bytes(QT_TR_NOOP("ser: read    (%1)"), buffer, count);
     return int(count);
 }
 
@@ -101,7 +101,7 @@ int QLinkSerial::write(const char* buffer, int nbytes)
     if (!is_open())
         return LINK_CLOSED;
     const qint64 count = port->write(buffer, nbytes);
-    log_bytes(serial_log::WRITE, buffer, count);
+    log_bytes(QT_TR_NOOP("ser: write   (%1)"), buffer, count);
     return int(count);
 }
 
@@ -115,7 +115,7 @@ int QLinkSerial::readline(char* buffer, int size)
     if (!is_open())
         return LINK_CLOSED;
     const qint64 count = port->readLine(buffer, size);
-    log_bytes(serial_log::READLINE, buffer, count);
+    log_bytes(QT_TR_NOOP("ser: readline(%1)"), buffer, count);
     return int(count);
 }
 

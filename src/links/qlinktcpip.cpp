@@ -76,7 +76,7 @@ int QLinkTcpip::open()
     close();
     QAbstractSocket* const opened = new_socket(cfg.protocol);
     if (!opened) {
-        emit log(tr(tcpip_log::NO_PROTOCOL));
+        emit log(tr("tcpip: protocol not supported"));
         return LINK_FAILED;
     }
     socket = opened;
@@ -87,7 +87,7 @@ int QLinkTcpip::open()
     // Each step may end with the link closed by a handler of its log.
     if (socket && opened->waitForConnected(cfg.timeout) && socket)
         return 0;
-    emit log(tr(tcpip_log::CONNECT_FAILED));
+    emit log(tr("tcpip: connected failed"));
     return LINK_FAILED;
 }
 
@@ -113,11 +113,16 @@ int QLinkTcpip::close()
 
 void QLinkTcpip::flush()
 {
+    if (!is_open())
+        return;
+    const SocketUse use(*this);
+    // Where no event loop runs, what came since the last wait is still with the system.
+    socket->waitForReadyRead(0);
     const int waiting = bytes_available();
     if (waiting <= 0)
         return;
     if (verbose)
-        emit log(tr(tcpip_log::DROPPED).arg(waiting));
+        emit log(tr("tcpip: drop %1 bytes").arg(waiting));
     if (is_open())
         socket->readAll();
 }
@@ -135,7 +140,7 @@ int QLinkTcpip::getchar()
     if (!socket->getChar(&byte))
         return LINK_IO;
     if (verbose)
-        emit log(tr(tcpip_log::GETCHAR).arg(quint8(byte), 2, 16, QChar('0')));
+        emit log(tr("tcpip: getchar (%1)").arg(quint8(byte), 2, 16, QChar('0')));
     return quint8(byte);
 }
 
@@ -146,7 +151,7 @@ int QLinkTcpip::putchar(int c)
     if (!socket->putChar(char(c & 0xFF)))
         return LINK_IO;
     if (verbose)
-        emit log(tr(tcpip_log::PUTCHAR).arg(c, 2, 16, QChar('0')));
+        emit log(tr("tcpip: putchar (%1)").arg(c, 2, 16, QChar('0')));
     return c;
 }
 
@@ -170,16 +175,16 @@ int QLinkTcpip::read(char* buffer, int nbytes)
         count += int(result);
     }
     if (verbose)
-        emit log(tr(tcpip_log::READ).arg(hex_text(buffer, count)));
+        emit log(tr("tcpip: read    (%1)").arg(hex_text(buffer, count)));
     return count;
 }
 
 int QLinkTcpip::write(const char* buffer, int nbytes)
 {
     if (verbose && is_open())
-        emit log(tr(tcpip_log::WRITE).arg(hex_text(buffer, nbytes)));
+        emit log(tr("tcpip: write   (%1)").arg(hex_text(buffer, nbytes)));
     if (!is_open()) {
-        emit log(tr(tcpip_log::WRITE_CLOSED));
+        emit log(tr("tcpip: write failed, connection not opened"));
         return LINK_CLOSED;
     }
     const SocketUse use(*this);
@@ -188,7 +193,7 @@ int QLinkTcpip::write(const char* buffer, int nbytes)
     if (taken > 0)
         target->flush();
     else
-        emit log(tr(tcpip_log::WRITE_FAILED));
+        emit log(tr("tcpip: write failed"));
     return int(taken);
 }
 
@@ -200,7 +205,7 @@ bool QLinkTcpip::can_read_line()
 int QLinkTcpip::readline(char* buffer, int size)
 {
     if (!is_open()) {
-        emit log(tr(tcpip_log::READLINE_CLOSED));
+        emit log(tr("tcpip: readline failed, connection not opened"));
         return LINK_CLOSED;
     }
     return int(socket->readLine(buffer, size));
@@ -210,9 +215,14 @@ void QLinkTcpip::socket_state_display(QAbstractSocket::SocketState state)
 {
     // Called from inside the socket, maybe by an event loop, where no operation is behind it.
     ++uses;
+    static constexpr const char* STATES[] = {
+        QT_TR_NOOP("tcpip: unconnected"),    QT_TR_NOOP("tcpip: looking up host"),
+        QT_TR_NOOP("tcpip: connecting ..."), QT_TR_NOOP("tcpip: connected"),
+        QT_TR_NOOP("tcpip: socket bound"),   QT_TR_NOOP("tcpip: listening ..."),
+        QT_TR_NOOP("tcpip: closing ..."),
+    };
     const auto index = size_t(state);
-    emit log(tr(index < std::size(tcpip_log::STATES) ? tcpip_log::STATES[index]
-                                                     : tcpip_log::UNKNOWN_STATE));
+    emit log(index < std::size(STATES) ? tr(STATES[index]) : tr("tcpip: unknow state"));
     if (--uses > 0)
         return;
     const QList<QAbstractSocket*> closed = std::exchange(retired, {});

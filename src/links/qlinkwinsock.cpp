@@ -54,7 +54,7 @@ int QLinkWinsock::open()
     close();
     winsock::WSADATA data;
     if (const int error = winsock::WSAStartup(WINSOCK_VERSION, &data)) {
-        emit log(tr(winsock_log::STARTUP_FAILED));
+        emit log(tr("winsock: WSAStartup failed"));
         return error;
     }
     if (const int error = create_socket()) {
@@ -71,7 +71,7 @@ int QLinkWinsock::open()
         return fail(tr(line));
     if (stream && winsock::connect(sock, reinterpret_cast<const sockaddr*>(&remote),
                                    sizeof remote) == SOCKET_ERROR)
-        return fail(tr(winsock_log::CONNECT_FAILED)
+        return fail(tr("tcpip: connect to host %1:%2 failed")
                         .arg(QString::fromLatin1(cfg.addr), QString::number(cfg.remote_port)));
     return 0;
 }
@@ -107,7 +107,7 @@ void QLinkWinsock::flush()
     } while (count > 0 && !stream &&
              !deadline.hasExpired()); // often, the next datagram is all told
     if (log_hex && dropped > 0)
-        emit log(tr(winsock_log::DROPPED).arg(dropped));
+        emit log(tr("tcpip: drop %1 bytes").arg(dropped));
 }
 
 int QLinkWinsock::bytes_available()
@@ -127,7 +127,7 @@ int QLinkWinsock::getchar()
     if (read(&byte, 1) == 0)
         return LINK_IO;
     if (log_hex)
-        emit log(tr(winsock_log::GETCHAR).arg(quint8(byte), 2, 16, QChar('0')));
+        emit log(tr("tcpip: getchar [%1]").arg(quint8(byte), 2, 16, QChar('0')));
     return quint8(byte);
 }
 
@@ -139,7 +139,7 @@ int QLinkWinsock::putchar(int c)
     if (write(&byte, 1) <= 0)
         return LINK_IO;
     if (log_hex)
-        emit log(tr(winsock_log::PUTCHAR).arg(c, 2, 16, QChar('0')));
+        emit log(tr("tcpip: putchar [%1]").arg(c, 2, 16, QChar('0')));
     return c;
 }
 
@@ -159,10 +159,10 @@ int QLinkWinsock::read(char* buffer, int nbytes)
         count += result;
     }
     if (log_hex)
-        emit log(tr(winsock_log::READ).arg(QString::number(result), hex_text(buffer, count)));
+        emit log(tr("tcpip: read(%1)[%2]").arg(QString::number(result), hex_text(buffer, count)));
     if (log_text && count < nbytes) {
         buffer[count] = '\0';
-        emit log(tr(winsock_log::READ).arg(QString::number(result), text_of(buffer, count)));
+        emit log(tr("tcpip: read(%1)[%2]").arg(QString::number(result), text_of(buffer, count)));
     }
     return count;
 }
@@ -170,13 +170,13 @@ int QLinkWinsock::read(char* buffer, int nbytes)
 int QLinkWinsock::write(const char* buffer, int nbytes)
 {
     if (!is_open()) {
-        emit log(tr(winsock_log::WRITE_CLOSED));
+        emit log(tr("tcpip: write failed, connection not opened"));
         return LINK_CLOSED;
     }
     if (log_hex)
-        emit log(tr(winsock_log::WRITE).arg(hex_text(buffer, nbytes)));
+        emit log(tr("tcpip: write   [%1]").arg(hex_text(buffer, nbytes)));
     if (log_text)
-        emit log(tr(winsock_log::WRITE).arg(text_of(buffer, nbytes)));
+        emit log(tr("tcpip: write   [%1]").arg(text_of(buffer, nbytes)));
     return stream ? winsock::send(sock, buffer, nbytes, 0)
                   : winsock::sendto(sock, buffer, nbytes, 0,
                                     reinterpret_cast<const sockaddr*>(&remote), sizeof remote);
@@ -185,25 +185,25 @@ int QLinkWinsock::write(const char* buffer, int nbytes)
 int QLinkWinsock::create_socket()
 {
     if (cfg.protocol == TCPIP_TCP_SERVER || cfg.protocol < 0) {
-        emit log(tr(winsock_log::NO_PROTOCOL));
+        emit log(tr("tcpip: protocol not supported"));
         return LINK_FAILED;
     }
     stream = cfg.protocol == TCPIP_TCP_CLIENT;
     sock = winsock::socket(AF_INET, stream ? SOCK_STREAM : SOCK_DGRAM, 0);
     if (is_open())
         return 0;
-    emit log(tr(winsock_log::SOCKET_FAILED));
+    emit log(tr("tcpip: create socket failed"));
     return LINK_FAILED;
 }
 
 const char* QLinkWinsock::refused_option()
 {
     if (!set_option(sock, SO_SNDTIMEO, cfg.timeout))
-        return winsock_log::SEND_TIMEOUT_FAILED;
+        return QT_TR_NOOP("tcpip: set socket sending timeout failed");
     if (!set_option(sock, SO_RCVTIMEO, cfg.timeout))
-        return winsock_log::RECEIVE_TIMEOUT_FAILED;
+        return QT_TR_NOOP("tcpip: set socket receiving timeout failed");
     if (cfg.protocol == TCPIP_UDP_BROADCAST && !set_option(sock, SO_BROADCAST, 1))
-        return winsock_log::BROADCAST_FAILED;
+        return QT_TR_NOOP("tcpip: set socket broadcast opt failed");
     return nullptr;
 }
 

@@ -50,14 +50,32 @@ static QextPortInfo hardware_port(const QSerialPortInfo& info)
     return port;
 }
 
+static QString runtime_folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+}
+
 #ifdef Q_OS_UNIX
 
-// Whoever can write into the folder decides where the bytes go.
-static bool only_mine(const QString& folder)
+static bool is_mine(const QString& folder, mode_t refused)
 {
     struct stat about = {};
     return stat(QFile::encodeName(folder).constData(), &about) == 0 && about.st_uid == geteuid() &&
-           (about.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+           (about.st_mode & refused) == 0;
+}
+
+// Whoever can write into the folder decides where the bytes go. With the usual umask of 002 the
+// group can, which is harmless inside a runtime folder that lets nobody else in.
+static bool only_mine(const QString& folder)
+{
+    return is_mine(folder, S_IWGRP | S_IWOTH) ||
+           (is_mine(folder, S_IWOTH) && is_mine(runtime_folder(), S_IRWXG | S_IRWXO));
+}
+
+// Whatever the umask leaves to others.
+static void make_private(const QString& folder)
+{
+    ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
 }
 
 static bool leads_to_device(const QString& path)
@@ -72,6 +90,8 @@ static bool only_mine(const QString&)
 {
     return false;
 }
+
+static void make_private(const QString&) {}
 
 static bool leads_to_device(const QString&)
 {
@@ -118,14 +138,22 @@ QList<QextPortInfo> QextSerialEnumerator::getPorts()
 
 QString QextSerialEnumerator::virtual_ports_folder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/tarnwick/ports";
+    return runtime_folder() + "/tarnwick/ports";
+}
+
+bool QextSerialEnumerator::virtual_ports_folder_make()
+{
+    const QString folder = virtual_ports_folder();
+    make_private(QFileInfo(folder).path());
+    make_private(folder);
+    return only_mine(folder);
 }
 
 void QextSerialEnumerator::setUpNotifications()
 {
     known = getPorts();
     // A folder that doesn't exist can't be watched for its first entry.
-    QDir().mkpath(virtual_ports_folder());
+    virtual_ports_folder_make();
     watch_folders();
     connect(&PortWatch::instance(), &PortWatch::lost, this, &QextSerialEnumerator::report_lost);
 }

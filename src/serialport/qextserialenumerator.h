@@ -25,7 +25,7 @@ bool port_name_less(const QString& a, const QString& b);
 // Virtual ports: each entry of virtual_ports_folder() that leads to a tty is a port, named by its
 // path. So pseudo-terminals, pairs made by socat, simulators and oddly named devices can be opened
 // by whoever may make a link. The folder counts only when it belongs to the user and nobody else
-// can write to it.
+// can write to it; the group may where the runtime directory is closed to it.
 class QextSerialEnumerator : public QObject
 {
     Q_OBJECT
@@ -40,6 +40,9 @@ public:
 
     // <runtime directory of the user>/tarnwick/ports
     static QString virtual_ports_folder();
+    // Makes it, with no rights for others, if it is missing. False when there is none then that
+    // counts.
+    static bool virtual_ports_folder_make();
 
     // From now on the signals tell of each port that comes or goes. Needs an event loop on this
     // thread.

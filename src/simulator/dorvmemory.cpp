@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QSaveFile>
 #include <algorithm>
+#include <cctype>
 #include <stdexcept>
 
 namespace {
@@ -76,7 +77,12 @@ bool is_number(const QByteArray& text, qint64 least, qint64 most, int base = 10)
 {
     bool ok = false;
     const qint64 value = text.toLongLong(&ok, base);
-    return ok && value >= least && value <= most && !text.startsWith('+');
+    // Not the sign and the white space that the conversion passes over: a line feed among it would
+    // break the file.
+    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
+        return c == '-' || isxdigit(static_cast<unsigned char>(c)) != 0;
+    });
+    return ok && plain && value >= least && value <= most;
 }
 
 bool is_hex(const QByteArray& text, int bytes)
@@ -183,7 +189,8 @@ void DorvMemory::load()
         ++number;
         const int sign = int(line.indexOf('='));
         QByteArray name = line.left(sign);
-        if (name.startsWith(CHANNEL) && name.size() > 2 && isdigit(name[2]))
+        if (name.startsWith(CHANNEL) && name.size() > 2 &&
+            isdigit(static_cast<unsigned char>(name[2])))
             name = CHANNEL;
         if (!line.isEmpty() && !accept(name, line.mid(sign + 1)))
             fail(path, QStringLiteral("line %1, \"%2\", is not a setting of this module")

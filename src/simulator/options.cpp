@@ -121,14 +121,16 @@ public:
     QStringList texts(const char* name) const { return parser.values(name); }
 
 private:
+    static QString digits(qint64 number) { return QString::number(number); }
+    static QString digits(double number) { return QString::number(number, 'g', 15); }
+
     template <typename Number>
     Number in_range(const char* name, bool ok, Number value, Number least, Number most) const
     {
         if (!ok || !(value >= least && value <= most))
             throw Mistake{QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                              .arg(QLatin1String(name), parser.value(name))
-                              .arg(least)
-                              .arg(most)};
+                              .arg(QLatin1String(name), parser.value(name), digits(least),
+                                   digits(most))};
         return value;
     }
 
@@ -308,6 +310,11 @@ const DeviceOptions* find_device(const QString& name)
 }
 } // namespace
 
+static ParsedOptions refused(const QString& why)
+{
+    return {{}, "tarnwick-sim: " + why + "\n", false};
+}
+
 ParsedOptions parse_options(const QStringList& arguments)
 {
     ParsedOptions parsed;
@@ -316,9 +323,8 @@ ParsedOptions parse_options(const QStringList& arguments)
         return {{}, OVERVIEW, true};
     const DeviceOptions* device = find_device(name);
     if (!device)
-        return {{},
-                (name.isEmpty() ? QString() : "no such device: " + name + "\n\n") + OVERVIEW,
-                false};
+        return name.isEmpty() ? ParsedOptions{{}, OVERVIEW, false}
+                              : refused("no such device: " + name + "\n\n" + OVERVIEW);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(device->what);
@@ -329,16 +335,16 @@ ParsedOptions parse_options(const QStringList& arguments)
     if (parser.isSet(help))
         return {{}, help_text(parser, *device), true};
     if (!known)
-        return {{}, parser.errorText() + "\n", false};
+        return refused(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
-        return {{}, "unexpected: " + parser.positionalArguments().join(' ') + "\n", false};
+        return refused("unexpected: " + parser.positionalArguments().join(' '));
 
     parsed.options.device = name;
     try {
         read_common(Values(parser), parsed.options);
         device->read(Values(parser), parsed.options);
     } catch (const Mistake& mistake) {
-        return {{}, mistake.text + "\n", false};
+        return refused(mistake.text);
     }
     return parsed;
 }

@@ -2,7 +2,6 @@
 
 #include "qextserialenumerator.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
@@ -26,15 +25,13 @@ QString system_error()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
-// The folder counts as one of virtual ports only while nobody else can write to it.
 QString private_ports_folder()
 {
     QString folder = QextSerialEnumerator::virtual_ports_folder();
-    if (!QDir().mkpath(QFileInfo(folder).path()))
-        fail(QStringLiteral("can't make the folder %1").arg(QFileInfo(folder).path()));
-    const QByteArray path = QFile::encodeName(folder);
-    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST)
-        fail(QStringLiteral("can't make the folder %1: %2").arg(folder, system_error()));
+    if (!QextSerialEnumerator::virtual_ports_folder_make())
+        fail(QStringLiteral("the folder %1 can't be made, or isn't yours alone to write to; "
+                            "chmod go-w takes that right from others")
+                 .arg(folder));
     return folder;
 }
 } // namespace
@@ -130,7 +127,7 @@ void PtyTransport::open_tty()
         ptsname_r(master, name, sizeof name) != 0)
         fail(QStringLiteral("no pseudo-terminal: %1").arg(system_error()));
     tty_path = QString::fromLocal8Bit(name);
-    own_slave = ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    own_slave = ::open(name, O_RDONLY | O_NOCTTY | O_CLOEXEC);
     termios raw = {};
     if (own_slave < 0 || tcgetattr(own_slave, &raw) != 0)
         fail(QStringLiteral("can't open %1: %2").arg(tty_path, system_error()));

@@ -23,8 +23,7 @@ RomImage::RomImage(const QString& path, int capacity)
     if (file.size() > capacity)
         throw std::runtime_error(
             QStringLiteral("image %1 is larger than the memory of %2 bytes; see --rom")
-                .arg(path)
-                .arg(capacity)
+                .arg(path, QString::number(capacity))
                 .toStdString());
     content = file.readAll();
 }

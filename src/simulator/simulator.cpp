@@ -32,6 +32,16 @@ sigset_t catch_ending_signals()
     return while_waiting;
 }
 
+// What programs send and files hold may be anything, and no terminal is to obey it.
+QByteArray harmless(QString text)
+{
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = '.';
+    }
+    return text.toLocal8Bit();
+}
+
 Journal make_journal(const Options& options)
 {
     if (!options.verbose)
@@ -39,7 +49,7 @@ Journal make_journal(const Options& options)
     return [device = options.device, start = Clock::now()](const QString& text) {
         const std::chrono::duration<double> passed = Clock::now() - start;
         std::fprintf(stderr, "%9.4f %s: %s\n", passed.count(), qPrintable(device),
-                     qPrintable(text));
+                     harmless(text).constData());
     };
 }
 
@@ -88,7 +98,7 @@ int run_simulator(const QStringList& arguments)
         std::fflush(stdout);
         Runner(*device, *transport, parsed.options.baud).run(stop, while_waiting);
     } catch (const std::runtime_error& error) {
-        std::fprintf(stderr, "tarnwick-sim: %s\n", error.what());
+        std::fprintf(stderr, "tarnwick-sim: %s\n", harmless(error.what()).constData());
         return SIM_NO_PORT;
     }
     return SIM_ENDED;

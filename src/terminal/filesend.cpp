@@ -13,8 +13,8 @@ static constexpr int LARGEST_CHUNK = 16 * 1024;
 
 FileSend::FileSend(const QString& path, int bits_per_second)
     : file(path)
-    , chunk_size(
-          qBound(SMALLEST_CHUNK, bits_per_second / BITS_PER_BYTE * CHUNK_MS / 1000, LARGEST_CHUNK))
+    , chunk_size(qBound(SMALLEST_CHUNK, bits_per_second / BITS_PER_BYTE / (1000 / CHUNK_MS),
+                        LARGEST_CHUNK))
 {
 }
 

@@ -1,18 +1,39 @@
 #include "mainwindow.h"
 
 #include "filesend.h"
+#include "inifile.h"
 #include "pacedlabel.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QScopedValueRollback>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
 
 static const char WEB_ADDRESS[] = "www.corvane.example";
+
+namespace {
+// Shows a floating panel again when the desktop closes it alone: nothing else would. The close
+// isn't refused, as that would keep the application from ending.
+class PanelReturn : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const panel = static_cast<QWidget*>(watched);
+        const auto show = [panel] { panel->setVisible(panel->parentWidget()->isVisible()); };
+        if (event->type() == QEvent::Close)
+            QMetaObject::invokeMethod(panel, show, Qt::QueuedConnection);
+        return false;
+    }
+};
+} // namespace
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
@@ -28,15 +49,16 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
+    ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
     send_timer->setTimerType(Qt::PreciseTimer);
     frame_clock = wall_time();
 
-    QSettings root(ROOT_FILE, QSettings::IniFormat);
+    IniFile root(ROOT_FILE);
     root.beginGroup("global");
     cfg_file = CFG_FILE.read(root);
-    QSettings current(cfg_file, QSettings::IniFormat);
+    IniFile current(cfg_file);
     current.beginGroup("global");
     language = LANGUAGE.read(current);
 
@@ -65,9 +87,19 @@ void MainWindow::status_bar_fill()
     auto* const web_address = new QLabel(WEB_ADDRESS);
     web_address->setTextFormat(Qt::PlainText);
 
+    // Here from the start: a bar that gains or loses a widget shows again, below its message, what
+    // the message has hidden.
+    file_progress = new QProgressBar;
+    file_progress->setRange(0, 1000);
+    file_progress->setMaximumHeight(web_address->sizeHint().height());
+    file_progress->hide();
+
     ui->statusBar->addWidget(web_address);
-    for (QLabel* label : {label_port, label_cnt, label_tx, label_rx})
+    ui->statusBar->addPermanentWidget(file_progress);
+    for (QLabel* label : {label_port, label_cnt, label_tx, label_rx}) {
+        label->setTextFormat(Qt::PlainText);
         ui->statusBar->addPermanentWidget(label);
+    }
 }
 
 void MainWindow::title_update()
@@ -75,15 +107,29 @@ void MainWindow::title_update()
     setWindowTitle(QString("Tarnwick [%1]").arg(cfg_file.section('/', -1, -1)));
 }
 
+// Names of files and ports stand in the texts, and none of them is markup.
+static void plain_box(QMessageBox::Icon icon, const QString& title, const QString& text,
+                      QWidget* parent)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 void MainWindow::msgbox(QString msg)
 {
     const QScopedValueRollback<int> one_more(open_notes, open_notes + 1);
-    QMessageBox::information(this, tr("note"), msg, QMessageBox::Ok);
+    plain_box(QMessageBox::Information, tr("note"), msg, this);
+}
+
+void MainWindow::information_box(const QString& text)
+{
+    plain_box(QMessageBox::Information, QString(), text, this);
 }
 
 void MainWindow::warning_box(const QString& title, const QString& text)
 {
-    QMessageBox::warning(this, title, text, QMessageBox::Ok);
+    plain_box(QMessageBox::Warning, title, text, this);
 }
 
 void MainWindow::rx_count_show(int n)

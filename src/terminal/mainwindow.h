@@ -72,6 +72,7 @@ private slots:
 private:
     void status_bar_fill();
     void title_update();
+    void information_box(const QString& text);
     void warning_box(const QString& title, const QString& text);
     void rx_count_show(int n);
     void tx_count_show(int n);
@@ -156,7 +157,7 @@ private:
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;
     bool session_failing = false; // the box about a failed write is open, the close comes after it
-    std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:
-    QProgressBar* file_progress = nullptr; // in the status bar
-    qint64 file_shown_ms = 0;              // when the progress was last shown
+    std::unique_ptr<FileSend> file_send; // set while a file goes out, and with it:
+    QProgressBar* file_progress;         // in the status bar, shown while a file goes out
+    qint64 file_shown_ms = 0;            // when the progress was last shown
 };

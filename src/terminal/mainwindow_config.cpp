@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "inifile.h"
 #include "settingkeys.h"
 #include "stringcolumns.h"
 #include "ui_mainwindow.h"
@@ -18,7 +19,7 @@ static constexpr int CREDIBLE_ROWS = 100000;
 
 void MainWindow::config_load()
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     settings.beginGroup("serial_tool");
     options_load(settings);
     settings.endGroup();
@@ -26,6 +27,10 @@ void MainWindow::config_load()
     settings.beginGroup("window");
     restoreGeometry(GEOMETRY.read(settings));
     restoreState(STATE.read(settings), STATE_VERSION);
+    // A floating panel is gone before the state is stored at the end, and nothing brings it back.
+    // Shown ahead of its window it would lie below it.
+    ui->dockWidget->setVisible(!ui->dockWidget->isFloating());
+    QMetaObject::invokeMethod(ui->dockWidget, &QWidget::show, Qt::QueuedConnection);
     settings.endGroup();
 }
 
@@ -104,9 +109,9 @@ void MainWindow::config_store()
 {
     // All opened before the first change, as opening one writes what the others have changed in its
     // file. So each file is written once, and no kill can leave one without its list.
-    QSettings root(ROOT_FILE, QSettings::IniFormat);
-    QSettings current(cfg_file, QSettings::IniFormat);
-    QSettings list(cfg_file, QSettings::IniFormat);
+    IniFile root(ROOT_FILE);
+    IniFile current(cfg_file);
+    IniFile list(cfg_file);
 
     root.beginGroup("global");
     CFG_FILE.write_if_changed(root, cfg_file);
@@ -203,6 +208,10 @@ void MainWindow::on_action_load_triggered()
 
 void MainWindow::on_action_store_triggered()
 {
+    // A menu leaves the editor of a cell open; without the focus it puts its text into the cell.
+    QTableWidget* const table = ui->tableWidget_strings;
+    if (table->isAncestorOf(focusWidget()))
+        table->setFocus();
     config_store();
 }
 

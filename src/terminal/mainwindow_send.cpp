@@ -2,6 +2,7 @@
 
 #include "filesend.h"
 #include "hashselectdialog.h"
+#include "inifile.h"
 #include "sendtext.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
@@ -95,7 +96,7 @@ bool MainWindow::send_data_parse()
 
 void MainWindow::on_checkBox_hex_mode_stateChanged(int arg1)
 {
-    QSettings settings(cfg_file, QSettings::IniFormat);
+    IniFile settings(cfg_file);
     hex_mode_send = arg1 == Qt::Checked;
     settings.beginGroup("serial_tool");
     ui->plainTextEdit_send->clear();

@@ -9,8 +9,6 @@
 // How often the progress moves; more would only cost time that the data needs.
 static constexpr int PROGRESS_INTERVAL_MS = 100;
 static constexpr int RESULT_SHOWN_MS = 8000;
-// In the status bar: behind the web address, in front of the port and the counters.
-static constexpr int PROGRESS_INDEX = 1;
 
 void MainWindow::on_checkBox_send_file_stateChanged(int arg1)
 {
@@ -53,10 +51,9 @@ void MainWindow::file_send_start()
         return;
     }
     file_send = std::move(fresh);
-    file_progress = new QProgressBar;
-    file_progress->setRange(0, 1000);
-    ui->statusBar->insertPermanentWidget(PROGRESS_INDEX, file_progress);
+    ui->statusBar->clearMessage();
     file_send_show();
+    file_progress->show();
     connect(port, &QIODevice::bytesWritten, this, &MainWindow::file_send_pump);
     if (display_tx && !display_paused && !loop)
         tx_display();
@@ -73,9 +70,9 @@ void MainWindow::file_send_pump()
         file_send_end();
         msgbox(tr("file %1 can't be read: %2").arg(ui->plainTextEdit_send->toPlainText(), reason));
     } else if (chunk.isEmpty()) {
-        ui->statusBar->showMessage(tr("file sent: %1").arg(file_send->progress_text()),
-                                   RESULT_SHOWN_MS);
+        const QString result = tr("file sent: %1").arg(file_send->progress_text());
         file_send_end();
+        ui->statusBar->showMessage(result, RESULT_SHOWN_MS);
     } else if (port_put(chunk) && file_send->elapsed_ms() - file_shown_ms >= PROGRESS_INTERVAL_MS) {
         file_send_show();
     }
@@ -93,7 +90,6 @@ void MainWindow::file_send_end()
     if (!file_send)
         return;
     file_send.reset();
-    delete file_progress;
-    file_progress = nullptr;
+    file_progress->hide();
     disconnect(port, &QIODevice::bytesWritten, this, nullptr);
 }

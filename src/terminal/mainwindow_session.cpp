@@ -5,7 +5,6 @@
 #include "qserialcfgwidget.h"
 #include "ui_mainwindow.h"
 
-#include <QMessageBox>
 #include <memory>
 
 void MainWindow::on_pushButton_open_clicked()
@@ -108,5 +107,5 @@ void MainWindow::port_removed(QextPortInfo info)
     if (session_failing)
         return;
     on_pushButton_open_clicked();
-    QMessageBox::information(this, QString(), tr("%1 removed").arg(info.portName), QMessageBox::Ok);
+    information_box(tr("%1 removed").arg(info.portName));
 }

@@ -77,10 +77,10 @@ void ReceiveArea::append_chunk(const QString& prefix, const QString& text)
 
 void ReceiveArea::append_line(const QString& text, const QBrush& foreground)
 {
+    move_to_end(); // from wherever a click has put the cursor, into a highlighted line perhaps
     const QTextCharFormat format = currentCharFormat();
     QTextCharFormat highlighted = format;
     highlighted.setForeground(foreground);
-    move_to_end();
     append([&](QTextCursor& end) {
         const QString line_break = QStringLiteral("\n");
         text_layout->announce(text);

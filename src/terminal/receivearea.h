@@ -14,7 +14,7 @@
 /// equal cells (wide characters take two), whatever the font: a character of a proportional font
 /// stands at the left of its cell. So wrapping is counting, and only what is visible is drawn.
 ///
-/// What it relies on in Qt, each held by a test:
+/// What it relies on in Qt; without it, its tests fail:
 /// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
 ///   reaches its layout by them, and an invalid rectangle keeps it from scrolling by itself;
 /// - setTextCursor goes through the virtual doSetTextCursor;
@@ -34,8 +34,8 @@ public:
     /// the next frame.
     void append_chunk(const QString& prefix, const QString& text);
 
-    /// The same for a whole line: `text` in the current character format but for this foreground,
-    /// and behind it a line break without it.
+    /// The same for a whole line: `text` in the character format of the end but for this
+    /// foreground, and behind it a line break without it.
     void append_line(const QString& text, const QBrush& foreground);
 
     /// The stock functions of these names ask the stock layout.

@@ -1,5 +1,7 @@
 #include "sendtext.h"
 
+#include "hextext.h"
+
 static SendText success(QByteArray bytes)
 {
     return {std::move(bytes), SendText::NONE, 0, QChar(0)};
@@ -64,18 +66,6 @@ static bool is_white_space(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// The value of a hexadecimal digit, or -1.
-static int digit_value(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
 SendText send_text_hex(const QByteArray& text)
 {
     constexpr int NO_DIGIT = -1;
@@ -83,7 +73,7 @@ SendText send_text_hex(const QByteArray& text)
     int count = 0;
     int pending = NO_DIGIT;
     for (int i = 0; i < text.size(); ++i) {
-        const int digit = digit_value(text[i]);
+        const int digit = hex_digit(text[i]);
         if (digit < 0 && !is_white_space(text[i]))
             return failure(bytes.left(count), SendText::NOT_HEX, i, text[i]);
         if (pending == NO_DIGIT) {

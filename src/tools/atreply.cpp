@@ -1,5 +1,7 @@
 #include "atreply.h"
 
+#include "hextext.h"
+
 #include <QChar>
 #include <charconv>
 #include <cmath>
@@ -12,17 +14,6 @@ constexpr char DEVICE_REPORT[] = "+devfound,";
 bool is_space(char c)
 {
     return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-int hex_digit(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
 }
 
 } // namespace

@@ -40,8 +40,8 @@ void DorvCfg::search_timer_timeout()
         QByteArray text(READ_SIZE, '\0');
         const int count = framer->lower_read(text.data(), READ_SIZE);
         if (count < 1) {
+            search_timer->stop(); // first, as a receiver may start the next search
             emit search_finished();
-            search_timer->stop();
             return;
         }
         const QStringList devices = at_devices(text.left(count));

@@ -26,11 +26,12 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"cnet serach", 2, "cnet search"},
         {"ports --colour", 2, "'colour'"},
         {"upgrade --link serial:x", 2, "FILE is missing"},
-        {"upgrade /dev/null", 2, "--link is missing"},
+        {"upgrade /bin/sh", 2, "--link is missing"},
         {"frame send --link serial:x", 2, "nothing to send"},
         {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
         {"frame send --hex 01 --link serial:x,9600,8Q1", 2,
          "  serial:x,9600,8Q1\n                 ^"},
+        {"dorv rssi %2 --link serial:x", 2, "\"%2\": ADDRESS"},
         {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
         {"dorv get freq --link serial:x", 2, "can be set, not read"},
         {"dorv get class --link serial:x --frame dorv", 2, "^~~~"},
@@ -38,7 +39,8 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame send --hex 01 --link tcp:127.0.0.1:1", 3, "127.0.0.1:1"},
         {"frame send --hex 01 --link serial:parrot --log /", 6, "log file"},
         {"upgrade none.bin --link serial:parrot", 6, "none.bin"},
-        {"checksum none.bin", 6, "none.bin"},
+        {"upgrade /dev/null --link serial:parrot", 6, "is empty"},
+        {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},
         // A module that answers everything in the same words
@@ -79,6 +81,20 @@ TEST_F(TarnwickCtl, ListsPortsAndSendsFramesOverThemAndOverTheNetwork)
         // Address, prefix, payload, the CRC of the inner frame, that of the outer one.
         EXPECT_TRUE(result.err.contains("> 07 01 02 68 69 ")) << result.err.toStdString();
     }
+}
+
+TEST_F(TarnwickCtl, CompletionOffersPortsAndRunsNothingThatTheyAreNamed)
+{
+    const Simulated echo("echo --name odd$(>ran)");
+    QProcess bash;
+    bash.start("bash", {"-c", R"(
+        tarnwickctl() { )" TARNWICKCTL R"( "$@"; }
+        source )" PACKAGING_FOLDER R"(/bash-completion/tarnwickctl
+        COMP_LINE="tarnwickctl frame send --link serial:"; COMP_POINT=${#COMP_LINE}
+        _tarnwickctl; printf '%s\n' "${COMPREPLY[@]}")"});
+    ASSERT_TRUE(bash.waitForFinished());
+    EXPECT_TRUE(bash.readAll().contains("/odd\\$\\(\\>ran\\)\n"));
+    EXPECT_FALSE(QFile::exists("ran"));
 }
 
 TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)

@@ -1,12 +1,17 @@
 // Layers to put under a framer, and calls on it as byte arrays.
 #pragma once
 
+#include "loglines.h"
 #include "print.h"
 #include "qframer.h"
+#include "qframerchan.h"
+#include "qframercnet.h"
+#include "qframercrc16.h"
+#include "qframerrtu.h"
+#include "qframerrwlt.h"
 
-#include <QSignalSpy>
-#include <cstring>
 #include <deque>
+#include <vector>
 
 inline QByteArray operator""_hex(const char* text, std::size_t size)
 {
@@ -30,7 +35,7 @@ public:
     void flush() override { calls += "flush"; }
     int write(const char* buffer, int nbytes) override
     {
-        calls += "write " + QByteArray(buffer, nbytes).toHex(' ');
+        calls += "write " + QByteArray(buffer, nbytes).toHex();
         return write_error ? write_error : nbytes;
     }
     int read(char* buffer, int nbytes) override
@@ -40,12 +45,34 @@ public:
             return 0;
         const Answer answer = answers.front();
         answers.pop_front();
-        if (answer.error)
-            return answer.error;
-        const QByteArray bytes = answer.bytes.left(nbytes);
-        std::copy(bytes.begin(), bytes.end(), buffer);
-        return bytes.size();
+        const int count = int(answer.bytes.left(nbytes).toStdString().copy(buffer, size_t(nbytes)));
+        return answer.error ? answer.error : count;
     }
+};
+
+// One framer of each kind that adds a frame to the layer below.
+enum Kind { CRC16, RTU, CHAN, CNET, RWLT };
+
+struct Framers
+{
+    explicit Framers(QFramer* lower)
+        : crc16(lower)
+        , rtu(lower)
+        , chan(lower)
+        , cnet(lower)
+        , rwlt(lower)
+    {
+        rtu.slave_set(1);
+        chan.chan_set(std::uint16_t(0x1234));
+        cnet.target_set(std::uint16_t(0x1234));
+    }
+
+    QFramerCrc16 crc16;
+    QFramerRtu rtu;
+    QFramerChan chan;
+    QFramerCnet cnet;
+    QFramerRwlt rwlt;
+    QFramer* const all[5] = {&crc16, &rtu, &chan, &cnet, &rwlt};
 };
 
 // What a read stored, with its result. Its buffer is of just that size, so that AddressSanitizer
@@ -57,39 +84,15 @@ struct Received
     bool touched;
 };
 
-template <typename Read> Received receive_by(Read read, int nbytes)
-{
-    constexpr char UNTOUCHED = '\x5E';
-    std::vector<char> buffer(std::size_t(nbytes), UNTOUCHED);
-    const int result = read(buffer.data(), nbytes);
-    const bool touched =
-        std::any_of(buffer.begin(), buffer.end(), [](char c) { return c != UNTOUCHED; });
-    return {result, QByteArray(buffer.data(), qBound(0, result, nbytes)), touched};
-}
-
 inline Received receive(QFramer& framer, int nbytes)
 {
-    return receive_by([&](char* buffer, int size) { return framer.read(buffer, size); }, nbytes);
+    const std::vector<char> untouched(std::size_t(nbytes), '\x5E');
+    std::vector<char> buffer = untouched;
+    const int result = framer.read(buffer.data(), nbytes);
+    return {result, QByteArray(buffer.data(), qBound(0, result, nbytes)), buffer != untouched};
 }
 
 inline int send(QFramer& framer, const QByteArray& payload)
 {
     return framer.write(payload.constData(), payload.size());
-}
-
-// The log since the last call.
-inline QStringList lines(QSignalSpy& log)
-{
-    QStringList texts;
-    while (!log.isEmpty())
-        texts += log.takeFirst().first().toString();
-    return texts;
-}
-
-inline QByteArray sent_frame(NotingFramer& below, QFramer& framer, const QByteArray& payload)
-{
-    below.calls.clear();
-    send(framer, payload);
-    const QString call = below.calls.filter("write ").value(0);
-    return QByteArray::fromHex(call.mid(int(std::strlen("write "))).toLatin1());
 }

@@ -3,17 +3,11 @@
 #include "atreply.h"
 #include "bootdialogue.h"
 #include "cnetframe.h"
+#include "fuzzing.h"
 
-#include <cstdlib>
 #include <vector>
 
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 void boot_record(const QByteArray& reply)
 {
@@ -44,19 +38,17 @@ void at_replies(const QByteArray& reply)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    if (size == 0)
-        return 0;
-    const QByteArray reply(reinterpret_cast<const char*>(data) + 1, int(size - 1));
-    switch (data[0] % 3) {
+    const ChoiceInput input(data, size);
+    switch (input.choice % 3) {
     case 0:
-        boot_record(reply);
+        boot_record(input.rest);
         break;
     case 1:
-        at_replies(reply);
+        at_replies(input.rest);
         break;
     default:
-        if (const auto response = cnet_response(reply))
-            require(response->payload.size() == reply.size() - CNET_FRAMING);
+        if (const auto response = cnet_response(input.rest))
+            require(response->payload.size() == input.rest.size() - CNET_FRAMING);
     }
     return 0;
 }

@@ -1,8 +1,6 @@
 // Other people's programs on the far side of a network link.
 #pragma once
 
-#include "pty.h"
-
 #include <QProcess>
 #include <memory>
 
@@ -21,18 +19,4 @@ public:
 private:
     QProcess process;
     int tcp_port = 0;
-};
-
-// A program with the test's pseudo-terminal behind it.
-struct SocatPeer
-{
-    Pty pty;
-    std::unique_ptr<NetPeer> program =
-        NetPeer::socat("TCP-LISTEN:0,bind=127.0.0.1", pty.device() + ",raw,echo=0");
-};
-
-struct Ser2netPeer
-{
-    Pty pty;
-    std::unique_ptr<NetPeer> program = NetPeer::ser2net(pty.device());
 };

@@ -3,51 +3,48 @@
 #include "wait.h"
 
 #include <QElapsedTimer>
-#include <chrono>
 #include <gtest/gtest.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
-
-constexpr auto MODE = QIODevice::ReadWrite | QIODevice::Unbuffered;
 
 struct PolledPair
 {
     explicit PolledPair(long timeout_ms)
         : port(pty.device(), plain_settings(timeout_ms), QextSerialPort::Polling)
     {
-        EXPECT_TRUE(port.open(MODE)) << qPrintable(port.errorString());
+        EXPECT_TRUE(port.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
     }
 
     Pty pty;
     QextSerialPort port;
 };
 
-} // namespace
-
-TEST(PolledPort, ReadsADribblingReplyWhole)
+TEST(PolledPort, ReadsADribblingReplyWholeOnAnotherThread)
 {
     PolledPair pair(20000);
     const QByteArray reply = mixed_bytes(40);
-    std::thread device([&] {
-        for (const char byte : reply) {
-            EXPECT_EQ(::write(pair.pty.master_fd(), &byte, 1), 1);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    });
-    EXPECT_EQ(pair.port.read(reply.size()), reply);
-    device.join();
+    std::thread driver([&] { EXPECT_EQ(pair.port.read(reply.size()), reply); });
+    for (const char byte : reply) {
+        EXPECT_TRUE(pair.pty.write(QByteArray(1, byte)));
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    driver.join();
 }
 
 TEST(PolledPort, EndsAReadByItsTimeout)
 {
     PolledPair pair(200);
-    ASSERT_EQ(::write(pair.pty.master_fd(), "abc", 3), 3);
-    QElapsedTimer clock;
-    clock.start();
-    EXPECT_EQ(pair.port.read(10), "abc");
-    EXPECT_GE(clock.elapsed(), 160);
+    qint64 quickest = PATIENCE_MS; // of some attempts, as other programs may delay each of them
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(pair.pty.write("abc"));
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(pair.port.read(10), "abc");
+        EXPECT_GE(clock.elapsed(), 160);
+        quickest = qMin(quickest, clock.elapsed());
+    }
+    EXPECT_LE(quickest, 240);
     char byte = 0;
     EXPECT_FALSE(pair.port.getChar(&byte));
     EXPECT_EQ(pair.port.lastError(), 0u);
@@ -69,16 +66,6 @@ TEST(PolledPort, MovesMoreThanItsBufferFromAnotherThread)
     EXPECT_EQ(there, data);
 }
 
-TEST(PolledPort, ReadsLines)
-{
-    PolledPair pair(200);
-    ASSERT_EQ(::write(pair.pty.master_fd(), "one\r\ntw", 7), 7);
-    EXPECT_TRUE(wait_until([&] { return pair.port.canReadLine(); }));
-    EXPECT_EQ(pair.port.readLine(), "one\r\n");
-    EXPECT_FALSE(pair.port.canReadLine());
-    EXPECT_EQ(pair.port.readLine(), "tw");
-}
-
 TEST(PolledPort, WithdrawsWhatAPeerDoesNotTake)
 {
     PolledPair pair(100);
@@ -93,19 +80,19 @@ TEST(PolledPort, WithdrawsWhatAPeerDoesNotTake)
     EXPECT_EQ(pair.pty.read(4), "next");
 }
 
-TEST(PolledPort, TellsOfADeviceThatHasGone)
+TEST(PolledPort, TellsOfADeviceThatHasGoneAndGivesItsLastBytes)
 {
     PolledPair pair(20000);
-    std::thread device([&] {
-        EXPECT_EQ(::write(pair.pty.master_fd(), "ab", 2), 2);
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        pair.pty.hang_up();
-    });
-    EXPECT_EQ(pair.port.read(10), "ab");
-    device.join();
+    EXPECT_TRUE(pair.pty.write("ab"));
+    EXPECT_TRUE(wait_until([&] { return pair.port.bytesAvailable() == 2; }));
+    std::thread driver([&] { EXPECT_EQ(pair.port.read(10), "ab"); });
+    pair.pty.hang_up();
+    driver.join();
     char buffer[4];
     EXPECT_EQ(pair.port.read(buffer, 4), -1);
     EXPECT_EQ(pair.port.write("x", 1), -1);
     EXPECT_NE(pair.port.lastError(), 0u);
     EXPECT_TRUE(pair.port.isOpen());
 }
+
+} // namespace

@@ -183,6 +183,7 @@ TEST_F(Streams, AWrongCommandLineIsExplainedAndDoesNothing)
         {"echo --drop 1.5", "--drop 1.5"},
         {"echo --rate 5", "rate"},
         {"talk --hex --binary", "choose one"},
+        {"talk --rate fast", "from 0 to 1000000000 is"},
         {"talk now", "unexpected: now"},
         {"boot --frame rtu:256", "--frame rtu:256"},
         {"boot --frame chan:123", "--frame chan:123"},

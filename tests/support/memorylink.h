@@ -23,8 +23,6 @@ public:
 
     // All writes since construction, or since the test cleared them.
     QByteArrayList written;
-    // What getchar gives when no byte waits: LINK_IO as a network link, 0 as a serial one.
-    int no_byte = LINK_IO;
     // The most that one write takes; more is cut short.
     int write_limit = INT_MAX;
 
@@ -51,7 +49,7 @@ public:
     {
         char byte = 0;
         const int count = read(&byte, 1);
-        return count < 0 ? count : count == 0 ? no_byte : int(quint8(byte));
+        return count < 0 ? count : count == 0 ? int(LINK_IO) : int(quint8(byte));
     }
     int putchar(int c) override
     {

@@ -54,13 +54,15 @@ void Pty::hang_up()
 
 bool Pty::write(const QByteArray& data)
 {
-    qint64 done = 0;
-    return wait_until([&] {
-        const ssize_t n = ::write(master, data.constData() + done, size_t(data.size() - done));
-        if (n > 0)
-            done += n;
-        return done == data.size();
-    });
+    // Patience is for a reader that takes nothing, however long the whole takes.
+    ssize_t n = 0;
+    for (qint64 done = 0; done < data.size(); done += n)
+        if (!wait_until([&] {
+                n = ::write(master, data.constData() + done, size_t(data.size() - done));
+                return n > 0;
+            }))
+            return false;
+    return true;
 }
 
 QByteArray Pty::read_now(int most)

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <stdexcept>
 
 Sandbox::Sandbox()
     : old_working_dir(QDir::currentPath())
@@ -33,4 +34,17 @@ QString Sandbox::path(const QString& name) const
 QString Sandbox::ports_folder() const
 {
     return path("runtime/tarnwick/ports");
+}
+
+void file_write(const QString& path, const QByteArray& data)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
+        throw std::runtime_error("can't write " + path.toStdString());
+}
+
+QByteArray file_content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

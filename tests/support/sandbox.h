@@ -23,3 +23,7 @@ private:
     QString old_working_dir;
     QByteArray old_runtime_dir;
 };
+
+void file_write(const QString& path, const QByteArray& data);
+// Empty also when there is no such file.
+QByteArray file_content(const QString& path);

@@ -1,5 +1,6 @@
 #include "slowrows.h"
 
+#include <QStringList>
 #include <algorithm>
 
 namespace {
@@ -7,42 +8,49 @@ namespace {
 constexpr int TAB_STOP = 8;
 constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
 
+enum class Kind { narrow, blank, tab, wide, mark, line_end };
+
+Kind kind_of(const QString& text, int at)
+{
+    const ushort c = text[at].unicode();
+    if (c == ' ')
+        return Kind::blank;
+    if (c == '\t')
+        return Kind::tab;
+    if (c == QChar::LineSeparator)
+        return Kind::line_end;
+    if (c == 0x56FD || QChar::isHighSurrogate(c))
+        return Kind::wide;
+    return c == 0x301 || QChar::isLowSurrogate(c) ? Kind::mark : Kind::narrow;
+}
+
 // A character with the marks that are joined to it.
 struct Cluster
 {
     int start;
-    SlowKind kind;
+    Kind kind;
 };
 
 std::vector<Cluster> clusters_of(const QString& text, int start, int end)
 {
     std::vector<Cluster> clusters;
     for (int at = start; at < end; ++at) {
-        const SlowKind kind = slow_kind(text, at);
-        const bool joins = kind == SlowKind::mark && !clusters.empty() &&
-                           clusters.back().kind != SlowKind::line_end;
+        const Kind kind = kind_of(text, at);
+        const bool joins =
+            kind == Kind::mark && !clusters.empty() && clusters.back().kind != Kind::line_end;
         if (!joins)
             clusters.push_back({at, kind});
     }
     return clusters;
 }
 
-int column_behind(SlowKind kind, int column, int columns)
+int column_behind(Kind kind, int column, int columns)
 {
-    switch (kind) {
-    case SlowKind::narrow:
-    case SlowKind::blank:
-        return column + 1;
-    case SlowKind::wide:
-        return column + 2;
-    case SlowKind::tab:
+    if (kind == Kind::tab)
         return column >= columns ? column
                                  : std::min(columns, column - column % TAB_STOP + TAB_STOP);
-    case SlowKind::mark:
-    case SlowKind::line_end:
-        break;
-    }
-    return column;
+    const bool one_cell = kind == Kind::narrow || kind == Kind::blank;
+    return column + (kind == Kind::wide ? 2 : one_cell ? 1 : 0);
 }
 
 bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
@@ -50,24 +58,24 @@ bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
     int column = 0;
     bool past_edge = false;
     for (size_t i = 0; i < count; ++i) {
-        const SlowKind kind = clusters[i].kind;
-        if (i > 0 && clusters[i - 1].kind == SlowKind::line_end)
+        const Kind kind = clusters[i].kind;
+        if (i > 0 && clusters[i - 1].kind == Kind::line_end)
             return false;
-        if (past_edge && kind != SlowKind::line_end)
+        if (past_edge && kind != Kind::line_end)
             return false;
-        past_edge = (kind == SlowKind::blank || kind == SlowKind::tab) && column >= columns;
+        past_edge = (kind == Kind::blank || kind == Kind::tab) && column >= columns;
         column = column_behind(kind, column, columns);
-        const bool has_ink = kind == SlowKind::narrow || kind == SlowKind::wide;
+        const bool has_ink = kind == Kind::narrow || kind == Kind::wide;
         if (has_ink && column > columns && i > 0)
             return false;
     }
     return true;
 }
 
-bool may_part(SlowKind before, SlowKind behind)
+bool may_part(Kind before, Kind behind)
 {
-    return before == SlowKind::blank || before == SlowKind::tab || before == SlowKind::wide ||
-           before == SlowKind::line_end || behind == SlowKind::wide;
+    return before == Kind::blank || before == Kind::tab || before == Kind::wide ||
+           before == Kind::line_end || behind == Kind::wide;
 }
 
 int row_end(const QString& text, int start, int end, int columns)
@@ -91,30 +99,6 @@ int row_end(const QString& text, int start, int end, int columns)
 
 } // namespace
 
-SlowKind slow_kind(const QString& text, int at)
-{
-    const ushort c = text[at].unicode();
-    if (c == ' ')
-        return SlowKind::blank;
-    if (c == '\t')
-        return SlowKind::tab;
-    if (c == QChar::LineSeparator)
-        return SlowKind::line_end;
-    if ((c >= 0x4E00 && c <= 0x9FFF) || QChar::isHighSurrogate(c))
-        return SlowKind::wide;
-    if ((c >= 0x300 && c < 0x370) || QChar::isLowSurrogate(c))
-        return SlowKind::mark;
-    return SlowKind::narrow;
-}
-
-int slow_column(const QString& text, int start, int at, int columns)
-{
-    int column = 0;
-    for (int i = start; i < at; ++i)
-        column = column_behind(slow_kind(text, i), column, columns);
-    return column;
-}
-
 std::vector<SlowRow> slow_rows(const QString& text, int columns)
 {
     std::vector<SlowRow> rows;
@@ -133,14 +117,9 @@ std::vector<SlowRow> slow_rows(const QString& text, int columns)
 
 QString random_text(std::mt19937& random, int length, bool uneven)
 {
-    static const QString UNEVEN[] = {"\t",
-                                     QString(1, QChar(0x56FD)),
-                                     "e" + QString(1, QChar(0x301)),
-                                     QString(1, QChar(0x301)),
-                                     QString::fromUcs4(U"\U0001F600"),
-                                     QString(1, QChar(QChar::LineSeparator)),
-                                     "\r",
-                                     "\r\n"};
+    static const QStringList UNEVEN = {
+        "\t", u8"\u56FD", u8"\U0001F600", u8"e\u0301", u8"\u0301", u8"\uFFFD",   "\x01",
+        "\r", "\r\n",     u8"\u2028",     u8"\u2029",  u8"\u00A0", QChar(0xFDD0)};
     QString text;
     while (text.size() < length) {
         const unsigned kind = random() % 40;
@@ -149,7 +128,7 @@ QString random_text(std::mt19937& random, int length, bool uneven)
         else if (kind == 6 && random() % 4 == 0)
             text += '\n';
         else if (kind < 12 && uneven)
-            text += UNEVEN[random() % std::size(UNEVEN)];
+            text += UNEVEN[int(random() % unsigned(UNEVEN.size()))];
         else
             text += QString(int(random() % 12), QChar('a' + char(random() % 26)));
     }

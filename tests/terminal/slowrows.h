@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <ostream>
 #include <random>
 #include <vector>
 
@@ -13,15 +14,12 @@ struct SlowRow
     bool operator==(const SlowRow& other) const { return start == other.start && end == other.end; }
 };
 
-enum class SlowKind { narrow, blank, tab, wide, mark, line_end };
+inline void PrintTo(const SlowRow& row, std::ostream* out)
+{
+    *out << row.start << ".." << row.end;
+}
 
-// Knows the characters that random_text makes, and no others.
-SlowKind slow_kind(const QString& text, int at);
-
-// Cells that the characters of [start, at) take in a row of `columns`.
-int slow_column(const QString& text, int start, int at, int columns);
-
-// The rows of a text whose paragraphs are parted by '\n'.
+// The rows of a text whose paragraphs are parted by '\n' and which random_text made.
 std::vector<SlowRow> slow_rows(const QString& text, int columns);
 
 // Paragraphs of words, blanks, tabs, wide and combining characters and line separators, or, if not

@@ -99,7 +99,7 @@ TEST_F(WindowTest, SpeaksChineseUnlessToldOtherwise)
 {
     QFile::remove("tarnwick.ini");
     window_start();
-    EXPECT_EQ(find<QPushButton>("pushButton_send")->text(), "\u53D1\u9001(&s)");
+    EXPECT_EQ(label("pushButton_send"), "\u53D1\u9001(&s)");
     EXPECT_EQ(find<QCheckBox>("checkBox_loop")->text(), "\u56DE\u53D1\u6A21\u5F0F");
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
@@ -112,4 +112,12 @@ TEST_F(WindowTest, SpeaksChineseUnlessToldOtherwise)
     const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
     EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(),
               toolkit.translate("QPlatformTheme", "Cancel"));
+}
+
+TEST_F(WindowTest, StartsInEnglishAfterOneMessageWithoutACatalogue)
+{
+    configure("global/language", "xx_YY");
+    window_start();
+    EXPECT_EQ(answers.boxes, QStringList("note|loading language tarnwick_xx_YY failed"));
+    EXPECT_EQ(label("pushButton_open"), "&open");
 }

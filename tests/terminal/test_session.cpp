@@ -1,10 +1,5 @@
 #include "windowtest.h"
 
-#include "qlinkcfgdlg.h"
-
-#include <QComboBox>
-#include <QFile>
-#include <QSettings>
 #include <ctime>
 
 namespace {
@@ -16,107 +11,104 @@ double cpu_seconds()
     return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
 }
 
-const char* const SESSION_WIDGETS[] = {"checkBox_auto_send", "checkBox_send_in_turn",
-                                       "checkBox_send_file", "pushButton_send", "checkBox_loop"};
+const char* const AUTO_SEND = "checkBox_auto_send";
+const char* const IN_TURN = "checkBox_send_in_turn";
+const char* const SEND_FILE = "checkBox_send_file";
+const char* const LOOP = "checkBox_loop";
 
 class Session : public WindowTest
 {
 protected:
     Session() { window_start(); }
 
-    QString enabled_widgets() const
+    QStringList disabled() const
     {
-        QString names;
-        for (const char* const name : SESSION_WIDGETS)
-            if (enabled(name))
-                names += QString(name).section('_', 1) + " ";
-        return names.trimmed();
+        QStringList names;
+        for (const char* const name :
+             {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, "pushButton_send", "checkBox_hex_mode",
+              "checkBox_raw_text", "pushButton_crc_hash", "plainTextEdit_send",
+              "tableWidget_strings"})
+            if (!enabled(name))
+                names += name;
+        return names;
     }
-
-    bool closed() const { return find<QPushButton>("pushButton_open")->text() == "&open"; }
 };
 
 } // namespace
 
 TEST_F(Session, OpensDescribesAndCloses)
 {
-    EXPECT_EQ(enabled_widgets(), "");
+    const QStringList closed_window = {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, "pushButton_send"};
+    click("pushButton_open"); // and the dialog is cancelled
+    EXPECT_EQ(description(), "COMx");
+    EXPECT_EQ(counters(), "CNT: 0 TX: 0 RX: 0");
+    EXPECT_EQ(disabled(), closed_window);
     ASSERT_TRUE(port_open());
-    EXPECT_EQ(enabled_widgets(), "auto_send send_in_turn send_file send loop");
-    const QString description = port_name + ",115200,8,N,1";
-    EXPECT_TRUE(status_shows(description));
+    EXPECT_EQ(disabled(), QStringList());
     click("pushButton_open");
     EXPECT_TRUE(closed());
-    EXPECT_EQ(enabled_widgets(), "");
-    EXPECT_TRUE(status_shows(description));
-    EXPECT_TRUE(port_open());
+    EXPECT_EQ(disabled(), closed_window);
+    EXPECT_EQ(description(), port_name + ",115200,8,N,1");
     EXPECT_TRUE(answers.boxes.isEmpty());
 }
 
-TEST_F(Session, DescribesUnusualSettings)
+TEST_F(Session, EachModeLocksWhatItExcludesAndNothingAfterItsEnd)
 {
+    const std::pair<const char*, QStringList> modes[] = {
+        {LOOP, {AUTO_SEND, IN_TURN}},
+        {AUTO_SEND, {IN_TURN, SEND_FILE}},
+        {IN_TURN, {AUTO_SEND, SEND_FILE}},
+        {SEND_FILE,
+         {AUTO_SEND, IN_TURN, "checkBox_hex_mode", "pushButton_crc_hash", "plainTextEdit_send",
+          "tableWidget_strings"}},
+        {"checkBox_hex_mode", {"checkBox_raw_text"}},
+    };
+    ASSERT_TRUE(port_open());
+    for (const auto& [mode, locked] : modes) {
+        check(mode);
+        EXPECT_EQ(disabled(), locked) << mode;
+        check(mode, false);
+        EXPECT_EQ(disabled(), QStringList()) << mode;
+    }
+}
+
+TEST_F(Session, LeavesTheBoxesAsTheOrderOfClosingMakesThem)
+{
+    const std::pair<const char*, QStringList> modes[] = {
+        {AUTO_SEND, {AUTO_SEND, LOOP, "pushButton_send"}},
+        {IN_TURN, {AUTO_SEND, IN_TURN, LOOP, "pushButton_send"}},
+        {LOOP, {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, "pushButton_send"}},
+    };
+    type("text");
+    for (const auto& [mode, locked] : modes) {
+        ASSERT_TRUE(port_open());
+        check(mode);
+        click("pushButton_open");
+        EXPECT_EQ(disabled(), locked) << mode;
+        EXPECT_FALSE(checked(AUTO_SEND) || checked(IN_TURN));
+    }
+    EXPECT_TRUE(checked(LOOP));
+    ASSERT_TRUE(port_open());
+    EXPECT_EQ(disabled(), QStringList());
+}
+
+TEST_F(Session, DescribesUnusualSettingsWhateverTheLinkType)
+{
+    configure("QLinkCfgDlg/link_type", 2);
     configure("serialSettings/baudrate", 24);
     configure("serialSettings/custombaud", 123456);
     configure("serialSettings/databits", 2);
     configure("serialSettings/parity", 3);
     configure("serialSettings/stopbits", 1);
     ASSERT_TRUE(port_open());
-    EXPECT_TRUE(status_shows(port_name + ",123456,7,M,1.5"));
-}
-
-TEST_F(Session, ChangesNothingWhenTheDialogIsCancelled)
-{
-    answers.link_dialog = [](QLinkCfgDlg&) { return false; };
-    click("pushButton_open");
-    EXPECT_TRUE(closed());
-    EXPECT_TRUE(status_shows("COMx"));
-    EXPECT_TRUE(answers.boxes.isEmpty());
+    EXPECT_EQ(description(), port_name + ",123456,7,M,1.5");
 }
 
 TEST_F(Session, SaysThatAPortCannotBeOpened)
 {
-    answers.link_dialog = [this](QLinkCfgDlg& dialog) {
-        auto* const ports = dialog.findChild<QComboBox*>("portComboBox");
-        ports->setCurrentIndex(ports->findText(port_name));
-        pty.unlink(); // unplugged while the dialog is open
-        return true;
-    };
-    click("pushButton_open");
-    EXPECT_TRUE(closed());
+    answers.under_dialog = [this] { pty.unlink(); };
+    EXPECT_FALSE(port_open());
     EXPECT_EQ(answers.boxes, QStringList("note|Open " + port_name + " failed"));
-}
-
-TEST_F(Session, OpensASerialPortWhateverTheLinkType)
-{
-    configure("QLinkCfgDlg/link_type", 2);
-    EXPECT_TRUE(port_open());
-}
-
-TEST_F(Session, LeavesTheBoxesAsTheOrderOfClosingMakesThem)
-{
-    struct Row
-    {
-        const char* running;
-        const char* enabled_after;
-    };
-    const Row rows[] = {
-        {nullptr, ""},
-        {"checkBox_auto_send", "send_in_turn send_file"},
-        {"checkBox_send_in_turn", "send_file"},
-        {"checkBox_loop", ""},
-    };
-    type("text");
-    for (const Row& row : rows) {
-        ASSERT_TRUE(port_open());
-        if (row.running)
-            check(row.running);
-        click("pushButton_open");
-        EXPECT_EQ(enabled_widgets(), row.enabled_after) << (row.running ? row.running : "idle");
-        EXPECT_FALSE(find<QCheckBox>("checkBox_auto_send")->isChecked());
-    }
-    EXPECT_TRUE(find<QCheckBox>("checkBox_loop")->isChecked());
-    ASSERT_TRUE(port_open());
-    EXPECT_EQ(enabled_widgets(), "auto_send send_in_turn send_file send loop");
 }
 
 TEST_F(Session, MindsOnlyItsOwnPort)
@@ -130,66 +122,45 @@ TEST_F(Session, MindsOnlyItsOwnPort)
     EXPECT_TRUE(answers.boxes.isEmpty());
 }
 
-// What goes on when the device is pulled out.
-enum class Work { IDLE, RECEIVING, AUTO_SEND, LOOP, SEND_FILE, IN_TURN };
-enum class Pull { UNLINK, HANG_UP };
-
-class Removal : public Session, public testing::WithParamInterface<std::tuple<Work, Pull>>
+TEST_F(Session, EndsWithTheWindow)
 {
-protected:
-    void begin(Work work)
-    {
-        switch (work) {
-        case Work::IDLE:
-            break;
-        case Work::RECEIVING:
-            ASSERT_TRUE(receive(mixed_bytes(5000), 5000));
-            break;
-        case Work::AUTO_SEND:
-            find<QSpinBox>("spinBox_send_interval")->setValue(1);
-            type("data");
-            check("checkBox_auto_send");
-            ASSERT_TRUE(wait_until([&] { return !pty.read_now().isEmpty(); }));
-            break;
-        case Work::LOOP:
-            check("checkBox_loop");
-            ASSERT_TRUE(receive("echo", 4));
-            break;
-        case Work::SEND_FILE:
-            answers.file = sandbox.path("big");
-            check("checkBox_send_file");
-            click("pushButton_send");
-            ASSERT_TRUE(wait_until([&] { return !pty.read_now().isEmpty(); }));
-            break;
-        case Work::IN_TURN:
-            check("checkBox_send_in_turn");
-            break;
-        }
-    }
+    ASSERT_TRUE(port_open());
+    type("data");
+    check(AUTO_SEND);
+    window_end();
+    pty.hang_up();
+    QTest::qWait(20);
+}
+
+// The device is pulled out while something goes on.
+class Removal : public Session,
+                public testing::WithParamInterface<std::tuple<const char*, void (Pty::*)()>>
+{
 };
 
 TEST_P(Removal, EndsTheSessionWithOneMessage)
 {
-    QFile file(sandbox.path("big"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(mixed_bytes(1000000));
-    file.close();
-    const auto [work, pull] = GetParam();
+    const auto [mode, pull] = GetParam();
+    answers.file = sandbox.path("file");
+    file_write(answers.file, mixed_bytes(1000000));
+    type("data");
+    set_row(0, true, false, "row");
     ASSERT_TRUE(port_open());
-    begin(work);
-    if (pull == Pull::UNLINK)
-        pty.unlink();
-    else
-        pty.hang_up();
+    set("spinBox_send_interval", 1);
+    if (*mode)
+        check(mode);
+    if (mode == SEND_FILE)
+        click("pushButton_send");
+    ASSERT_TRUE(receive(mixed_bytes(100), 100));
+    ASSERT_TRUE(wait_until([&] { return !*mode || !pty.read_now().isEmpty(); }));
+    (pty.*pull)();
     ASSERT_TRUE(wait_until([&] { return closed() && !answers.boxes.isEmpty(); }));
     const double cpu_then = cpu_seconds();
     QTest::qWait(300);
     EXPECT_LT(cpu_seconds() - cpu_then, 0.15);
-    if (work != Work::IN_TURN) { // its first tick may have come first, and found no string
-        EXPECT_EQ(answers.boxes, QStringList("|" + port_name + " removed"));
-    }
+    EXPECT_EQ(answers.boxes, QStringList("|" + port_name + " removed"));
     EXPECT_FALSE(enabled("pushButton_send"));
-    EXPECT_FALSE(find<QCheckBox>("checkBox_send_file")->isChecked());
+    EXPECT_FALSE(checked(SEND_FILE));
 
     pty.unlink();
     Pty next;
@@ -201,17 +172,5 @@ TEST_P(Removal, EndsTheSessionWithOneMessage)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Removal,
-                         testing::Combine(testing::Values(Work::IDLE, Work::RECEIVING,
-                                                          Work::AUTO_SEND, Work::LOOP,
-                                                          Work::SEND_FILE, Work::IN_TURN),
-                                          testing::Values(Pull::UNLINK, Pull::HANG_UP)));
-
-TEST_F(Session, EndsWithTheWindow)
-{
-    ASSERT_TRUE(port_open());
-    type("data");
-    check("checkBox_auto_send");
-    window_end();
-    pty.hang_up();
-    QTest::qWait(20);
-}
+                         testing::Combine(testing::Values("", AUTO_SEND, LOOP, SEND_FILE, IN_TURN),
+                                          testing::Values(&Pty::unlink, &Pty::hang_up)));

@@ -8,15 +8,13 @@
 #include "wait.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableWidget>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
-
-class QLinkCfgDlg;
 
 // Answers each modal dialog as soon as it is up, and remembers the message boxes.
 class Answers : public QObject
@@ -24,12 +22,11 @@ class Answers : public QObject
 public:
     Answers();
 
-    QStringList boxes;                             // "title|text" of each, in order
-    QString file;                                  // for file dialogs; empty cancels them
-    QString file_caption;                          // of the last one
-    std::function<bool(QLinkCfgDlg&)> link_dialog; // true for OK; null takes what it shows
-    std::function<void()> under_box;               // runs once while a message box is open
-    std::function<void()> under_dialog;            // the same for a file dialog
+    QStringList boxes;                  // "title|text" of each, in order
+    QString file;                       // for file dialogs; empty cancels them
+    QString port;                       // the same for the link dialog
+    std::function<void()> under_box;    // runs once while a message box is open
+    std::function<void()> under_dialog; // the same for another dialog
 
 private:
     void answer();
@@ -46,7 +43,7 @@ protected:
     void configure(const QString& key, const QVariant& value);
     void window_start();
     void window_end() { window.reset(); }
-    // Presses open and accepts the dialog with the pseudo-terminal chosen.
+    // Presses open and chooses the pseudo-terminal.
     bool port_open();
 
     template <typename Widget> Widget* find(const char* name) const
@@ -57,15 +54,20 @@ protected:
         return widget;
     }
     bool enabled(const char* name) const { return find<QWidget>(name)->isEnabled(); }
+    bool checked(const char* box) const { return find<QCheckBox>(box)->isChecked(); }
     void check(const char* box, bool on = true) { find<QCheckBox>(box)->setChecked(on); }
     void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
-    void type(const QString& text)
-    {
-        find<QPlainTextEdit>("plainTextEdit_send")->setPlainText(text);
-    }
+    void set(const char* spin_box, int value) { find<QSpinBox>(spin_box)->setValue(value); }
+    QString label(const char* button) const { return find<QPushButton>(button)->text(); }
+    bool closed() const { return label("pushButton_open") == "&open"; }
+    void type(const QString& text) { send_area()->setPlainText(text); }
+    QString typed() const { return send_area()->toPlainText(); }
     QString shown() const { return find<QPlainTextEdit>("plainTextEdit_recv")->toPlainText(); }
-    // Status bar texts: "RX: 3" and the like.
-    bool status_shows(const QString& text) const;
+    QTableWidget* table() const { return find<QTableWidget>("tableWidget_strings"); }
+    void set_row(int row, bool marked, bool hex, const QString& text);
+    // The port and its settings in the status bar, and what stands behind it: "CNT: 1 TX: 2 RX: 3".
+    QString description() const { return status().value(1); }
+    QString counters() const { return status().mid(2).join(' '); }
     // Sends bytes to the window and waits until it has counted `total` received ones.
     bool receive(const QByteArray& data, int total);
 
@@ -74,4 +76,8 @@ protected:
     QString port_name;
     Answers answers;
     std::unique_ptr<MainWindow> window;
+
+private:
+    QPlainTextEdit* send_area() const { return find<QPlainTextEdit>("plainTextEdit_send"); }
+    QStringList status() const;
 };

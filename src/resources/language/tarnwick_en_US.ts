@@ -303,10 +303,6 @@ Please select the right firmware</source>
         <source>Read file failed (%1 of %2 bytes)</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>ldr: ROM page size not known, get device info first</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>MainWindow</name>

@@ -1,0 +1,26 @@
+#include "inifile.h"
+
+#include <QFileInfo>
+#include <QLockFile>
+
+// Who makes a lock fills it within microseconds.
+static constexpr int EMPTY_LOCK_STALE_MS = 100;
+
+// The toolkit tells the lock of a dead program by the process that it names. A kill between making
+// and filling it leaves an empty one, for which a store would hold up the window for half a minute.
+static const QString& without_dead_lock(const QString& path)
+{
+    const QString lock_path = path + ".lock";
+    const QFileInfo found(lock_path);
+    if (found.exists() && found.size() == 0) {
+        QLockFile lock(lock_path);
+        lock.setStaleLockTime(EMPTY_LOCK_STALE_MS);
+        lock.tryLock(2 * EMPTY_LOCK_STALE_MS);
+    }
+    return path;
+}
+
+IniFile::IniFile(const QString& path)
+    : QSettings(without_dead_lock(path), QSettings::IniFormat)
+{
+}

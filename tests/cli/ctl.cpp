@@ -60,6 +60,6 @@ QJsonObject ctl_json(const QString& command)
 
 QString firmware_file(const Sandbox& sandbox, const QString& name, int size)
 {
-    write_file(sandbox.path(name), random_bytes(size, quint64(size)));
+    file_write(sandbox.path(name), random_bytes(size, quint64(size)));
     return sandbox.path(name);
 }

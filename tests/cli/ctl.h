@@ -4,7 +4,7 @@
 #include "simulated.h"
 
 #include <QJsonObject>
-#include <files.h>
+#include <gtest/gtest.h>
 
 struct CtlResult
 {

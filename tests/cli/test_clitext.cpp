@@ -122,6 +122,7 @@ TEST(CliText, AWrongTextIsPointedAtWhereItIsWrong)
         {FRAMERS, "cnet:123456", "     ^~~~~~"},
         {FRAMERS, "dorv:lora", "     ^~~~"},
         {BYTES, "01 2 03", "   ^"},
+        {BYTES, "01 2", "   ^"},
         {BYTES, "01 2g", "    ^"},
         {BYTES, "0x01", " ^"},
         {channels_error, "", "^"},

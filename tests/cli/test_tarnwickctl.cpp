@@ -105,7 +105,7 @@ TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)
     EXPECT_EQ(sums["md5"].toString(), "25F9E794323B453885F5181F1B624D0B");
     const QString file = firmware_file(sandbox, "data", 5000);
     EXPECT_EQ(run_ctl("checksum --only crc16 " + file).out,
-              run_ctl("checksum - --only crc16", content_of(file)).out);
+              run_ctl("checksum - --only crc16", file_content(file)).out);
 }
 
 TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
@@ -160,9 +160,9 @@ TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
 
 TEST_F(TarnwickCtl, TheManPageAndTheCompletionKnowEveryCommand)
 {
-    QByteArray page = content_of(PACKAGING_FOLDER "/man/tarnwickctl.1");
+    QByteArray page = file_content(PACKAGING_FOLDER "/man/tarnwickctl.1");
     page.replace("\\-", "-").replace("\\(aq", "'");
-    const QByteArray completion = content_of(PACKAGING_FOLDER "/bash-completion/tarnwickctl");
+    const QByteArray completion = file_content(PACKAGING_FOLDER "/bash-completion/tarnwickctl");
     bool in_codes = false;
     int checked = 0;
     for (const QByteArray& line : run_ctl("--help").out.split('\n')) {

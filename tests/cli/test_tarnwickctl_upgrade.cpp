@@ -45,12 +45,12 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
         ASSERT_EQ(first.exit, 0) << first.err.toStdString();
         EXPECT_EQ(first.json()["bytes"].toInt(), row.size);
         EXPECT_TRUE(first.err.contains("Device: M1 V1")) << first.err.toStdString();
-        EXPECT_EQ(content_of(sandbox.path(row.image)), content_of(file));
+        EXPECT_EQ(file_content(sandbox.path(row.image)), file_content(file));
         // 3 information requests and commands to start, 5 pages and the file to check.
         EXPECT_LT(ctl_json(upgrade(file, row.link))["wire_bytes_sent"].toInt(), 200);
     }
-    EXPECT_TRUE(content_of(log).contains(" tcpip: connected"));
-    EXPECT_EQ(content_of(log).count("ldr: device reboot"), 4); // one run behind the other
+    EXPECT_TRUE(file_content(log).contains(" tcpip: connected"));
+    EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run behind the other
 }
 
 // What goes wrong, and that the right command puts it right.
@@ -83,7 +83,7 @@ TEST_F(CtlUpgrade, TellsWhyAnUpgradeCannotBeAndCanBeRepeated)
             continue;
         const Simulated sim(module());
         EXPECT_EQ(run_ctl(upgrade(file)).exit, 0);
-        EXPECT_EQ(content_of(sandbox.path("rom")), content_of(file));
+        EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
         QFile::remove(sandbox.path("rom"));
     }
 }
@@ -99,10 +99,10 @@ TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)
     EXPECT_EQ(stopped.exit, 130);
     EXPECT_EQ(stopped.json()["error"].toObject()["name"].toString(), "interrupted");
     EXPECT_TRUE(stopped.err.contains("Run the same command again")) << stopped.err.toStdString();
-    EXPECT_NE(content_of(sandbox.path("rom")), content_of(file));
+    EXPECT_NE(file_content(sandbox.path("rom")), file_content(file));
 
     EXPECT_LT(ctl_json(upgrade(file))["wire_bytes_sent"].toInt(), 39000);
-    EXPECT_EQ(content_of(sandbox.path("rom")), content_of(file));
+    EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
 }
 
 TEST_F(CtlUpgrade, ASecondCtrlCEndsItAtOnce)

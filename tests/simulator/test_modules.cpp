@@ -1,7 +1,7 @@
 // boot, cnet and dorv, byte by byte, and what the line does to them.
 #include "simulated.h"
 
-#include <files.h>
+#include <gtest/gtest.h>
 #include <memory>
 #include <poll.h>
 
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
 {
-    write_file("image.bin", "an image longer than the new one");
+    file_write("image.bin", "an image longer than the new one");
     Simulated boot(SMALL_MODULE + " --verbose");
     Wire wire(boot.address);
     const std::vector<Step> steps = {
@@ -74,7 +74,7 @@ TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
         {ASK, IN_APPLICATION},
     };
     expect_steps(wire, steps);
-    EXPECT_EQ(content_of("image.bin"), "0123456789:;<=>?@ABC");
+    EXPECT_EQ(file_content("image.bin"), "0123456789:;<=>?@ABC");
     boot.end();
     const QByteArray told = boot.process.readAllStandardError();
     for (const char* line : {"boot: < 64 00 00 00 00 00 00 00 10 7f 8a 3d 46 00 50 4b\n",
@@ -198,8 +198,8 @@ TEST_F(Modules, DorvAnswersItsCommandsAndRemembersUntilItIsReset)
             ASSERT_EQ(wire.exchange(step.request + '\r', int(step.answer.size())), step.answer)
                 << step.request.constData();
     }
-    EXPECT_TRUE(content_of("settings").contains("sf=7\n"));
-    write_file("settings", "sf=7\nsf=lots\n");
+    EXPECT_TRUE(file_content("settings").contains("sf=7\n"));
+    file_write("settings", "sf=7\nsf=lots\n");
     Simulated refused(remembering);
     EXPECT_EQ(refused.wait_for_exit(), 1);
     EXPECT_TRUE(refused.process.readAllStandardError().contains("line 2, \"sf=lots\""));

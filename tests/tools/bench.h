@@ -7,7 +7,7 @@
 #include "toolrun.h"
 
 #include <QTemporaryDir>
-#include <files.h>
+#include <sandbox.h>
 
 // 10,000 bytes in which each page differs from the others.
 inline QByteArray firmware()
@@ -28,7 +28,7 @@ public:
         settings.image = dir.filePath("rom");
         settings.version = {1, 2, 3, 4, 5};
         settings.hard_info = "\xA1\x02\x03\x04\x05";
-        write_file(settings.image, {});
+        file_write(settings.image, {});
         choose("M1_1.bin", firmware());
         link.device = [this](const QByteArray& request) { return reply(request); };
         note(loader, &Loader::log);
@@ -51,7 +51,7 @@ public:
     // The file of the next run.
     void choose(const QString& name, const QByteArray& content)
     {
-        write_file(dir.filePath(name), content);
+        file_write(dir.filePath(name), content);
         loader.filename_set(dir.filePath(name));
     }
     QStringList run()
@@ -59,8 +59,8 @@ public:
         loader.upgrade_start();
         return finish(loader);
     }
-    void set_flash(const QByteArray& content) { write_file(settings.image, content); }
-    QByteArray flash() const { return content_of(settings.image); }
+    void set_flash(const QByteArray& content) { file_write(settings.image, content); }
+    QByteArray flash() const { return file_content(settings.image); }
 
     BootSettings settings; // of the module, which starts with the first request
     // Asked first: a reply of its own to this request, or a null one for the module's.

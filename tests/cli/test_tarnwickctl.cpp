@@ -13,6 +13,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
 {
     const Simulated parrot("echo --name parrot");
     const Simulated silent("echo --name silent --silent-after 0");
+    file_write("empty.bin", {});
     const struct
     {
         const char* command;
@@ -39,7 +40,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame send --hex 01 --link tcp:127.0.0.1:1", 3, "127.0.0.1:1"},
         {"frame send --hex 01 --link serial:parrot --log /", 6, "log file"},
         {"upgrade none.bin --link serial:parrot", 6, "none.bin"},
-        {"upgrade /dev/null --link serial:parrot", 6, "is empty"},
+        {"upgrade empty.bin --link serial:parrot", 6, "is empty"},
         {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},

@@ -110,7 +110,8 @@ TEST_F(Receive, PutsWhatWasTypedOnABlueLineOfItsOwn)
     for (QTextBlock block = area->document()->begin(); block.isValid(); block = block.next())
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const QBrush brush = it.fragment().charFormat().foreground();
-            EXPECT_EQ(brush.style() != Qt::NoBrush && brush.color() == blue, block.text() == "sent\\t?")
+            EXPECT_EQ(brush.style() != Qt::NoBrush && brush.color() == blue,
+                      block.text() == "sent\\t?")
                 << qPrintable(block.text());
         }
     // The stamp of a sent line leaves the gap of the next chunk alone.

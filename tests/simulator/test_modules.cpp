@@ -102,7 +102,7 @@ TEST_F(Modules, AnswerInTheirFramesAndRestartWhenTheirSupplyFails)
         {SMALL_MODULE + " --reboot-after 2", {{ENTER_BOOT, ""}, {ASK, ""}, {ASK, IN_APPLICATION}}},
         {SMALL_MODULE + " --reboot-after 3",
          {{ENTER_BOOT, ""}, {FIRST_PACKET, WRITTEN}, {ASK, ""}, {ASK, IN_BOOT}}},
-        {"cnet --address 0x0102 --device 12,1,0x1234 --device 12,1,0x1235 --device 13,1,0x1236",
+        {"cnet --address 0x0102 --device 12,1,0x1234 --device 12,1,0x1235 --device 12,0,0x1236",
          {{"ab d1 ba", "ab d1 01 02 09 00 01 02 03 ba"},
           {"ab 61 ba", "ab 61 00 c0 ff ee 00 00 01 02 01 02 09 00 01 02 03 ba"},
           {"ab d5 ba", ""}, // nobody on this channel

@@ -131,7 +131,7 @@ TEST_F(Streams, FaultsAreTheSameForTheSameSeed)
         int answer_size; // when nothing is lost
         int tolerance;
     } rows[] = {
-        {"cnet --silent-after 25", QByteArray("\xAB\xD1\xBA").repeated(60), 25 * 10, 60},
+        {"cnet --silent-after 250", QByteArray("\xAB\xD1\xBA").repeated(600), 250 * 10, 120},
         {"echo --silent-after 15000", random_bytes(20'000, 4), 15'000, 200},
     };
     for (const auto& row : rows) {

@@ -20,6 +20,8 @@ Answers::Answers()
 void Answers::answer()
 {
     QWidget* const dialog = QApplication::activeModalWidget();
+    if (dialog && dialog == held)
+        return;
     if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
         if (QAbstractButton* const overwrite = box->button(QMessageBox::Yes)) {
             overwrite->click();
@@ -30,7 +32,9 @@ void Answers::answer()
             QTimer others; // answers what opens meanwhile, as a timer doesn't fire in its own slot
             connect(&others, &QTimer::timeout, this, &Answers::answer);
             others.start(1);
+            held = box;
             run();
+            held = nullptr;
         }
         box->accept();
         return;

@@ -32,6 +32,7 @@ private:
     void answer();
 
     QTimer timer;
+    QWidget* held = nullptr; // the box that stays open while under_box runs
 };
 
 class WindowTest : public testing::Test

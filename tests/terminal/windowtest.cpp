@@ -20,22 +20,14 @@ Answers::Answers()
 void Answers::answer()
 {
     QWidget* const dialog = QApplication::activeModalWidget();
-    if (dialog && dialog == held)
-        return;
     if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
         if (QAbstractButton* const overwrite = box->button(QMessageBox::Yes)) {
             overwrite->click();
             return;
         }
         boxes += box->windowTitle() + "|" + box->text();
-        if (const auto run = std::exchange(under_box, nullptr)) {
-            QTimer others; // answers what opens meanwhile, as a timer doesn't fire in its own slot
-            connect(&others, &QTimer::timeout, this, &Answers::answer);
-            others.start(1);
-            held = box;
+        if (const auto run = std::exchange(under_box, nullptr))
             run();
-            held = nullptr;
-        }
         box->accept();
         return;
     }

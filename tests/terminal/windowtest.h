@@ -32,7 +32,6 @@ private:
     void answer();
 
     QTimer timer;
-    QWidget* held = nullptr; // the box that stays open while under_box runs
 };
 
 class WindowTest : public testing::Test

@@ -128,9 +128,9 @@ private:
     Number in_range(const char* name, bool ok, Number value, Number least, Number most) const
     {
         if (!ok || !(value >= least && value <= most))
-            throw Mistake{QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                              .arg(QLatin1String(name), parser.value(name), digits(least),
-                                   digits(most))};
+            throw Mistake{
+                QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
+                    .arg(QLatin1String(name), parser.value(name), digits(least), digits(most))};
         return value;
     }
 

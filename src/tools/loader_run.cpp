@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <limits>
 #include <memory>
 #include <new>
@@ -100,7 +101,8 @@ void Loader::run()
 std::optional<std::uint32_t> Loader::file_read(std::unique_ptr<std::uint8_t[]>* content)
 {
     QFile file(filename);
-    if (!file.open(QIODevice::ReadOnly) || file.isSequential()) {
+    // The open of a pipe would wait for its writer, and no abort could end that.
+    if (!QFileInfo(filename).isFile() || !file.open(QIODevice::ReadOnly)) {
         emit msgbox(tr("Open file failed"));
         return std::nullopt;
     }

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QLoggingCategory>
+#include <QPixmapCache>
 #include <cstdio>
 #include <unistd.h>
 
@@ -18,6 +19,7 @@ struct ProcessFigures
 
     static ProcessFigures now()
     {
+        QPixmapCache::clear(); // up to 10 MB of icons, new ones for each file dialog
         QFile memory("/proc/self/statm");
         memory.open(QIODevice::ReadOnly);
         const double pages = memory.readAll().split(' ').at(1).toDouble();

@@ -24,8 +24,8 @@ protected:
     {
         const QTableWidgetItem* const item = table()->item(row, column);
         table()->scrollToItem(item);
-        const QPoint at = table()->visualItemRect(item).center();
-        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, at);
+        const QRect cell = table()->visualItemRect(item) & table()->viewport()->rect();
+        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
     }
     QString texts(int column) const
     {

@@ -19,7 +19,6 @@ struct ProcessFigures
 
     static ProcessFigures now()
     {
-        QPixmapCache::clear(); // up to 10 MB of icons, new ones for each file dialog
         QFile memory("/proc/self/statm");
         memory.open(QIODevice::ReadOnly);
         const double pages = memory.readAll().split(' ').at(1).toDouble();
@@ -70,6 +69,7 @@ template <typename Program> int soak_main(int argc, char** argv, int usual_amoun
     QLoggingCategory::setFilterRules("default.warning=false"); // the platform's, at each dialog
     setvbuf(stdout, nullptr, _IOLBF, 0);
     QApplication application(argc, argv);
+    QPixmapCache::setCacheLimit(1024); // KB, else file dialogs fill it with 10 MB of icons
     try {
         Program program;
         program.run(argc > 1 ? atoi(argv[1]) : usual_amount);

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int WARM_UP = 50;
-constexpr double MOST_GROWTH_MB = 4;
+constexpr double MOST_GROWTH_MB = 6;
 const char FILE_TO_SEND[] = "big";
 
 class UnplugSoak : public Soak

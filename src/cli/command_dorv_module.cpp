@@ -178,10 +178,9 @@ QList<Command> dorv_module_commands()
         {"dorv mode",
          "[radio|pmac|mac|command]",
          "Read or change the mode of a Dorv module.",
-         "Prints which of the modes radio, pmac and mac the module works in, or changes it. In "
-         "the\n"
-         "mode command a module that is busy with radio traffic takes settings; the mode it works\n"
-         "in stays, and is what the module tells.",
+         "Prints which of the modes radio, pmac and mac the module works in, or changes it. In\n"
+         "the mode command a module that is busy with radio traffic takes settings; the mode it\n"
+         "works in stays, and is what the module tells.",
          {},
          Needs::Stack,
          run_mode},

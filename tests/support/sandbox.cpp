@@ -1,5 +1,6 @@
 #include "sandbox.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <stdexcept>
@@ -39,8 +40,12 @@ QString Sandbox::ports_folder() const
 void file_write(const QString& path, const QByteArray& data)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.flush())
         throw std::runtime_error("can't write " + path.toStdString());
+    // QSettings takes a file of the same size and time for the one it has read, and the system's
+    // clock of files goes by milliseconds.
+    static int files = 0;
+    file.setFileTime(QDateTime::currentDateTime().addSecs(++files), QFile::FileModificationTime);
 }
 
 QByteArray file_content(const QString& path)

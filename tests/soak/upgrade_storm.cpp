@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
+#include <atomic>
 #include <cstdio>
 #include <random>
 
@@ -135,10 +136,14 @@ QString upgrade(Loader& loader, const QString& file)
     QObject::connect(&loader, &Loader::log, &run, note, Qt::DirectConnection);
     QObject::connect(
         &loader, &Loader::upgrade_done, &run, [&] { ++ends; }, Qt::DirectConnection);
+    // ThreadSanitizer doesn't see the toolkit's own order of a thread's end and the wait for it.
+    std::atomic<bool> ended = false;
+    QObject::connect(
+        &loader, &Loader::finished, &run, [&] { ended = true; }, Qt::DirectConnection);
     loader.filename_set(file);
     loader.upgrade_start();
     loader.wait();
-    return ends == 1 ? outcome : QStringLiteral("upgrade_done %1 times").arg(ends);
+    return ended && ends == 1 ? outcome : QStringLiteral("upgrade_done %1 times").arg(ends);
 }
 
 void write_file(const QString& path, const QByteArray& bytes)

@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <modbus.h>
 #include <openssl/evp.h>

@@ -17,6 +17,8 @@ std::uint8_t crc8(const void* data, unsigned len);
 // below 0 counts as 0.
 std::uint16_t crc16(const void* data, int len);
 
-// crc is 0xFFFFFFFF for a whole run, or the result over the bytes in front of these. The register
+constexpr std::uint32_t CRC32_START = 0xFFFFFFFF;
+
+// crc is CRC32_START for a whole run, or the result over the bytes in front of these. The register
 // is returned as it stands: the common CRC-32 is its complement.
 std::uint32_t crc32(const void* data, unsigned len, std::uint32_t crc);

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::uint32_t CRC32_START = 0xFFFFFFFF;
-
 QString two_digits(std::uint32_t value)
 {
     return QString("%1").arg(value & 0xFF, 2, 16, QLatin1Char('0'));

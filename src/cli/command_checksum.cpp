@@ -37,11 +37,11 @@ constexpr Algorithm ALGORITHMS[] = {
      [](const char* data, int size) { return big_endian(crc16(data, size), 2); }},
     {"crc32", "CRC-32/JAMCRC, as boot codes check it",
      [](const char* data, int size) {
-         return big_endian(crc32(data, unsigned(size), 0xFFFFFFFF), 4);
+         return big_endian(crc32(data, unsigned(size), CRC32_START), 4);
      }},
     {"crc32inv", "the same inverted: the common CRC-32",
      [](const char* data, int size) {
-         return big_endian(~crc32(data, unsigned(size), 0xFFFFFFFF), 4);
+         return big_endian(~crc32(data, unsigned(size), CRC32_START), 4);
      }},
     {"md5", "MD5",
      [](const char* data, int size) {

@@ -201,7 +201,6 @@ void run_set(Invocation& invocation)
 
 void run_value(Invocation& invocation)
 {
-    constexpr int FAILED = -128;
     const CnetAddress address = address_of(invocation);
     invocation.expect_at_most(1);
     Session session(invocation);
@@ -210,7 +209,7 @@ void run_value(Invocation& invocation)
     const char* bytes = address.bytes.constData();
     const int value = address.is_long() ? session.cfg.remote_value_get_ext(bytes, &second)
                                         : session.cfg.remote_value_get(bytes);
-    if (value == FAILED)
+    if (value == CnetCfg::VALUE_FAILED)
         throw session.connection.stack.no_answer(
             "the value of " + shown(address.bytes) + " can't be read", NO_ANSWER_ADVICE);
     QJsonArray values = {value};

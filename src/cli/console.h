@@ -15,7 +15,6 @@ class Console
 public:
     explicit Console(bool json);
 
-    bool wants_json() const { return json; }
     // A line of the result, not shown in JSON mode.
     void line(const QString& text);
     // The result as it is, not shown in JSON mode.

@@ -29,7 +29,7 @@ QStringList unmarked(QStringList words)
     return words.replaceInStrings(NUMBER_MARK, QString());
 }
 
-// The command that the words begin with; the longest name that fits.
+// The command that the words begin with; no command's name begins another's.
 const Command* find_command(const QList<Command>& commands, const QStringList& words)
 {
     const auto fits = [&](const Command& command) {

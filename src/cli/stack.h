@@ -32,8 +32,6 @@ public:
     TracedLink& link() { return *traced; }
     const TracedLink& link() const { return *traced; }
     QFramer& top() { return *framers.back(); }
-    // The framer on the link alone, below all others.
-    QFramer& lowest() { return *framers.front(); }
 
     // Opens the link on this thread. Throws Failure.
     void open();

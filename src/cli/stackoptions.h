@@ -4,8 +4,6 @@
 #include "command.h"
 #include "stack.h"
 
-#include <memory>
-
 // --frame is among them for commands that speak through framers.
 QList<QCommandLineOption> stack_options(Needs needs);
 

@@ -31,7 +31,7 @@ public:
     qint64 bytes_sent() const { return sent; }
     // What the last read behind the last write gave; not while another thread drives the link.
     const QByteArray& last_received() const { return last; }
-    // A data operation gave an error, so the link itself is in trouble.
+    // A read, readline or write gave an error, so the link itself is in trouble.
     bool failed() const { return error != 0; }
 
 private:

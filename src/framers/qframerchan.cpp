@@ -61,7 +61,7 @@ int QFramerChan::read(char* buffer, int nbytes)
     if (!frame.data())
         return FRAMER_BAD_SIZE;
     const int received = lower_read(frame.data(), frame.size());
-    const auto good = ChanFrame::parse(frame.first(std::max(received, 0)), prefix_bytes());
+    const auto good = ChanFrame::parse(frame.first(received), prefix_bytes());
     return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
 }
 

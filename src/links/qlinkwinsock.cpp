@@ -93,7 +93,8 @@ int QLinkWinsock::close()
 
 void QLinkWinsock::flush()
 {
-    // Datagrams may come as fast as they are dropped.
+    // Often the next datagram is all that is told, so again and again; but they may come as fast as
+    // they are dropped.
     const QDeadlineTimer deadline(qMax(1, cfg.timeout));
     int dropped = 0;
     int count = 0;
@@ -104,8 +105,7 @@ void QLinkWinsock::flush()
         QByteArray scratch(waiting, Qt::Uninitialized);
         count = read(scratch.data(), waiting);
         dropped += count;
-    } while (count > 0 && !stream &&
-             !deadline.hasExpired()); // often, the next datagram is all told
+    } while (count > 0 && !stream && !deadline.hasExpired());
     if (log_hex && dropped > 0)
         emit log(tr("tcpip: drop %1 bytes").arg(dropped));
 }

@@ -28,7 +28,8 @@
 //   readline          0 and an empty line on a closed link; what had come when a byte was late
 //
 // With both forms of data on, the log has a line for each, the hexadecimal one first. A read tells
-// the result of its last system call as well; as text, only when fewer bytes came than asked for.
+// the result of its last system call as well; as text, only when fewer bytes came than asked for,
+// and then the buffer holds a NUL behind them.
 class QLinkWinsock : public QObject, public QLink
 {
     Q_OBJECT

@@ -47,8 +47,7 @@ struct PortSettings
 class EventPort;
 class PolledPort;
 
-// EventDriven: lives on the thread of an event loop. What arrives is announced by readyRead(); a
-// read
+// EventDriven: lives on the thread of an event loop; readyRead() announces what arrives. A read
 //   gives what is there and never waits. write() never waits either: it takes all bytes, or gives
 //   -1 on a port that has gone and when more than WRITE_LIMIT bytes would wait to go out. close()
 //   lets accepted bytes out for at most Timeout_Millisec and discards the rest.

@@ -4,7 +4,6 @@
 
 #ifdef Q_OS_LINUX
 // The kernel's own termios, for free rates; it can't be in one file with <termios.h>.
-#include <QCoreApplication>
 #include <asm/termbits.h>
 #include <poll.h>
 #include <sys/ioctl.h>

@@ -19,7 +19,6 @@ public:
     bool has_failed() const { return file.error() != QFileDevice::NoError; }
     QString error_string() const { return refusal.isEmpty() ? file.errorString() : refusal; }
 
-    qint64 bytes_done() const { return done; }
     qint64 elapsed_ms() const { return clock.elapsed(); }
     // 0 to 1000; a file that grows on the way stays at 1000.
     int permille() const;

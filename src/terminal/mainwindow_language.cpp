@@ -7,7 +7,7 @@
 
 // The toolkit's own texts: standard buttons, file dialogs, context menus. Without its catalogue
 // they stay in English. A translator installed later is asked first, so this one comes before ours.
-static std::unique_ptr<QTranslator> toolkit_translator_create(const QString& language)
+static std::unique_ptr<QTranslator> toolkit_translator_install(const QString& language)
 {
     auto toolkit = std::make_unique<QTranslator>();
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -28,7 +28,7 @@ void MainWindow::language_load(QString language)
         msgbox(tr("loading language %1 failed").arg(name));
         return;
     }
-    toolkit_translator = toolkit_translator_create(language);
+    toolkit_translator = toolkit_translator_install(language);
     QCoreApplication::installTranslator(&translator);
     ui->retranslateUi(this);
 }

@@ -1,13 +1,11 @@
 #include "mainwindow.h"
 
-#include "filesend.h"
 #include "hashselectdialog.h"
 #include "inifile.h"
 #include "sendtext.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
 
-#include <QFileDialog>
 #include <memory>
 
 bool MainWindow::port_write(QByteArray& data)

@@ -1,6 +1,5 @@
 #include "mainwindow.h"
 
-#include "filesend.h"
 #include "qlinkcfgdlg.h"
 #include "qserialcfgwidget.h"
 #include "ui_mainwindow.h"

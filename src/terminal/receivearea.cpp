@@ -11,7 +11,6 @@
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <QTextBlock>
 #include <QtMath>
 #include <algorithm>
 #include <memory>

@@ -121,8 +121,8 @@ void ReceiveArea::paint_text(QPainter& painter, int from, int to, int column, qr
             ++next;
         const QPointF place(margin + column * cell_width, y + ascent);
         QChar c = document()->characterAt(at);
-        if (is_control(c) || c.isSurrogate())
-            c = c.isSurrogate() && next == at + 1 ? QChar(QChar::ReplacementCharacter) : c;
+        if (c.isSurrogate() && next == at + 1)
+            c = QChar(QChar::ReplacementCharacter);
         if (next > at + 1) {
             QString joined;
             for (int i = at; i < next; ++i)

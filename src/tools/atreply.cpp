@@ -2,7 +2,6 @@
 
 #include "hextext.h"
 
-#include <QChar>
 #include <charconv>
 #include <cmath>
 

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int VALUE_FAILED = -128;
 constexpr int EXCESS = 256; // room for a link that gives more than it is asked for
 
 QByteArray bytes(const void* data, int nbytes)

@@ -55,8 +55,9 @@ public:
     int remote_cfg_set_ext(const void* addr, const std::uint32_t* cfg);
     // Tunes the local device. Only the low byte of each travels. 0 or TOOL_FAILED.
     int local_chan_baud_set(int chan, int rate);
-    // A signed 8-bit value; -128 on failure, which can't be told from a device that says -128. The
-    // long form has a second value, which second takes unless it is null.
+    static constexpr int VALUE_FAILED = -128;
+    // A signed 8-bit value; VALUE_FAILED on failure, which can't be told from a device that says
+    // the same. The long form has a second value, which second takes unless it is null.
     int remote_value_get(const void* addr);
     int remote_value_get_ext(const void* addr, int* second);
     // Sent without reading an answer; data is 2 bytes. As cmd_send.

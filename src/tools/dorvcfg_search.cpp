@@ -6,7 +6,6 @@
 #include "qframer.h"
 
 #include <QElapsedTimer>
-#include <algorithm>
 
 namespace {
 

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr std::uint32_t CRC_START = 0xFFFFFFFF;
-
 // Even a sleep of 0 takes a tenth of a millisecond, as much as an exchange at some megabits.
 void pause(std::uint32_t ms)
 {
@@ -222,7 +220,7 @@ int Loader::block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t 
 int Loader::block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
                                bool final)
 {
-    const std::uint32_t crc = crc32(data, size, CRC_START);
+    const std::uint32_t crc = crc32(data, size, CRC32_START);
     int result = TOOL_BAD_REPLY;
     for (std::uint32_t attempt = 0; attempt < retry_count; ++attempt) {
         if (abort_flag)

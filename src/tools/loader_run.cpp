@@ -2,9 +2,7 @@
 
 #include "loader.h"
 
-#include "bootdialogue.h"
 #include "qframer.h"
-#include "toolerror.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -6,10 +6,8 @@
 #include "windowfuzz.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QSpinBox>
 #include <QTableWidget>
 
 static constexpr int MOST_ROWS = 200; // more only take time

@@ -3,7 +3,6 @@
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QLibraryInfo>
-#include <QMessageBox>
 #include <QProcess>
 #include <QTranslator>
 #include <QXmlStreamReader>

@@ -1,7 +1,6 @@
 // Whole upgrade runs: the bytes, the signals and their order.
 #include "bench.h"
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <gtest/gtest.h>

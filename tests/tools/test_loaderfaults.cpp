@@ -2,7 +2,6 @@
 #include "bench.h"
 
 #include <QElapsedTimer>
-#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <random>
 

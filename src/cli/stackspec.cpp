@@ -1,13 +1,16 @@
 #include "stackspec.h"
 
 #include "hexbytes.h"
+#include "qframerchan.h"
+#include "tcpip_cfg.h"
 
 #include <algorithm>
 
 namespace {
 constexpr int HIGHEST_BAUD = 100'000'000; // beyond every port there is; guards against slips
-constexpr int LONGEST_HOST = 63;          // what the settings record of network links holds
-constexpr int LONGEST_PREFIX = 16;        // what the channel framer holds
+constexpr int LONGEST_HOST = sizeof(tcpip_cfg::addr) - 1;
+constexpr int LONGEST_PREFIX = QFramerChan::PREFIX_MAX;
+constexpr int DORV_RADIO = 2; // the mode that QFramerDorv starts in
 
 struct Named
 {
@@ -37,7 +40,7 @@ constexpr Named FLOWS[] = {
     {"none", FLOW_OFF}, {"rtscts", FLOW_HARDWARE}, {"xonxoff", FLOW_XONXOFF}};
 
 constexpr Named DORV_MODES[] = {
-    {"mac", 0}, {"pmac", 1}, {"radio", 2}, {"data", 3}, {"raw", DORV_RAW}};
+    {"mac", 0}, {"pmac", 1}, {"radio", DORV_RADIO}, {"data", 3}, {"raw", DORV_RAW}};
 
 template <std::size_t size>
 int named(const Piece& piece, const Named (&table)[size], const QString& expected)
@@ -207,7 +210,7 @@ FramerSpec read_framer(const Piece& text)
         break;
     }
     case FramerKind::Dorv:
-        framer.number = head.rest ? named(*head.rest, DORV_MODES, "the mode") : 2;
+        framer.number = head.rest ? named(*head.rest, DORV_MODES, "the mode") : DORV_RADIO;
         break;
     case FramerKind::None:
     case FramerKind::Crc16:

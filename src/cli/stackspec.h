@@ -17,7 +17,8 @@
 //            chan:PREFIX                          1 to 16 bytes in hexadecimal, payload
 //            cnet:TARGET                          0xAA frame to 4 hexadecimal digits
 //            rwlt                                 0xAB payload 0xBA
-//            dorv[:MODE]                          AT send commands; mac pmac radio data raw
+//            dorv[:MODE]                          AT send commands; mac pmac radio data raw;
+//                                                 radio if not given
 #pragma once
 
 #include "qextserialport.h"

@@ -9,10 +9,10 @@
 #include "qframercrc16.h"
 #include "qframernull.h"
 #include "qframerrtu.h"
+#include "sandbox.h"
 #include "simulatedlink.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
 #include <atomic>
@@ -146,19 +146,6 @@ QString upgrade(Loader& loader, const QString& file)
     return ended && ends == 1 ? outcome : QStringLiteral("upgrade_done %1 times").arg(ends);
 }
 
-void write_file(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("%s can't be written", qPrintable(path));
-}
-
-QByteArray content(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 struct Outcome
 {
     QString said;
@@ -171,19 +158,19 @@ Outcome brave(quint64 seed, const QTemporaryDir& folder)
     Scene scene = draw_scene(seed);
     const QString file = folder.filePath("M1_storm.bin");
     scene.boot.image = folder.filePath("rom");
-    write_file(file, scene.file);
-    write_file(scene.boot.image, scene.old_image);
+    file_write(file, scene.file);
+    file_write(scene.boot.image, scene.old_image);
     Stack stack(scene);
     Outcome outcome;
     outcome.said = upgrade(stack.loader, file);
-    outcome.equal = content(scene.boot.image) == scene.file;
+    outcome.equal = file_content(scene.boot.image) == scene.file;
     stack.exchange.end_faults();
     if (stack.link.cut()) {
         stack.link.close();
         stack.link.open();
     }
     outcome.rerun_good =
-        upgrade(stack.loader, file) == VERIFIED && content(scene.boot.image) == scene.file;
+        upgrade(stack.loader, file) == VERIFIED && file_content(scene.boot.image) == scene.file;
     return outcome;
 }
 

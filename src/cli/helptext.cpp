@@ -57,13 +57,14 @@ static QList<QCommandLineOption> with_defaults_shown(QList<QCommandLineOption> o
     return options;
 }
 
-void add_options(QCommandLineParser& parser, const Command& command)
+QList<QCommandLineOption> options_of(const Command& command)
 {
-    parser.addOptions(with_defaults_shown(command.options));
+    QList<QCommandLineOption> options = command.options;
     if (command.needs != Needs::Nothing)
-        parser.addOptions(with_defaults_shown(stack_options(command.needs)));
-    parser.addOption({"json", "Print the result as JSON, for scripts."});
-    parser.addOption({{"h", "help"}, "Show this text."});
+        options += stack_options(command.needs);
+    return with_defaults_shown(options) +
+           QList<QCommandLineOption>{{"json", "Print the result as JSON, for scripts."},
+                                     {{"h", "help"}, "Show this text."}};
 }
 
 static QString command_lines(const QList<Command>& commands, const QString& family)
@@ -108,7 +109,7 @@ QString command_help(const Command& command)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(command.description);
-    add_options(parser, command);
+    parser.addOptions(options_of(command));
     // The parser knows options alone; the command's own form of the usage line takes its place.
     QString text = parser.helpText();
     text.remove(0, text.indexOf('\n'));

@@ -4,7 +4,7 @@
 #include "command.h"
 
 // All options that a command takes: its own, the link's if it uses one, and those of every command.
-void add_options(QCommandLineParser& parser, const Command& command);
+QList<QCommandLineOption> options_of(const Command& command);
 
 QString overview(const QList<Command>& commands);
 QString family_help(const QList<Command>& commands, const QString& family);

@@ -11,22 +11,36 @@
 namespace {
 const char VERSION_TEXT[] = "tarnwickctl " TARNWICK_VERSION;
 
-// Words such as -1 are values here, never options; marked so, the parser leaves them alone.
-constexpr QChar NUMBER_MARK(0x1);
-
-QStringList marked(const QStringList& words)
+bool takes_value(const QList<QCommandLineOption>& options, const QString& word)
 {
-    QStringList result;
-    for (const QString& word : words) {
-        const bool negative = word.size() > 1 && word[0] == '-' && word[1].isDigit();
-        result.append(negative ? NUMBER_MARK + word : word);
-    }
-    return result;
+    return std::any_of(options.cbegin(), options.cend(), [&](const QCommandLineOption& option) {
+        return !option.valueName().isEmpty() && word.startsWith("--") &&
+               option.names().contains(word.mid(2));
+    });
 }
 
-QStringList unmarked(QStringList words)
+// The options with their values, and after "--" all other words: there the parser takes a number
+// such as -5 as it is, not as an option.
+QStringList options_first(const QList<QCommandLineOption>& options, const QStringList& words)
 {
-    return words.replaceInStrings(NUMBER_MARK, QString());
+    QStringList result;
+    QStringList others = {"--"};
+    for (int i = 0; i < words.size(); ++i) {
+        const QString& word = words[i];
+        if (word == "--")
+            return result + others + words.mid(i + 1);
+        if (word.size() < 2 || word[0] != '-' || word[1].isDigit()) {
+            others.append(word);
+            continue;
+        }
+        result.append(word);
+        if (!takes_value(options, word))
+            continue;
+        if (i + 1 == words.size())
+            return result; // the parser says that its value is missing
+        result.append(words[++i]);
+    }
+    return result + others;
 }
 
 // The command that the words begin with; no command's name begins another's.
@@ -107,14 +121,14 @@ bool print_help(const QList<Command>& commands, QStringList words)
 int run_command(const Command& command, const QStringList& words, Console& console)
 {
     QCommandLineParser parser;
-    add_options(parser, command);
-    if (!parser.parse(QStringList("tarnwickctl") + marked(words)))
-        return report(usage_failure(unmarked({parser.errorText()}).first(),
+    const QList<QCommandLineOption> options = options_of(command);
+    parser.addOptions(options);
+    if (!parser.parse(QStringList("tarnwickctl") + options_first(options, words)))
+        return report(usage_failure(parser.errorText(),
                                     "`tarnwickctl " + command.name + " --help` lists the options."),
                       console);
     Interrupts interrupts;
-    Invocation invocation(command, parser, unmarked(parser.positionalArguments()), console,
-                          interrupts);
+    Invocation invocation(command, parser, parser.positionalArguments(), console, interrupts);
     try {
         command.run(invocation);
     } catch (Failure& failure) {

@@ -26,13 +26,16 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"upgrad", 2, "no such command: upgrad"},
         {"cnet serach", 2, "cnet search"},
         {"ports --colour", 2, "'colour'"},
+        {"checksum --text", 2, "Missing value"},
         {"upgrade --link serial:x", 2, "FILE is missing"},
         {"upgrade /bin/sh", 2, "--link is missing"},
         {"frame send --link serial:x", 2, "nothing to send"},
         {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
         {"frame send --hex 01 --link serial:x,9600,8Q1", 2,
          "  serial:x,9600,8Q1\n                 ^"},
+        {"frame send --hex 01 --link serial:x --timeout -5", 2, "--timeout -5: a number"},
         {"dorv rssi %2 --link serial:x", 2, "\"%2\": ADDRESS"},
+        {"dorv rssi -5 --link serial:x", 2, "\"-5\": ADDRESS"},
         {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
         {"dorv get freq --link serial:x", 2, "can be set, not read"},
         {"dorv get class --link serial:x --frame dorv", 2, "^~~~"},
@@ -104,6 +107,7 @@ TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)
     EXPECT_EQ(sums["crc16"].toString(), "4B37");
     EXPECT_EQ(sums["crc32inv"].toString(), "CBF43926");
     EXPECT_EQ(sums["md5"].toString(), "25F9E794323B453885F5181F1B624D0B");
+    EXPECT_EQ(run_ctl("checksum --text -5 --only sum8").out, "62\n");
     const QString file = firmware_file(sandbox, "data", 5000);
     EXPECT_EQ(run_ctl("checksum --only crc16 " + file).out,
               run_ctl("checksum - --only crc16", file_content(file)).out);

@@ -105,19 +105,17 @@ void run_search(Invocation& invocation)
         invocation.console.line(info);
         found.append(info);
     });
-    // A search ends at the first silence; it goes on from there until the time is over.
     QElapsedTimer clock;
     clock.start();
-    // Queued, as the search stops its timer behind that signal.
-    QObject::connect(
-        &session.cfg, &DorvCfg::search_finished, &loop,
-        [&] {
-            if (clock.elapsed() < duration_ms)
-                session.cfg.search_start();
-            else
-                loop.quit();
-        },
-        Qt::QueuedConnection);
+    // The look that begins after the end is the last one: it reads the rest of a report that came
+    // just before.
+    QObject::connect(&session.cfg, &DorvCfg::search_progress, &loop, [&] {
+        if (clock.elapsed() >= duration_ms)
+            loop.quit();
+    });
+    // Silence ends a search, not the time to listen.
+    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop,
+                     [&] { session.cfg.search_start(); });
     QObject::connect(&invocation.interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
     session.cfg.search_start();
     loop.exec();

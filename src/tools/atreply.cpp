@@ -8,7 +8,8 @@
 namespace {
 
 constexpr int KEY_SIZE = 16;
-constexpr char DEVICE_REPORT[] = "+devfound,";
+constexpr int REPORT_HEAD = sizeof AT_DEVICE_REPORT - 1;
+constexpr int LONGEST_REPORT = 1024; // far beyond a module's; bounds what a line without end keeps
 
 bool is_space(char c)
 {
@@ -76,17 +77,24 @@ QByteArray at_key(const QByteArray& reply)
     return key;
 }
 
-QStringList at_devices(const QByteArray& text)
+QStringList at_devices_take(QByteArray& text)
 {
     QStringList devices;
-    int at = int(text.indexOf(DEVICE_REPORT));
-    while (at >= 0) {
-        const int begin = at + int(sizeof DEVICE_REPORT) - 1;
-        int end = begin;
-        while (end < text.size() && text[end] != '\r' && text[end] != '\n')
-            ++end;
-        devices.append(QString::fromLatin1(text.mid(begin, end - begin)));
-        at = int(text.indexOf(DEVICE_REPORT, end));
+    int begin = 0;
+    for (int end = 0; end < text.size(); ++end) {
+        if (text[end] != '\r' && text[end] != '\n')
+            continue;
+        const QByteArray line = text.mid(begin, end - begin);
+        const int report = int(line.indexOf(AT_DEVICE_REPORT));
+        if (report >= 0)
+            devices.append(QString::fromLatin1(line.mid(report + REPORT_HEAD)));
+        begin = end + 1;
     }
+    text.remove(0, begin);
+    const int report = int(text.indexOf(AT_DEVICE_REPORT));
+    const int unfinished = report < 0 ? 0 : int(text.size()) - report;
+    // A head may be cut too.
+    const bool good = unfinished > 0 && unfinished <= LONGEST_REPORT;
+    text = text.right(good ? unfinished : REPORT_HEAD - 1);
     return devices;
 }

@@ -24,5 +24,9 @@ std::optional<std::uint32_t> at_address(const QByteArray& reply);
 // character ends the key.
 QByteArray at_key(const QByteArray& reply);
 
-// What follows "+devfound," in each report of the text, up to the line's end.
-QStringList at_devices(const QByteArray& text);
+// Begins each report of a device.
+constexpr char AT_DEVICE_REPORT[] = "+devfound,";
+
+// What follows "+devfound," in each line of the text that has ended. These lines are removed, and
+// what can't become a report any more: what stays goes in front of what comes next.
+QStringList at_devices_take(QByteArray& text);

@@ -37,6 +37,7 @@ DorvCfg::~DorvCfg()
 void DorvCfg::command_write(const QByteArray& text)
 {
     framer->flush();
+    search_text.clear(); // its rest is dropped
     framer->write(text.constData(), int(text.size()));
 }
 

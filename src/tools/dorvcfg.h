@@ -152,15 +152,17 @@ public:
 
     // Listens, every 300 ms on the thread that owns this object, for what modules report of
     // themselves, until the layer below the framer has nothing more to give. Sends nothing.
-    // Returns 0.
+    // Returns 0. A report may come in pieces, and may go on in the next search; one without a line
+    // end counts as whole when a period brings nothing more. Whoever wants to listen for a certain
+    // time starts a search again when one has finished.
     int search_start(int unused = 0);
 
 signals:
     void search_started(int request_total);
     void search_progress(int request_sent, int bind_width, int spreading_factor);
     void search_finished();
-    // A report; info is the rest of its line. The radio parameters are 0, as the search doesn't
-    // walk over them and a report's layout is the module's.
+    // A whole report; info is the rest of its line. The radio parameters are 0, as the search
+    // doesn't walk over them and a report's layout is the module's.
     void dev_found(int bind_width, int spreading_factor, QString info);
 
 private slots:
@@ -174,6 +176,7 @@ private:
     int carry_out_word(const AtCommand& command, const char* word);
     int agreed(const AtCommand& command, const QByteArray& text);
 
+    void devices_emit(const QByteArray& text);
     void command_write(const QByteArray& text);
     QByteArray reply_read(int size);
     QByteArray query(const AtCommand& command);
@@ -184,4 +187,5 @@ private:
     QFramer* framer = nullptr;
     QLink* link;
     QTimer* search_timer = nullptr;
+    QByteArray search_text; // the beginning of a report whose rest hasn't come
 };

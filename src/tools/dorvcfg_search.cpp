@@ -6,6 +6,7 @@
 #include "qframer.h"
 
 #include <QElapsedTimer>
+#include <algorithm>
 
 namespace {
 
@@ -35,18 +36,28 @@ void DorvCfg::search_timer_timeout()
     emit search_progress(REQUEST_SENT, 0, 0);
     QElapsedTimer clock;
     clock.start();
+    bool silent = true; // since the tick before
     do {
         QByteArray text(READ_SIZE, '\0');
-        const int count = framer->lower_read(text.data(), READ_SIZE);
-        if (count < 1) {
+        text.truncate(std::max(0, framer->lower_read(text.data(), READ_SIZE)));
+        if (text.isEmpty()) {
             search_timer->stop(); // first, as a receiver may start the next search
+            if (silent)
+                devices_emit("\n"); // no more of a line comes
             emit search_finished();
             return;
         }
-        const QStringList devices = at_devices(text.left(count));
-        for (const QString& info : devices)
-            emit dev_found(0, 0, info);
-        if (!devices.isEmpty())
+        silent = false;
+        devices_emit(text);
+        if (text.contains(AT_DEVICE_REPORT))
             return;
     } while (!clock.hasExpired(PERIOD_MS));
+}
+
+void DorvCfg::devices_emit(const QByteArray& text)
+{
+    search_text += text;
+    const QStringList devices = at_devices_take(search_text);
+    for (const QString& info : devices)
+        emit dev_found(0, 0, info);
 }

@@ -163,6 +163,21 @@ TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
             "125,7,0x1,-41"));
 }
 
+TEST_F(TarnwickCtl, ASearchWhoseReportsNeverPauseEndsInTimeWithAllOfThem)
+{
+    const Simulated serial("dorv --neighbours 1000");
+    const Simulated tcp("dorv --neighbours 1000 --listen 0");
+    for (const QString& link : {QString("serial:dorv"), "tcp:" + tcp.address}) {
+        const QJsonArray found =
+            ctl_json("dorv search --duration 1 --link " + link)["devices"].toArray();
+        ASSERT_GE(found.size(), 5);
+        const int first = found[0].toString().section(',', 2, 2).toInt(nullptr, 16);
+        for (int i = 0; i < found.size(); ++i)
+            EXPECT_EQ(found[i].toString(),
+                      QString("125,7,0x%1,%2").arg(first + i, 0, 16).arg(-40 - (first + i) % 60));
+    }
+}
+
 TEST_F(TarnwickCtl, TheManPageAndTheCompletionKnowEveryCommand)
 {
     QByteArray page = file_content(PACKAGING_FOLDER "/man/tarnwickctl.1");

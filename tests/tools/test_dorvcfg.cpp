@@ -278,20 +278,29 @@ TEST(DorvSearch, ListensBelowItsFramerUntilNothingComesAndHoldsNoEventLoop)
     QSignalSpy found(&cfg, &DorvCfg::dev_found);
     QSignalSpy finished(&cfg, &DorvCfg::search_finished);
 
-    // Two reads of chatter in front of a report; the next tick finds nothing.
-    link.arrive(QByteArray(2 * 128, '.') + "\r\n+devfound,1234,-97\r\n");
-    EXPECT_EQ(cfg.search_start(1), 0);
-    ASSERT_TRUE(wait_until([&] { return !finished.isEmpty(); }));
-    EXPECT_EQ(started.takeFirst(), QVariantList{100});
-    EXPECT_EQ(progress.size(), 2);
-    EXPECT_EQ(progress[0], (QVariantList{50, 0, 0}));
-    ASSERT_EQ(found.size(), 1);
-    EXPECT_EQ(found[0], (QVariantList{0, 0, "1234,-97"}));
-    EXPECT_TRUE(link.written.isEmpty());
+    // A report behind chatter: behind the second read of it, or cut by that.
+    const struct
+    {
+        int chatter;
+        const char* end;
+        int ticks;
+    } rows[] = {{256, "\r\n", 2}, {256, "", 2}, {256 - 14, "\r\n", 2}, {256 - 7, "\r\n", 1}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.chatter);
+        link.arrive(QByteArray(row.chatter, '.') + "\r\n+devfound,1234,-97" + row.end);
+        EXPECT_EQ(cfg.search_start(1), 0);
+        ASSERT_TRUE(wait_until([&] { return !finished.isEmpty(); }));
+        EXPECT_EQ(started.takeFirst(), QVariantList{100});
+        EXPECT_EQ(progress.size(), row.ticks);
+        EXPECT_EQ(progress[0], (QVariantList{50, 0, 0}));
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_EQ(found.takeFirst(), (QVariantList{0, 0, "1234,-97"}));
+        EXPECT_TRUE(link.written.isEmpty());
+        progress.clear();
+        finished.clear();
+    }
 
     link.chatters = true;
-    progress.clear();
-    finished.clear();
     cfg.search_start();
     ASSERT_TRUE(wait_until([&] { return progress.size() == 2; }));
     EXPECT_TRUE(finished.isEmpty());

@@ -62,7 +62,7 @@ int DorvCfg::at_exchange(const char* command, const char* expected, int match, i
         if (count != 0) {
             if (count > skip && out != nullptr)
                 std::memcpy(out, reply.constData() + skip,
-                            size_t(std::min(count - skip, out_size)));
+                            size_t(std::clamp(out_size, 0, count - skip)));
             const bool fits = expected == nullptr       ? true
                               : match == MATCH_CONTAINS ? reply.contains(expected)
                               : match == MATCH_ECHO     ? reply == text + "\r\n" + expected

@@ -129,6 +129,7 @@ TEST(DorvExchange, ComparesAndRepeatsAsTold)
         int result;
         int sent;
         QByteArray out;
+        int out_size = 4;
     } rows[] = {
         {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", "an ok"}, 5, 3, "an o"},
         {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", ""}, -3, 3, "x"},
@@ -138,6 +139,7 @@ TEST(DorvExchange, ComparesAndRepeatsAsTold)
         {DorvCfg::MATCH_ECHO, "ok", {"ok", "at\r\r\nok"}, 2, 2, "ok"},
         {DorvCfg::MATCH_ECHO, "ok", {"at\r\r\nokk", "at\r\r", "x"}, -4, 3, "okk"},
         {DorvCfg::MATCH_ECHO, nullptr, {"at\r\r\nvalue"}, 5, 1, "valu"},
+        {DorvCfg::MATCH_EQUAL, nullptr, {"value"}, 5, 1, "", -1},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.replies.join('|').toStdString());
@@ -145,7 +147,8 @@ TEST(DorvExchange, ComparesAndRepeatsAsTold)
         for (const QByteArray& reply : row.replies)
             module.link.reply(reply);
         char out[5] = {};
-        EXPECT_EQ(module.cfg.at_exchange("at\r", row.expected, row.match, 2, out, 4), row.result);
+        EXPECT_EQ(module.cfg.at_exchange("at\r", row.expected, row.match, 2, out, row.out_size),
+                  row.result);
         EXPECT_EQ(module.link.written.size(), row.sent);
         EXPECT_EQ(QByteArray(out), row.out);
     }

@@ -1,8 +1,8 @@
 #include "stack.h"
 
+#include "boundedcnet.h"
 #include "qextserialenumerator.h"
 #include "qframerchan.h"
-#include "qframercnet.h"
 #include "qframercrc16.h"
 #include "qframerdorv.h"
 #include "qframernull.h"
@@ -16,10 +16,6 @@
 #include <QFileInfo>
 
 namespace {
-// A local device that is busy for longer than a second won't recover by itself.
-constexpr int BUSY_ATTEMPTS = 50;
-constexpr unsigned BUSY_PAUSE_MS = 20;
-
 // The path of a port that is named by its last part alone, such as ttyUSB0 or boot.
 QString full_port_name(const QString& name)
 {
@@ -143,12 +139,8 @@ void Stack::add_framer(const FramerSpec& framer)
         break;
     }
     case FramerKind::Cnet: {
-        auto cnet = std::make_unique<QFramerCnet>(lower);
+        auto cnet = std::make_unique<BoundedCnet>(lower);
         cnet->target_set(quint16(framer.number));
-        cnet->keep_trying_set([attempts = 0]() mutable {
-            QThread::msleep(BUSY_PAUSE_MS);
-            return ++attempts % BUSY_ATTEMPTS != 0;
-        });
         framers.push_back(std::move(cnet));
         break;
     }

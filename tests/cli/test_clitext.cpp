@@ -1,11 +1,14 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
+#include "boundedcnet.h"
 #include "cnetaddress.h"
 #include "dorvsettings.h"
 #include "failure.h"
 #include "progress.h"
+#include "qframernull.h"
 #include "stackspec.h"
 
 #include <gtest/gtest.h>
+#include <memorylink.h>
 #include <print.h>
 
 namespace {
@@ -204,4 +207,19 @@ TEST(CliText, ValuesOfDorvSettingsGoThereAndBackOrAreRefused)
             EXPECT_FALSE(row.good) << failure.what.toStdString();
         }
     }
+}
+
+TEST(CliStack, GivesUpABusyDeviceForOneSendAndNotForManyGoodOnes)
+{
+    const QByteArray busy("\xAA\x01\x85\x55");
+    MemoryLink link;
+    QFramerNull null(&link);
+    BoundedCnet cnet(&null);
+    for (int i = 0; i < BoundedCnet::ATTEMPTS + 1; ++i) {
+        link.reply(busy);
+        link.reply(QByteArray("\xAA\x01\x00\x55", 4));
+        ASSERT_EQ(cnet.write("x", 1), 1) << i;
+    }
+    link.device = [&](const QByteArray&) { return busy; };
+    EXPECT_EQ(cnet.write("x", 1), CNET_BUSY);
 }

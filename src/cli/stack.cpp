@@ -182,6 +182,10 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
 
     link_object->moveToThread(&worker);
     start();
+    // The system may refuse another thread, and that one signals nothing.
+    if (!worker.isRunning() && !worker.isFinished())
+        throw Failure{ExitCode::Link, "the system starts no thread for the link",
+                      "End other programs, or raise the limits that `ulimit -a` shows."};
     loop.exec();
     worker.wait();
     while (!given_back.load(std::memory_order_acquire))

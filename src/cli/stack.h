@@ -38,7 +38,8 @@ public:
     // Has the worker run with the link open, in an event loop until it has ended. The link is
     // opened and closed on the worker's own thread, as a network socket belongs to the thread that
     // opens it. `start` starts the worker; `opened` is called on its thread, before its run, and
-    // tells whether the link could be opened.
+    // tells whether the link could be opened. Throws Failure when the worker doesn't start; the
+    // stack is then of no more use.
     void run_worker(QThread& worker, const std::function<void()>& start,
                     const std::function<void(bool)>& opened);
     // Why the link could not be opened.

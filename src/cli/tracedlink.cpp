@@ -1,5 +1,13 @@
 #include "tracedlink.h"
 
+int TracedLink::open()
+{
+    const int result = lower.open();
+    if (result != 0)
+        lower.close(); // one that could not connect may call itself open
+    return result;
+}
+
 int TracedLink::note_received(const char* buffer, int result)
 {
     if (result < 0)

@@ -16,7 +16,8 @@ public:
     {
     }
 
-    int open() override { return lower.open(); }
+    // Closed after a failure.
+    int open() override;
     bool is_open() override { return lower.is_open(); }
     int close() override { return lower.close(); }
     void flush() override { lower.flush(); }

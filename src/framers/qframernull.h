@@ -8,7 +8,8 @@ class QLink;
 class QFramerNull : public QFramer
 {
 public:
-    // The link is not owned and may be null.
+    // The link is not owned and may be null. It is used while it calls itself open; one whose open
+    // failed is closed by its owner first (see QLink::open).
     explicit QFramerNull(QLink* link);
 
     void link_set(QLink* link);

@@ -26,7 +26,8 @@ enum LinkError : int { LINK_FAILED = -1, LINK_IO = -5, LINK_CLOSED = -6, LINK_AG
 class QLink
 {
 public:
-    // Opens the link. 0, or an error code.
+    // Opens the link. 0, or an error code. Close it after a failure too: a link that could not
+    // connect may go on calling itself open.
     virtual int open() = 0;
     virtual bool is_open() = 0;
     // Closes the link. 0; or LINK_CLOSED, where a link has that for a closed one.

@@ -18,7 +18,9 @@
 // `addr` may be an address of either version or a host's name; ip_version and the local port are
 // not used.
 //
-//   open        closes first; LINK_FAILED
+//   open        closes first; LINK_FAILED. A socket that could not connect stays until close
+//   is_open     what the socket says, which after a failed connection is true: call close then, or
+//               write gives -1 and read gives 0 at once, without waiting
 //   close       0 on a closed link too; bytes that the peer has not yet taken get one more time-out
 //   getchar     LINK_IO when none has come
 //   putchar     LINK_IO

@@ -5,7 +5,7 @@
 #include "failure.h"
 #include "progress.h"
 #include "qframernull.h"
-#include "stackspec.h"
+#include "stack.h"
 
 #include <gtest/gtest.h>
 #include <memorylink.h>
@@ -222,4 +222,18 @@ TEST(CliStack, GivesUpABusyDeviceForOneSendAndNotForManyGoodOnes)
     }
     link.device = [&](const QByteArray&) { return busy; };
     EXPECT_EQ(cnet.write("x", 1), CNET_BUSY);
+}
+
+TEST(CliStack, WhatCannotStartLeavesNothingOpenAndNobodyWaiting)
+{
+    Console console(true);
+    ExchangeLog log(console, false, {});
+    Stack stack({parse_link("tcp:127.0.0.1:1").value, {}, 1000}, log);
+    char byte = 0;
+    EXPECT_THROW(stack.open(), Failure);
+    EXPECT_EQ(stack.top().read(&byte, 1), FRAMER_CLOSED);
+    QThread refused;
+    EXPECT_THROW(stack.run_worker(
+                     refused, [] {}, [](bool) {}),
+                 Failure);
 }

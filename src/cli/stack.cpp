@@ -1,6 +1,7 @@
 #include "stack.h"
 
 #include "boundedcnet.h"
+#include "portfailure.h"
 #include "qextserialenumerator.h"
 #include "qframerchan.h"
 #include "qframercrc16.h"
@@ -48,28 +49,6 @@ tcpip_cfg network_settings(const LinkSpec& link, int timeout_ms)
         break;
     }
     return settings;
-}
-
-// Why a serial port could not be opened, and what helps.
-Failure port_failure(const QString& port)
-{
-    const QFileInfo file(port);
-    const QString what = "the port " + port + " can't be opened";
-    if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
-        return {ExitCode::Link, what + ": there is no such port",
-                "`tarnwickctl ports` lists the ports of this machine."};
-    if (file.isFile() || file.isDir())
-        return {ExitCode::Link, what + ": it is no serial port",
-                "`tarnwickctl ports` lists the ports of this machine."};
-    if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
-        return {
-            ExitCode::Link, what + ": permission denied",
-            "Ports belong to a group, mostly dialout: `sudo adduser $USER dialout`, then log in "
-            "again."};
-    return {
-        ExitCode::Link, what,
-        "Another program may hold it, or it doesn't take the settings: end that program, or try "
-        "another rate or format in --link."};
 }
 } // namespace
 
@@ -194,8 +173,8 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
 
 Failure Stack::open_failure() const
 {
-    if (spec.kind == LinkKind::Serial)
-        return port_failure(spec.port);
+    if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
+        return port_failure(spec.port, serial->open_error(), serial->open_error_text());
     const QString peer = QStringLiteral("%1:%2").arg(spec.host, QString::number(spec.remote_port));
     return {ExitCode::Link, "no connection to " + peer,
             "Check that the device or gateway is on, that address and port are right, and that no "

@@ -22,6 +22,8 @@ int QLinkSerial::open()
         emit log(tr("Serial port already opened"));
         return LINK_FAILED;
     }
+    error = 0;
+    error_text.clear();
     port = new QextSerialPort(port_name, port_settings, QextSerialPort::Polling);
     // A parent has to live on the thread of its child, and this link may live on another one.
     enumerator = new QextSerialEnumerator(thread() == QThread::currentThread() ? this : nullptr);
@@ -30,6 +32,8 @@ int QLinkSerial::open()
     if (port->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return 0;
 
+    error = port->lastError();
+    error_text = port->errorString();
     emit log(tr("Open %1 failed").arg(port_name));
     delete port;
     port = nullptr;

@@ -40,6 +40,11 @@ public:
     bool can_read_line() override;
     int readline(char* buffer, int size) override;
 
+    // Why the last open failed: lastError() and errorString() of the port. 0 and empty when it
+    // didn't.
+    ulong open_error() const { return error; }
+    QString open_error_text() const { return error_text; }
+
 signals:
     void log(QString s);
     // The device of this link has gone. The link stays open until its owner closes it, which may
@@ -55,6 +60,8 @@ private:
 
     QextSerialPort* port = nullptr;             // set while open; owned
     QextSerialEnumerator* enumerator = nullptr; // set while open; owned
+    ulong error = 0;
+    QString error_text;
     const QString port_name;
     const PortSettings port_settings;
     const bool verbose;

@@ -62,6 +62,10 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         EXPECT_EQ(result.exit, row.exit) << row.command << ": " << result.out.toStdString();
         EXPECT_TRUE(result.err.contains(row.error)) << result.err.toStdString();
     }
+    Ctl holder("dorv search --duration 600 -v --link serial:silent");
+    ASSERT_TRUE(holder.says("nothing in time"));
+    const QByteArray busy = run_ctl("cnet info --link serial:silent").err;
+    EXPECT_TRUE(busy.contains("It is open in tarnwickctl (")) << busy.toStdString();
     const QJsonObject error = ctl_json("cnet info --link serial:/dev/none")["error"].toObject();
     EXPECT_EQ(error["exit"].toInt(), 3);
     EXPECT_EQ(error["name"].toString(), "link");

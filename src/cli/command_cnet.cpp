@@ -137,13 +137,28 @@ void run_get(Invocation& invocation)
         {{"address", shown(address.bytes)}, {"block", shown(block)}, {"extra", shown(read.extra)}});
 }
 
+QString wrong_size(const QString& size)
+{
+    return QStringLiteral("the settings of a device have %1 bytes, not %2")
+        .arg(CNET_BLOCK_SIZE)
+        .arg(size);
+}
+
 QByteArray block_from_file(const QString& name)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
         throw Failure{
             ExitCode::File, "the file " + name + " can't be read: " + file.errorString(), {}};
-    return file.read(CNET_BLOCK_SIZE + 1);
+    const QByteArray bytes = file.read(CNET_BLOCK_SIZE + 1);
+    if (bytes.size() == CNET_BLOCK_SIZE)
+        return bytes;
+    // A pipe has no size.
+    const QString size = bytes.size() < CNET_BLOCK_SIZE  ? QString::number(bytes.size())
+                         : file.size() > CNET_BLOCK_SIZE ? QString::number(file.size())
+                                                         : QString("more");
+    throw usage_failure(wrong_size(size) + " in " + name,
+                        "`tarnwickctl cnet get ADDRESS --output FILE` makes such a file.");
 }
 
 // The block to write: given whole, or nothing when words of the device's own are to change.
@@ -161,9 +176,7 @@ std::optional<Block> given_block(const Invocation& invocation)
                                  ? parsed_or_usage("--block", text, parse_hex_bytes(text))
                                  : block_from_file(invocation.text("file"));
     if (bytes.size() != CNET_BLOCK_SIZE)
-        throw usage_failure(QStringLiteral("the settings of a device have %1 bytes, not %2")
-                                .arg(CNET_BLOCK_SIZE)
-                                .arg(bytes.size()));
+        throw usage_failure(wrong_size(QString::number(bytes.size())));
     return block_of(bytes);
 }
 

@@ -3,6 +3,7 @@
 
 #include "qextserialenumerator.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <algorithm>
 
@@ -13,6 +14,15 @@ static QString usb_id(const QextPortInfo& port)
     return QStringLiteral("%1:%2")
         .arg(port.vendorID, 4, 16, QChar('0'))
         .arg(port.productID, 4, 16, QChar('0'));
+}
+
+// The folder of virtual ports when it is there and none of its entries counts.
+static QString ignored_folder()
+{
+    const QString folder = QextSerialEnumerator::virtual_ports_folder();
+    const bool ignored =
+        QFileInfo::exists(folder) && !QextSerialEnumerator::virtual_ports_folder_make();
+    return ignored ? folder : QString();
 }
 
 static void run_ports(Invocation& invocation)
@@ -35,10 +45,18 @@ static void run_ports(Invocation& invocation)
                                 {"vendor_id", port.vendorID},
                                 {"product_id", port.productID}});
     }
+    const QString ignored = ignored_folder();
+    if (!ignored.isEmpty())
+        invocation.console.note("The ports in " + ignored +
+                                " are ignored, as somebody else may write there. If the folder is "
+                                "yours, `chmod go-w` on it helps.");
     if (ports.isEmpty())
         invocation.console.note("No serial ports. Plug an adapter in, or link any tty into " +
                                 QextSerialEnumerator::virtual_ports_folder());
-    invocation.console.result({{"ports", list}});
+    QJsonObject result = {{"ports", list}};
+    if (!ignored.isEmpty())
+        result["ignored_folder"] = ignored;
+    invocation.console.result(result);
 }
 
 QList<Command> ports_commands()

@@ -6,10 +6,10 @@
 #include "stackoptions.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <optional>
 
 namespace {
-const char VERSION_TEXT[] = "tarnwickctl " TARNWICK_VERSION;
+const char VERSION[] = TARNWICK_VERSION;
 
 bool takes_value(const QList<QCommandLineOption>& options, const QString& word)
 {
@@ -59,10 +59,10 @@ bool is_family(const QList<Command>& commands, const QString& word)
                        [&](const Command& command) { return command.name.startsWith(word + ' '); });
 }
 
-void print(const QString& text)
+void print(const QString& text, const QJsonObject& json, Console& console)
 {
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+    console.bytes(text.toLocal8Bit());
+    console.result(json);
 }
 
 int report(const Failure& failure, Console& console)
@@ -98,24 +98,37 @@ int wrong_command(const QList<Command>& commands, const QStringList& words, Cons
         console);
 }
 
-// False when the words ask for no help.
-bool print_help(const QList<Command>& commands, QStringList words)
+// Nothing for what is no command.
+std::optional<QString> help_text(const QList<Command>& commands, const QStringList& names)
 {
-    const bool help_first = words.value(0) == "help";
-    const bool help_last = words.contains("--help") || words.contains("-h");
-    if (!words.isEmpty() && !help_first && !help_last)
-        return false;
-    if (help_first)
-        words.removeFirst();
-    if (const Command* command = find_command(commands, words))
-        print(command_help(*command));
-    else if (is_family(commands, words.value(0)))
-        print(family_help(commands, words.value(0)));
-    else if (words.value(0) == "stack")
-        print(stack_help());
-    else
-        print(overview(commands));
-    return true;
+    if (names.isEmpty() || names[0] == "help")
+        return overview(commands);
+    if (const Command* command = find_command(commands, names))
+        return command_help(*command);
+    if (names.size() == 1 && is_family(commands, names[0]))
+        return family_help(commands, names[0]);
+    if (names == QStringList("stack"))
+        return stack_help();
+    return std::nullopt;
+}
+
+bool asks_for_help(const QStringList& words)
+{
+    return words.isEmpty() || words[0] == "help" || words.contains("--help") ||
+           words.contains("-h");
+}
+
+int print_help(const QList<Command>& commands, const QStringList& words, Console& console)
+{
+    const QStringList asked = words.mid(words.value(0) == "help" ? 1 : 0);
+    const auto option = std::find_if(asked.cbegin(), asked.cend(),
+                                     [](const QString& word) { return word.startsWith('-'); });
+    const QStringList names = asked.mid(0, int(option - asked.cbegin()));
+    const std::optional<QString> text = help_text(commands, names);
+    if (!text)
+        return wrong_command(commands, names, console);
+    print(*text, {{"help", *text}}, console);
+    return int(words.isEmpty() ? ExitCode::Usage : ExitCode::Done);
 }
 
 int run_command(const Command& command, const QStringList& words, Console& console)
@@ -148,14 +161,14 @@ int run_command(const Command& command, const QStringList& words, Console& conso
 int run_tarnwickctl(const QStringList& arguments)
 {
     const QList<Command> commands = all_commands();
-    if (arguments == QStringList("--version")) {
-        print(QString(VERSION_TEXT) + '\n');
+    Console console(arguments.contains("--json"));
+    if (arguments.value(0) == "--version") {
+        print(QString("tarnwickctl ") + VERSION + '\n', {{"version", VERSION}}, console);
         return int(ExitCode::Done);
     }
-    if (print_help(commands, arguments))
-        return int(arguments.isEmpty() ? ExitCode::Usage : ExitCode::Done);
+    if (asks_for_help(arguments))
+        return print_help(commands, arguments, console);
 
-    Console console(arguments.contains("--json"));
     try {
         const Command* command = find_command(commands, arguments);
         if (!command)

@@ -14,6 +14,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
     const Simulated parrot("echo --name parrot");
     const Simulated silent("echo --name silent --silent-after 0");
     file_write("empty.bin", {});
+    file_write("large.bin", QByteArray(100, '.'));
     const struct
     {
         const char* command;
@@ -24,6 +25,8 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"help cnet search", 0, ""},
         {"", 2, ""},
         {"upgrad", 2, "no such command: upgrad"},
+        {"help upgrad", 2, "no such command: upgrad"},
+        {"cnet serach --help", 2, "no such command: cnet serach"},
         {"cnet serach", 2, "cnet search"},
         {"ports --colour", 2, "'colour'"},
         {"checksum --text", 2, "Missing value"},
@@ -42,6 +45,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame send --hex 01 --link serial:/dev/none", 3, "no such port"},
         {"frame send --hex 01 --link tcp:127.0.0.1:1", 3, "127.0.0.1:1"},
         {"frame send --hex 01 --link serial:parrot --log /", 6, "log file"},
+        {"cnet set 1234 --link serial:silent --file large.bin", 2, "not 100"},
         {"upgrade none.bin --link serial:parrot", 6, "none.bin"},
         {"upgrade empty.bin --link serial:parrot", 6, "is empty"},
         {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
@@ -66,6 +70,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
     ASSERT_TRUE(holder.says("nothing in time"));
     const QByteArray busy = run_ctl("cnet info --link serial:silent").err;
     EXPECT_TRUE(busy.contains("It is open in tarnwickctl (")) << busy.toStdString();
+    EXPECT_TRUE(ctl_json("help dorv")["help"].toString().contains("dorv reset"));
     const QJsonObject error = ctl_json("cnet info --link serial:/dev/none")["error"].toObject();
     EXPECT_EQ(error["exit"].toInt(), 3);
     EXPECT_EQ(error["name"].toString(), "link");
@@ -80,6 +85,10 @@ TEST_F(TarnwickCtl, ListsPortsAndSendsFramesOverThemAndOverTheNetwork)
     for (const QJsonValue listed : ctl_json("ports")["ports"].toArray())
         names += listed.toObject()["name"].toString();
     EXPECT_TRUE(names.contains(port.address)) << names.join(' ').toStdString();
+    const QFileDevice::Permissions rights = QFile::permissions(sandbox.ports_folder());
+    QFile::setPermissions(sandbox.ports_folder(), rights | QFile::WriteOther);
+    EXPECT_EQ(ctl_json("ports")["ignored_folder"].toString(), sandbox.ports_folder());
+    QFile::setPermissions(sandbox.ports_folder(), rights);
     for (const QString& link : {QString("serial:bench-7"), "rawtcp:" + tcp.address,
                                 "tcp:localhost:" + tcp.address.section(':', 1)}) {
         const CtlResult result = run_ctl("frame exchange --text hi --frame crc16+rtu:7+chan:0102 "

@@ -1,6 +1,7 @@
 // tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
 #include "dorvcommands.h"
 
+#include "confirm.h"
 #include "qframerchan.h"
 #include "usage.h"
 
@@ -69,25 +70,31 @@ void run_mode(Invocation& invocation)
     invocation.console.result({{"mode", name}});
 }
 
-template <int (DorvCfg::*operation)()>
-void run_plain(Invocation& invocation, const char* what, const char* done)
+void carry_out(int (DorvCfg::*operation)(), DorvSession& session, Console& console,
+               const char* what, const char* done)
 {
-    invocation.expect_at_most(0);
-    DorvSession session(invocation);
     session.check((session.cfg.*operation)(), what);
-    invocation.console.line(done);
-    invocation.console.result({{"result", done}});
+    console.line(done);
+    console.result({{"result", done}});
 }
 
 void run_reboot(Invocation& invocation)
 {
-    run_plain<&DorvCfg::module_reboot>(invocation, "the module can't be restarted", "restarted");
+    invocation.expect_at_most(0);
+    DorvSession session(invocation);
+    carry_out(&DorvCfg::module_reboot, session, invocation.console, "the module can't be restarted",
+              "restarted");
 }
 
 void run_reset(Invocation& invocation)
 {
-    run_plain<&DorvCfg::factory_reset>(invocation, "the settings can't be reset",
-                                       "reset to factory settings");
+    invocation.expect_at_most(0);
+    DorvSession session(invocation);
+    if (!invocation.has("yes"))
+        confirm("All settings of the module will be lost.", invocation.console,
+                invocation.interrupts);
+    carry_out(&DorvCfg::factory_reset, session, invocation.console, "the settings can't be reset",
+              "reset to factory settings");
 }
 
 void run_search(Invocation& invocation)
@@ -192,8 +199,9 @@ QList<Command> dorv_module_commands()
         {"dorv reset",
          "",
          "Bring a Dorv module back to its factory settings.",
-         "Brings all settings of the module back to those it left the factory with.",
-         {},
+         "Brings all settings of the module back to those it left the factory with. What was set\n"
+         "is lost, so that it asks first when a person is at a terminal.",
+         {{"yes", "Don't ask."}},
          Needs::Stack,
          run_reset},
         {"dorv search",

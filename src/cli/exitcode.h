@@ -27,5 +27,6 @@ constexpr ExitCodeRow EXIT_CODES[] = {
     {ExitCode::NoAnswer, "no-answer", "Nothing came from the device in time."},
     {ExitCode::BadAnswer, "bad-answer", "Something came that is no answer to what was asked."},
     {ExitCode::File, "file", "A file could not be read or written."},
-    {ExitCode::Interrupted, "interrupted", "Ctrl-C or a request to terminate ended it."},
+    {ExitCode::Interrupted, "interrupted",
+     "Ctrl-C, a request to terminate, or a no to a question ended it."},
 };

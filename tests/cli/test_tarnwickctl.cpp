@@ -2,6 +2,7 @@
 #include "ctl.h"
 
 #include <QJsonArray>
+#include <pty.h>
 
 class TarnwickCtl : public testing::Test
 {
@@ -171,6 +172,19 @@ TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
     EXPECT_EQ(run_ctl("dorv mode pmac" + link).exit, 0);
     EXPECT_EQ(run_ctl("dorv mode" + link).out, "pmac\n");
     EXPECT_EQ(ctl_json("dorv list" + link)["settings"].toObject().size(), 10);
+    for (const QByteArray answer : {"no\n", "yes\n"}) {
+        Pty terminal;
+        QProcess reset;
+        reset.setStandardInputFile(terminal.device());
+        reset.setStandardErrorFile(terminal.device());
+        reset.start(TARNWICKCTL, ("dorv reset" + link).split(' '));
+        QByteArray seen;
+        ASSERT_TRUE(wait_until([&] { return (seen += terminal.read_now()).contains("--yes"); }));
+        terminal.write(answer);
+        ASSERT_TRUE(wait_until([&] { return reset.state() == QProcess::NotRunning; }));
+        EXPECT_EQ(reset.exitCode(), answer == "yes\n" ? 0 : 130);
+        EXPECT_EQ(run_ctl("dorv mode" + link).out, answer == "yes\n" ? "radio\n" : "pmac\n");
+    }
     EXPECT_TRUE(
         ctl_json("dorv search --link serial:dorv --duration 2")["devices"].toArray().contains(
             "125,7,0x1,-41"));

@@ -104,14 +104,24 @@ TEST_F(TarnwickCtl, ListsPortsAndSendsFramesOverThemAndOverTheNetwork)
 TEST_F(TarnwickCtl, CompletionOffersPortsAndRunsNothingThatTheyAreNamed)
 {
     const Simulated echo("echo --name odd$(>ran)");
-    QProcess bash;
-    bash.start("bash", {"-c", R"(
-        tarnwickctl() { )" TARNWICKCTL R"( "$@"; }
-        source )" PACKAGING_FOLDER R"(/bash-completion/tarnwickctl
-        COMP_LINE="tarnwickctl frame send --link serial:"; COMP_POINT=${#COMP_LINE}
-        _tarnwickctl; printf '%s\n' "${COMPREPLY[@]}")"});
-    ASSERT_TRUE(bash.waitForFinished());
-    EXPECT_TRUE(bash.readAll().contains("/odd\\$\\(\\>ran\\)\n"));
+    const std::pair<const char*, QByteArray> rows[] = {
+        {"frame send --link serial:", "/odd\\$\\(\\>ran\\)\n"},
+        {"frame send --link serial:od", "odd\\$\\(\\>ran\\)\n"},
+        {"dorv set class ", "a\nb\nc\n"},
+        {"dorv set uartcfg 9600 8 n", "none\n"},
+    };
+    for (const auto& [typed, offered] : rows) {
+        QProcess bash;
+        bash.start("bash", {"-c", R"(
+            tarnwickctl() { )" TARNWICKCTL R"( "$@"; }
+            source )" PACKAGING_FOLDER R"(/bash-completion/tarnwickctl
+            COMP_LINE="tarnwickctl $1"; COMP_POINT=${#COMP_LINE}
+            _tarnwickctl; printf '%s\n' "${COMPREPLY[@]}")",
+                            "bash", typed});
+        ASSERT_TRUE(bash.waitForFinished());
+        const QByteArray got = bash.readAll();
+        EXPECT_TRUE(got.endsWith(offered)) << typed << ": " << got.toStdString();
+    }
     EXPECT_FALSE(QFile::exists("ran"));
 }
 

@@ -281,7 +281,7 @@ TEST(DorvSearch, ListensBelowItsFramerUntilNothingComesAndHoldsNoEventLoop)
     QSignalSpy found(&cfg, &DorvCfg::dev_found);
     QSignalSpy finished(&cfg, &DorvCfg::search_finished);
 
-    // A report behind chatter: behind the second read of it, or cut by that.
+    // Chatter, then a report, which comes after the second read or is cut by it.
     const struct
     {
         int chatter;

@@ -2,6 +2,7 @@
 // settings.
 #pragma once
 
+#include "cuttext.h"
 #include "qextserialenumerator.h"
 #include "qextserialport.h"
 
@@ -153,6 +154,8 @@ private:
 
     std::unique_ptr<QTranslator>
         toolkit_translator; // null where the toolkit's catalogue is missing
+    CutText recv_cut;       // what the last chunk's end may still need
+    int recv_shown = 0;     // characters in the receive area after it
     // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;

@@ -10,13 +10,6 @@ static QString time_stamp(const QTime& time)
     return time.toString("[hh:mm:ss.zzz] ");
 }
 
-// What counts as text: everything in front of the first zero byte.
-static QString text_of(const QByteArray& data)
-{
-    const int zero = data.indexOf('\0');
-    return QString::fromLocal8Bit(data.constData(), zero < 0 ? data.size() : zero);
-}
-
 // Two digits and a blank for each byte, the last one too.
 static QByteArray hex_dump(const QByteArray& data)
 {
@@ -75,7 +68,12 @@ QString MainWindow::recv_prefix()
 
 void MainWindow::recv_display(const QString& prefix, const QByteArray& data)
 {
-    ui->plainTextEdit_recv->append_chunk(prefix, text_of(data));
+    ReceiveArea* const area = ui->plainTextEdit_recv;
+    if (!prefix.isEmpty() || area->document()->characterCount() != recv_shown)
+        recv_cut.forget();
+    const TextStep step = recv_cut.next(data);
+    area->append_chunk(prefix, step.text, step.replaced);
+    recv_shown = area->document()->characterCount();
 }
 
 void MainWindow::save_write(const QString& prefix, const QByteArray& data)
@@ -95,6 +93,7 @@ void MainWindow::tx_display()
     const QByteArray typed = ui->plainTextEdit_send->toPlainText().toLatin1();
     line += QString::fromLatin1(typed.constData());
     ui->plainTextEdit_recv->append_line(line, QBrush(Qt::blue));
+    recv_cut.forget();
     tx_line_done = true;
 }
 
@@ -141,6 +140,7 @@ void MainWindow::on_spinBox_auto_clr_threshold_valueChanged(int arg1)
 void MainWindow::on_pushButton_dsiplay_pause_clicked()
 {
     display_paused = !display_paused;
+    recv_cut.forget();
     ui->pushButton_dsiplay_pause->setText(display_paused ? tr("&resume") : tr("&pause"));
 }
 

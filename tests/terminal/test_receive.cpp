@@ -93,6 +93,34 @@ TEST_F(Receive, ShowsTextUpToAZeroByteAndSavesAll)
     EXPECT_EQ(file_content(path), data + "41 0D FF 00 ");
 }
 
+TEST_F(Receive, MendsWhatACutHasLeft)
+{
+    const QString text =
+        QString::fromUtf8("one\r\n\xC2\xB5\xE6\xB8\xA9\xF0\x9F\x98\x80\r\n").repeated(3);
+    const QByteArray bytes = text.toUtf8();
+    for (int size = 1; size <= 7; ++size) {
+        for (int at = 0; at < bytes.size(); at += size)
+            chunk(bytes.mid(at, size), 0);
+        EXPECT_EQ(shown(), QString(text).remove('\r')) << size;
+        clear();
+    }
+    const std::pair<std::function<void()>, QString> rows[] = {
+        {[] {}, QString(QChar(0x6E29))},
+        {[this] { click("pushButton_send"); }, "??\nsent\n?"},
+        {[this] { clear(); }, "?"},
+        {[this] { check("checkBox_frame_mode"); }, "??\n?"},
+    };
+    check("checkBox_display_tx");
+    type("sent");
+    for (const auto& [between, expected] : rows) {
+        clear();
+        chunk("\xE6\xB8", 0);
+        between();
+        chunk("\xA9", 1000);
+        EXPECT_EQ(shown().replace(QChar::ReplacementCharacter, '?'), expected);
+    }
+}
+
 TEST_F(Receive, PutsWhatWasTypedOnABlueLineOfItsOwn)
 {
     check("checkBox_frame_mode");

@@ -46,7 +46,8 @@ TextStep CutText::next(const QByteArray& chunk)
     const int zero = int(chunk.indexOf('\0'));
     QByteArray bytes =
         QByteArray::fromRawData(chunk.constData(), zero < 0 ? int(chunk.size()) : zero);
-    const bool mends_character = !cut.isEmpty() && cut != "\r" && !bytes.isEmpty() && goes_on(bytes[0]);
+    const bool mends_character =
+        !cut.isEmpty() && cut != "\r" && !bytes.isEmpty() && goes_on(bytes[0]);
     if (mends_character) {
         step.replaced = int(QString::fromLocal8Bit(cut).size());
         bytes.prepend(cut);

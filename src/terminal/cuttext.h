@@ -11,9 +11,9 @@ struct TextStep
     QString text;     ///< to put there
 };
 
-/// Decodes chunk by chunk, in the local 8-bit encoding and up to the first zero byte of each. All of
-/// a chunk shows at once, and the next one mends what a cut has left: the line feed of a CR LF, of
-/// which the carriage return has broken the line already, and, where the encoding is UTF-8, the
+/// Decodes chunk by chunk, in the local 8-bit encoding and up to the first zero byte of each. All
+/// of a chunk shows at once, and the next one mends what a cut has left: the line feed of a CR LF,
+/// of which the carriage return has broken the line already, and, where the encoding is UTF-8, the
 /// replacement characters of a character's first bytes.
 class CutText
 {

@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "counter.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
@@ -34,7 +35,7 @@ void MainWindow::port_read()
         recv_process(chunk);
     if (loop)
         port_write(chunk);
-    rx_bytes += int(n);
+    rx_bytes = count_after(rx_bytes, n);
     rx_count_show(rx_bytes);
 }
 
@@ -59,7 +60,7 @@ QString MainWindow::recv_prefix()
     frame_clock = now;
     if (gap <= frame_interval)
         return prefix;
-    if (frame_mode && rx_bytes >= 1 && !tx_line_done)
+    if (frame_mode && rx_bytes != 0 && !tx_line_done)
         prefix = "\n";
     if (display_time)
         prefix += time_stamp(frame_clock);
@@ -86,7 +87,7 @@ void MainWindow::save_write(const QString& prefix, const QByteArray& data)
 void MainWindow::tx_display()
 {
     QString line;
-    if (!tx_line_done && rx_bytes > 0)
+    if (!tx_line_done && rx_bytes != 0)
         line = "\n";
     if (display_time)
         line += time_stamp(wall_time());

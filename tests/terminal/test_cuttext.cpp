@@ -28,8 +28,10 @@ QString shown(const std::vector<QByteArray>& chunks)
 
 TEST(CutText, MakesOfAnyChunksWhatTheWholeMakes)
 {
-    const std::vector<QByteArray> parts = {"a",  "\r", "\n", "\r\n", "\xC2\xB5", "\xE6\xB8\xA9", "\xF0\x9F\x98\x80",
-        "\x80", "\xE6", "\xF0\x9F", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\xFF"};
+    const std::vector<QByteArray> parts = {
+        "a",    "\r",   "\n",       "\r\n",     "\xC2\xB5",     "\xE6\xB8\xA9", "\xF0\x9F\x98\x80",
+        "\x80", "\xE6", "\xF0\x9F", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80",
+        "\xFF"};
     for (unsigned seed = 0; seed < 3000; ++seed) {
         std::mt19937 random(seed);
         QByteArray bytes = "x";

@@ -26,6 +26,25 @@ static QByteArray hex_dump(const QByteArray& data)
     return text;
 }
 
+// False with the file's errorString(). A write that is cut short gives its reason at the next one.
+static bool write_all(QFile& file, const QByteArray& data)
+{
+    for (qint64 done = 0; done < data.size();) {
+        const qint64 n = file.write(data.constData() + done, data.size() - done);
+        if (n <= 0)
+            return false;
+        done += n;
+    }
+    return true;
+}
+
+// Lets out what the file still holds back.
+static bool close_all(QFile& file)
+{
+    file.close();
+    return file.error() == QFileDevice::NoError;
+}
+
 void MainWindow::port_read()
 {
     const qint64 n = port->bytesAvailable();
@@ -79,9 +98,23 @@ void MainWindow::recv_display(const QString& prefix, const QByteArray& data)
 
 void MainWindow::save_write(const QString& prefix, const QByteArray& data)
 {
-    if (!prefix.isEmpty())
-        save_file->write(prefix.toLatin1());
-    save_file->write(data);
+    const bool begun = write_all(*save_file, prefix.toLatin1());
+    if (!write_all(*save_file, data) || !begun)
+        save_failure_note();
+}
+
+void MainWindow::save_failure_note()
+{
+    if (!save_failed)
+        write_failure_show(*save_file);
+    save_failed = true;
+}
+
+void MainWindow::write_failure_show(const QFile& file)
+{
+    // The reason first: a long path is cut.
+    ui->statusBar->showMessage(
+        tr("file can't be written: %1: %2").arg(file.errorString(), file.fileName()));
 }
 
 void MainWindow::tx_display()
@@ -192,6 +225,7 @@ void MainWindow::on_checkBox_save2file_clicked(bool checked)
     save_file = new QFile(path);
     if (save_file->open(QIODevice::WriteOnly | QIODevice::Append)) {
         save2file_active = true;
+        save_failed = false;
         return;
     }
     delete save_file;
@@ -205,7 +239,8 @@ void MainWindow::save_end()
     save2file_active = false;
     if (!save_file)
         return;
-    save_file->close();
+    if (!close_all(*save_file))
+        save_failure_note();
     delete save_file;
     save_file = nullptr;
 }
@@ -221,6 +256,6 @@ void MainWindow::on_pushButton_window_save_clicked()
         warning_box(tr("save window"), tr("open file failed"));
         return;
     }
-    file.write(ui->plainTextEdit_recv->toPlainText().toLatin1());
-    file.close();
+    if (!write_all(file, ui->plainTextEdit_recv->toPlainText().toLatin1()) || !close_all(file))
+        write_failure_show(file);
 }

@@ -2,6 +2,7 @@
 #include "windowtest.h"
 
 #include <QLineEdit>
+#include <QStatusBar>
 #include <QTextBlock>
 
 namespace {
@@ -242,6 +243,40 @@ TEST_F(Receive, RefusesFilesThatCannotBeWritten)
     EXPECT_EQ(answers.boxes,
               QStringList({"save to file|please select a file to save",
                            "save to file|open file failed", "save window|open file failed"}));
+}
+
+TEST_F(Receive, SaysOnceWhichFileTakesNoMore)
+{
+    auto* const bar = find<QStatusBar>("statusBar");
+    const QString note = "file can't be written: No space left on device: /dev/full";
+    const auto taken = [bar] {
+        const QString message = bar->currentMessage();
+        bar->clearMessage();
+        return message;
+    };
+    save_to("/dev/full");
+    chunk("held back", 0);
+    EXPECT_EQ(taken(), "");
+    for (const QString& expected : {note, QString()}) {
+        for (int i = 0; i < 8; ++i) // a flush of the file's buffer
+            chunk(mixed_bytes(3000), 0);
+        EXPECT_EQ(taken(), expected);
+    }
+    EXPECT_TRUE(checked("checkBox_save2file"));
+    click_save();
+    EXPECT_EQ(taken(), "");
+    click_save(); // once for each time it is opened
+    chunk("held back", 0);
+    click_save();
+    EXPECT_EQ(taken(), note);
+    answers.file = "/dev/full";
+    clear();
+    for (const int size : {100, 40000}) { // fails on closing, and at once
+        chunk(QByteArray(size, 'x'), 0);
+        click("pushButton_window_save");
+        EXPECT_EQ(taken(), note) << size;
+    }
+    EXPECT_TRUE(answers.boxes.isEmpty());
 }
 
 TEST_F(Receive, SavesTheWindowAndAppendsToFiles)

@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "fileprogress.h"
 #include "filesend.h"
 #include "inifile.h"
 #include "pacedlabel.h"
@@ -8,7 +9,6 @@
 #include "wallclock.h"
 
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QScopedValueRollback>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
@@ -89,7 +89,7 @@ void MainWindow::status_bar_fill()
 
     // Here from the start: a bar that gains or loses a widget shows again, below its message, what
     // the message has hidden.
-    file_progress = new QProgressBar;
+    file_progress = new FileProgress;
     file_progress->setRange(0, 1000);
     file_progress->setMaximumHeight(web_address->sizeHint().height());
     file_progress->hide();

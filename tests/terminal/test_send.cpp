@@ -151,6 +151,11 @@ TEST_F(Send, SendsAFileToASlowReader)
     QByteArray received = pty.read(300000);
     const auto* const progress = window->findChild<QProgressBar*>();
     ASSERT_TRUE(progress && progress->isVisible());
+    for (const int width : {1600, 300}) { // what doesn't fit gives way to the percentage
+        window->resize(width, 400);
+        EXPECT_TRUE(wait_until([&] { return progress->text().contains("/s") == (width == 1600); }));
+        EXPECT_LT(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
+    }
     EXPECT_TRUE(wait_until([&] {
         received += pty.read_now(4096);
         return progress->value() > 100;

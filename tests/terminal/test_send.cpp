@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMenu>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <sys/stat.h>
@@ -80,6 +81,16 @@ TEST_F(Send, RepeatsUpToItsLimit)
         EXPECT_TRUE(counters().startsWith(QString("CNT: %1 ").arg(writes)));
     }
     EXPECT_EQ(pty.read_now(), "");
+}
+
+TEST_F(Send, OpensTheMenuByF10)
+{
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window->windowHandle(), Qt::Key_F10);
+    auto* const menu = find<QMenu>("menu_file");
+    EXPECT_TRUE(wait_until([&] { return menu->isVisible(); }));
+    menu->close();
 }
 
 TEST_F(Send, NeedsAPortForTheTimer)

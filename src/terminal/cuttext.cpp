@@ -52,7 +52,8 @@ TextStep CutText::next(const QByteArray& chunk)
         step.replaced = int(QString::fromLocal8Bit(cut).size());
         bytes.prepend(cut);
     }
-    step.text = QString::fromLocal8Bit(bytes);
+    // With the size, as the overload for a QByteArray searches for a zero byte once more.
+    step.text = QString::fromLocal8Bit(bytes.constData(), int(bytes.size()));
     if (cut == "\r" && bytes.startsWith('\n'))
         step.text.remove(0, 1);
     // What a zero byte hides comes between this chunk and the next.

@@ -41,11 +41,20 @@ int FileSend::permille() const
     return file.size() > 0 ? int(qMin(done, file.size()) * 1000 / file.size()) : 1000;
 }
 
+static QString progress_text_of(qint64 done, qint64 size, qint64 rate)
+{
+    const auto text = [](qint64 bytes) { return QLocale().formattedDataSize(bytes, 1); };
+    return QString("%1 / %2, %3/s").arg(text(done), text(size), text(rate));
+}
+
 QString FileSend::progress_text() const
 {
-    const QLocale locale;
     const qint64 rate = done * 1000 / qMax(qint64(1), clock.elapsed());
-    return QString("%1 / %2, %3/s")
-        .arg(locale.formattedDataSize(done), locale.formattedDataSize(file.size()),
-             locale.formattedDataSize(rate));
+    return progress_text_of(done, file.size(), rate);
+}
+
+QString FileSend::longest_progress_text()
+{
+    constexpr qint64 LONGEST = (1024 << 20) - (100 << 10); // "1,023.9 MiB"; the next is "1.0 GiB"
+    return progress_text_of(LONGEST, LONGEST, LONGEST);
 }

@@ -24,6 +24,7 @@ public:
     int permille() const;
     // Bytes done, bytes in all and bytes each second, for people.
     QString progress_text() const;
+    static QString longest_progress_text();
 
 private:
     QFile file;

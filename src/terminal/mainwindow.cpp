@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "fileprogress.h"
 #include "filesend.h"
 #include "inifile.h"
 #include "pacedlabel.h"
@@ -8,8 +9,8 @@
 #include "wallclock.h"
 
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QScopedValueRollback>
+#include <QShortcut>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
@@ -49,6 +50,9 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
+    auto* const menu_key = new QShortcut(Qt::Key_F10, this);
+    connect(menu_key, &QShortcut::activated, this,
+            [this] { ui->menuBar->setActiveAction(ui->menu_file->menuAction()); });
     ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
@@ -89,7 +93,7 @@ void MainWindow::status_bar_fill()
 
     // Here from the start: a bar that gains or loses a widget shows again, below its message, what
     // the message has hidden.
-    file_progress = new QProgressBar;
+    file_progress = new FileProgress;
     file_progress->setRange(0, 1000);
     file_progress->setMaximumHeight(web_address->sizeHint().height());
     file_progress->hide();

@@ -2,6 +2,7 @@
 // settings.
 #pragma once
 
+#include "cuttext.h"
 #include "qextserialenumerator.h"
 #include "qextserialport.h"
 
@@ -97,6 +98,9 @@ private:
     void recv_display(const QString& prefix, const QByteArray& data);
     void save_write(const QString& prefix, const QByteArray& data);
     void save_end();
+    void save_failure_note();
+    // Stays in the status bar until something else shows there.
+    void write_failure_show(const QFile& file);
     void tx_display();
 
     bool send_data_parse();
@@ -152,7 +156,10 @@ private:
     bool loop;
 
     std::unique_ptr<QTranslator>
-        toolkit_translator; // null where the toolkit's catalogue is missing
+        toolkit_translator;   // null where the toolkit's catalogue is missing
+    bool save_failed = false; // the status bar has said so of this save_file
+    CutText recv_cut;         // what the last chunk's end may still need
+    int recv_shown = 0;       // characters in the receive area after it
     // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;

@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "counter.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
@@ -8,13 +9,6 @@
 static QString time_stamp(const QTime& time)
 {
     return time.toString("[hh:mm:ss.zzz] ");
-}
-
-// What counts as text: everything in front of the first zero byte.
-static QString text_of(const QByteArray& data)
-{
-    const int zero = data.indexOf('\0');
-    return QString::fromLocal8Bit(data.constData(), zero < 0 ? data.size() : zero);
 }
 
 // Two digits and a blank for each byte, the last one too.
@@ -32,6 +26,25 @@ static QByteArray hex_dump(const QByteArray& data)
     return text;
 }
 
+// False with the file's errorString(). A write that is cut short gives its reason at the next one.
+static bool write_all(QFile& file, const QByteArray& data)
+{
+    for (qint64 done = 0; done < data.size();) {
+        const qint64 n = file.write(data.constData() + done, data.size() - done);
+        if (n <= 0)
+            return false;
+        done += n;
+    }
+    return true;
+}
+
+// Lets out what the file still holds back.
+static bool close_all(QFile& file)
+{
+    file.close();
+    return file.error() == QFileDevice::NoError;
+}
+
 void MainWindow::port_read()
 {
     const qint64 n = port->bytesAvailable();
@@ -41,7 +54,7 @@ void MainWindow::port_read()
         recv_process(chunk);
     if (loop)
         port_write(chunk);
-    rx_bytes += int(n);
+    rx_bytes = count_after(rx_bytes, n);
     rx_count_show(rx_bytes);
 }
 
@@ -66,7 +79,7 @@ QString MainWindow::recv_prefix()
     frame_clock = now;
     if (gap <= frame_interval)
         return prefix;
-    if (frame_mode && rx_bytes >= 1 && !tx_line_done)
+    if (frame_mode && rx_bytes != 0 && !tx_line_done)
         prefix = "\n";
     if (display_time)
         prefix += time_stamp(frame_clock);
@@ -75,26 +88,46 @@ QString MainWindow::recv_prefix()
 
 void MainWindow::recv_display(const QString& prefix, const QByteArray& data)
 {
-    ui->plainTextEdit_recv->append_chunk(prefix, text_of(data));
+    ReceiveArea* const area = ui->plainTextEdit_recv;
+    if (!prefix.isEmpty() || area->document()->characterCount() != recv_shown)
+        recv_cut.forget();
+    const TextStep step = recv_cut.next(data);
+    area->append_chunk(prefix, step.text, step.replaced);
+    recv_shown = area->document()->characterCount();
 }
 
 void MainWindow::save_write(const QString& prefix, const QByteArray& data)
 {
-    if (!prefix.isEmpty())
-        save_file->write(prefix.toLatin1());
-    save_file->write(data);
+    const bool begun = write_all(*save_file, prefix.toLatin1());
+    if (!write_all(*save_file, data) || !begun)
+        save_failure_note();
+}
+
+void MainWindow::save_failure_note()
+{
+    if (!save_failed)
+        write_failure_show(*save_file);
+    save_failed = true;
+}
+
+void MainWindow::write_failure_show(const QFile& file)
+{
+    // The reason first: a long path is cut.
+    ui->statusBar->showMessage(
+        tr("file can't be written: %1: %2").arg(file.errorString(), file.fileName()));
 }
 
 void MainWindow::tx_display()
 {
     QString line;
-    if (!tx_line_done && rx_bytes > 0)
+    if (!tx_line_done && rx_bytes != 0)
         line = "\n";
     if (display_time)
         line += time_stamp(wall_time());
     const QByteArray typed = ui->plainTextEdit_send->toPlainText().toLatin1();
     line += QString::fromLatin1(typed.constData());
     ui->plainTextEdit_recv->append_line(line, QBrush(Qt::blue));
+    recv_cut.forget();
     tx_line_done = true;
 }
 
@@ -141,6 +174,7 @@ void MainWindow::on_spinBox_auto_clr_threshold_valueChanged(int arg1)
 void MainWindow::on_pushButton_dsiplay_pause_clicked()
 {
     display_paused = !display_paused;
+    recv_cut.forget();
     ui->pushButton_dsiplay_pause->setText(display_paused ? tr("&resume") : tr("&pause"));
 }
 
@@ -191,6 +225,7 @@ void MainWindow::on_checkBox_save2file_clicked(bool checked)
     save_file = new QFile(path);
     if (save_file->open(QIODevice::WriteOnly | QIODevice::Append)) {
         save2file_active = true;
+        save_failed = false;
         return;
     }
     delete save_file;
@@ -204,7 +239,8 @@ void MainWindow::save_end()
     save2file_active = false;
     if (!save_file)
         return;
-    save_file->close();
+    if (!close_all(*save_file))
+        save_failure_note();
     delete save_file;
     save_file = nullptr;
 }
@@ -220,6 +256,6 @@ void MainWindow::on_pushButton_window_save_clicked()
         warning_box(tr("save window"), tr("open file failed"));
         return;
     }
-    file.write(ui->plainTextEdit_recv->toPlainText().toLatin1());
-    file.close();
+    if (!write_all(file, ui->plainTextEdit_recv->toPlainText().toLatin1()) || !close_all(file))
+        write_failure_show(file);
 }

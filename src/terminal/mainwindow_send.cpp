@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "counter.h"
 #include "hashselectdialog.h"
 #include "inifile.h"
 #include "sendtext.h"
@@ -27,9 +28,9 @@ bool MainWindow::port_put(const QByteArray& data)
         write_failed();
         return false;
     }
-    tx_bytes += data.size();
+    tx_bytes = count_after(tx_bytes, data.size());
     tx_count_show(tx_bytes);
-    ++send_count;
+    send_count = count_after(send_count, 1);
     send_count_show(send_count);
     return true;
 }

@@ -56,6 +56,7 @@ static QString port_description(const QString& port_name, const PortSettings& se
 
 void MainWindow::session_begin(const QString& port_name, const PortSettings& settings)
 {
+    recv_cut.forget();
     label_port->setText(port_description(port_name, settings));
     ui->checkBox_auto_send->setEnabled(true);
     ui->checkBox_send_in_turn->setEnabled(true);

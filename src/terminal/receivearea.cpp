@@ -61,10 +61,15 @@ ReceiveArea::ReceiveArea(QWidget* parent)
     measure_font();
 }
 
-void ReceiveArea::append_chunk(const QString& prefix, const QString& text)
+void ReceiveArea::append_chunk(const QString& prefix, const QString& text, int replaced)
 {
     move_to_end();
     append([&](QTextCursor& end) {
+        if (replaced > 0) {
+            end.setPosition(end.position() - replaced, QTextCursor::KeepAnchor);
+            text_layout->announce_removal(replaced);
+            end.removeSelectedText();
+        }
         for (const QString* part : {&prefix, &text}) {
             if (part->isEmpty())
                 continue;

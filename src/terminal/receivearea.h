@@ -29,10 +29,10 @@ class ReceiveArea : public QPlainTextEdit
 public:
     explicit ReceiveArea(QWidget* parent = nullptr);
 
-    /// Drops any selection, inserts `prefix` and then `text` at the end, each as insertPlainText
-    /// would there, and shows the end. Both are in the document when it returns; painting waits for
-    /// the next frame.
-    void append_chunk(const QString& prefix, const QString& text);
+    /// Drops any selection, takes the last `replaced` characters away (of the last paragraph),
+    /// inserts `prefix` and then `text` at the end, each as insertPlainText would there, and shows
+    /// the end. All is in the document when it returns; painting waits for the next frame.
+    void append_chunk(const QString& prefix, const QString& text, int replaced = 0);
 
     /// The same for a whole line: `text` in the character format of the end but for this
     /// foreground, and behind it a line break without it.

@@ -51,6 +51,12 @@ void ReceiveLayout::announce(const QString& text)
     announced += table.length() - before;
 }
 
+void ReceiveLayout::announce_removal(int count)
+{
+    table.drop_from(table.length() - count);
+    withdrawn += count;
+}
+
 QRectF ReceiveLayout::blockBoundingRect(const QTextBlock& /*block*/) const
 {
     constexpr qreal ABOVE_EVERYTHING = -1e9;
@@ -60,12 +66,13 @@ QRectF ReceiveLayout::blockBoundingRect(const QTextBlock& /*block*/) const
 void ReceiveLayout::documentChanged(int from, int removed, int added)
 {
     const int length = document()->characterCount() - 1;
-    const bool was_announced = announced > 0 && removed == 0 && added == announced &&
-                               from + added == length && table.length() == length;
+    const bool was_announced = announced + withdrawn > 0 && removed == withdrawn &&
+                               added == announced && from + added == length &&
+                               table.length() == length;
     const bool text_is_the_same = announced == 0 && table.length() == length && removed != added;
     const bool front_was_removed =
         announced == 0 && from == 0 && added == 0 && table.length() - removed == length;
-    announced = 0;
+    announced = withdrawn = 0;
     if (front_was_removed)
         table.drop_front(removed);
     else if (!was_announced && !text_is_the_same)

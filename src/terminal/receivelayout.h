@@ -23,6 +23,9 @@ public:
     /// Takes over text that its caller goes on to insert at the end of the document. Other changes
     /// are read back from the document, which is slower.
     void announce(const QString& text);
+    /// The same for as many characters that its caller goes on to remove from the end, before any
+    /// insertion in the same edit block.
+    void announce_removal(int count);
 
     /// A rectangle that means nothing, of a height that ends QPlainTextEdit's search for the
     /// block's place at the first block and keeps it from scrolling there.
@@ -39,6 +42,7 @@ private:
 
     RowTable table;
     int announced = 0; ///< characters in `table` that the document doesn't have yet
+    int withdrawn = 0; ///< characters of the document that `table` doesn't have any more
 };
 
 /// While one lives, the text layouts of the blocks at some positions of a document look empty.

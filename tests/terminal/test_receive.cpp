@@ -2,6 +2,7 @@
 #include "windowtest.h"
 
 #include <QLineEdit>
+#include <QStatusBar>
 #include <QTextBlock>
 
 namespace {
@@ -91,6 +92,34 @@ TEST_F(Receive, ShowsTextUpToAZeroByteAndSavesAll)
     EXPECT_EQ(shown(), "ab41 0D FF 00 ");
     click_save();
     EXPECT_EQ(file_content(path), data + "41 0D FF 00 ");
+}
+
+TEST_F(Receive, MendsWhatACutHasLeft)
+{
+    const QString text =
+        QString::fromUtf8("one\r\n\xC2\xB5\xE6\xB8\xA9\xF0\x9F\x98\x80\r\n").repeated(3);
+    const QByteArray bytes = text.toUtf8();
+    for (int size = 1; size <= 7; ++size) {
+        for (int at = 0; at < bytes.size(); at += size)
+            chunk(bytes.mid(at, size), 0);
+        EXPECT_EQ(shown(), QString(text).remove('\r')) << size;
+        clear();
+    }
+    const std::pair<std::function<void()>, QString> rows[] = {
+        {[] {}, QString(QChar(0x6E29))},
+        {[this] { click("pushButton_send"); }, "??\nsent\n?"},
+        {[this] { clear(); }, "?"},
+        {[this] { check("checkBox_frame_mode"); }, "??\n?"},
+    };
+    check("checkBox_display_tx");
+    type("sent");
+    for (const auto& [between, expected] : rows) {
+        clear();
+        chunk("\xE6\xB8", 0);
+        between();
+        chunk("\xA9", 1000);
+        EXPECT_EQ(shown().replace(QChar::ReplacementCharacter, '?'), expected);
+    }
 }
 
 TEST_F(Receive, PutsWhatWasTypedOnABlueLineOfItsOwn)
@@ -214,6 +243,40 @@ TEST_F(Receive, RefusesFilesThatCannotBeWritten)
     EXPECT_EQ(answers.boxes,
               QStringList({"save to file|please select a file to save",
                            "save to file|open file failed", "save window|open file failed"}));
+}
+
+TEST_F(Receive, SaysOnceWhichFileTakesNoMore)
+{
+    auto* const bar = find<QStatusBar>("statusBar");
+    const QString note = "file can't be written: No space left on device: /dev/full";
+    const auto taken = [bar] {
+        const QString message = bar->currentMessage();
+        bar->clearMessage();
+        return message;
+    };
+    save_to("/dev/full");
+    chunk("held back", 0);
+    EXPECT_EQ(taken(), "");
+    for (const QString& expected : {note, QString()}) {
+        for (int i = 0; i < 8; ++i) // a flush of the file's buffer
+            chunk(mixed_bytes(3000), 0);
+        EXPECT_EQ(taken(), expected);
+    }
+    EXPECT_TRUE(checked("checkBox_save2file"));
+    click_save();
+    EXPECT_EQ(taken(), "");
+    click_save(); // once for each time it is opened
+    chunk("held back", 0);
+    click_save();
+    EXPECT_EQ(taken(), note);
+    answers.file = "/dev/full";
+    clear();
+    for (const int size : {100, 40000}) { // fails on closing, and at once
+        chunk(QByteArray(size, 'x'), 0);
+        click("pushButton_window_save");
+        EXPECT_EQ(taken(), note) << size;
+    }
+    EXPECT_TRUE(answers.boxes.isEmpty());
 }
 
 TEST_F(Receive, SavesTheWindowAndAppendsToFiles)

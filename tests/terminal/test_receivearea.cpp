@@ -140,7 +140,11 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsAndWrapsItAsASlowReference)
                 stock_append_line(stock, prefix + text);
             }
             if (kind >= 10) {
-                area.append_chunk(prefix, text);
+                const int last_paragraph = stock.document()->lastBlock().length() - 1;
+                const int replaced = kind < 14 ? qMin(below(4), last_paragraph) : 0;
+                area.append_chunk(prefix, text, replaced);
+                const int now = stock.document()->characterCount() - 1;
+                cursor_at(stock, now - replaced, now).removeSelectedText();
                 stock_append(stock, prefix + text);
                 ASSERT_EQ(bar().value(), bar().maximum());
             }

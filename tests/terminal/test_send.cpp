@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMenu>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <sys/stat.h>
@@ -82,6 +83,16 @@ TEST_F(Send, RepeatsUpToItsLimit)
     EXPECT_EQ(pty.read_now(), "");
 }
 
+TEST_F(Send, OpensTheMenuByF10)
+{
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window->windowHandle(), Qt::Key_F10);
+    auto* const menu = find<QMenu>("menu_file");
+    EXPECT_TRUE(wait_until([&] { return menu->isVisible(); }));
+    menu->close();
+}
+
 TEST_F(Send, NeedsAPortForTheTimer)
 {
     click("pushButton_open");
@@ -151,6 +162,11 @@ TEST_F(Send, SendsAFileToASlowReader)
     QByteArray received = pty.read(300000);
     const auto* const progress = window->findChild<QProgressBar*>();
     ASSERT_TRUE(progress && progress->isVisible());
+    for (const int width : {1600, 300}) { // what doesn't fit gives way to the percentage
+        window->resize(width, 400);
+        EXPECT_TRUE(wait_until([&] { return progress->text().contains("/s") == (width == 1600); }));
+        EXPECT_LT(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
+    }
     EXPECT_TRUE(wait_until([&] {
         received += pty.read_now(4096);
         return progress->value() > 100;

@@ -579,6 +579,10 @@ Please select the right firmware</source>
         <source>not a file</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>file can&apos;t be written: %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>QFramerCnet</name>

@@ -365,6 +365,10 @@
         <source>not a file</source>
         <translation>不是文件</translation>
     </message>
+    <message>
+        <source>file can&apos;t be written: %1: %2</source>
+        <translation>文件无法写入：%1：%2</translation>
+    </message>
 </context>
 <context>
     <name>QLinkCfgDlg</name>

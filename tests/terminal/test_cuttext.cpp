@@ -1,0 +1,60 @@
+#include "cuttext.h"
+
+#include <QTextCursor>
+#include <QTextDocument>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+void show(QTextDocument& document, const TextStep& step)
+{
+    QTextCursor end(&document);
+    end.movePosition(QTextCursor::End);
+    end.movePosition(QTextCursor::Left, QTextCursor::KeepAnchor, step.replaced);
+    end.insertText(step.text);
+}
+
+QString shown(const std::vector<QByteArray>& chunks)
+{
+    QTextDocument document;
+    CutText text;
+    for (const QByteArray& chunk : chunks)
+        show(document, text.next(QByteArray(chunk.constData(), chunk.size()))); // gone at once
+    return document.toPlainText();
+}
+
+} // namespace
+
+TEST(CutText, MakesOfAnyChunksWhatTheWholeMakes)
+{
+    const std::vector<QByteArray> parts = {
+        "a",    "\r",   "\n",       "\r\n",     "\xC2\xB5",     "\xE6\xB8\xA9", "\xF0\x9F\x98\x80",
+        "\x80", "\xE6", "\xF0\x9F", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80", "\xF5\x80\x80\x80",
+        "\xFF"};
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        std::mt19937 random(seed);
+        QByteArray bytes = "x";
+        for (int i = 0; i < 12; ++i)
+            bytes += parts[random() % (seed % 2 == 0 ? 7 : parts.size())];
+        std::vector<QByteArray> chunks;
+        for (int at = 0; at < bytes.size(); at += int(chunks.back().size()))
+            chunks.push_back(bytes.mid(at, 1 + int(random() % 7)));
+        ASSERT_EQ(shown(chunks), shown({bytes})) << bytes.toHex(' ').constData();
+    }
+}
+
+TEST(CutText, ShowsAtOnceAndMendsOnlyWhatTouches)
+{
+    const std::pair<std::vector<QByteArray>, const char*> rows[] = {
+        {{"a\r"}, "a\n"},
+        {{"\xE6\xB8"}, "??"},
+        {{"\r", "", "\n", "\n"}, "\n\n"},
+        {{"\r", QByteArray(1, '\0'), "\n"}, "\n\n"},
+        {{QByteArray("\r\0\r", 3), "\n"}, "\n\n"},
+        {{"\xC2", QByteArray("\xB5\0\xE6", 3), "\xB8"}, "\xC2\xB5?"},
+        {{"\xC2", "41 ", "\xB5"}, "?41 ?"}, // shown as hexadecimal in between
+    };
+    for (const auto& [chunks, expected] : rows)
+        EXPECT_EQ(shown(chunks).replace(QChar::ReplacementCharacter, '?'), QString(expected));
+}

@@ -47,7 +47,7 @@ TextStep CutText::next(const QByteArray& chunk)
     QByteArray bytes =
         QByteArray::fromRawData(chunk.constData(), zero < 0 ? int(chunk.size()) : zero);
     const bool mends_character =
-        !cut.isEmpty() && cut != "\r" && !bytes.isEmpty() && goes_on(bytes[0]);
+        !cut.isEmpty() && cut != "\r" && !bytes.isEmpty() && goes_on(bytes.at(0));
     if (mends_character) {
         step.replaced = int(QString::fromLocal8Bit(cut).size());
         bytes.prepend(cut);

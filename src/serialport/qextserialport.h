@@ -58,7 +58,7 @@ class PolledPort;
 //   is forgotten. close() lets the system send what it has taken for at most Timeout_Millisec and
 //   discards the rest. A time-out of 0 moves what can be moved at once.
 //
-// An open port is locked against other programs: TIOCEXCL, a lock file on POSIX.
+// An open port is locked against other programs: TIOCEXCL, a lock file and flock on POSIX.
 //
 // In both modes a device that goes away leaves the port open (isOpen() is the owner's state) but
 // dead: reads give what had arrived, then 0 bytes (event driven) or -1 (polling); writes give -1;

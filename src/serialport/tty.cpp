@@ -5,6 +5,7 @@
 #ifdef Q_OS_UNIX
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 #endif
 #ifdef Q_OS_LINUX
@@ -35,7 +36,8 @@ PortFailure TtyDescriptor::open(const QSerialPort& serial, QIODevice::OpenMode m
     const bool both = (mode & QIODevice::ReadWrite) == QIODevice::ReadWrite;
     const int direction = both ? O_RDWR : (mode & QIODevice::ReadOnly) ? O_RDONLY : O_WRONLY;
     fd = ::open(device_path(serial).constData(), direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    const bool locked = fd < 0 && errno == EBUSY;
+    const bool locked =
+        fd < 0 ? errno == EBUSY : ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (!locked)
         return {};
     close();

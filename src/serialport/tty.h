@@ -14,8 +14,9 @@ struct PortFailure
     explicit operator bool() const { return code != QSerialPort::NoError; }
 };
 
-// A descriptor of a port, beside the one that its QSerialPort holds. Elsewhere than on POSIX
-// it does nothing.
+// A descriptor of a port, beside the one that its QSerialPort holds. It carries the lock that other
+// terminals ask for (flock), which no QSerialPort takes. Elsewhere than on POSIX it does nothing:
+// an open port shuts out others there.
 class TtyDescriptor
 {
 public:

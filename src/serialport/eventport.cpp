@@ -1,7 +1,5 @@
 #include "eventport.h"
 
-#include "tty.h"
-
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QThread>
@@ -19,17 +17,16 @@ EventPort::EventPort(const QString& name, const PortSettings& settings, QObject*
 
 bool EventPort::open(QIODevice::OpenMode mode)
 {
-    if (!serial.open(mode)) {
-        fail(serial.error(), serial.errorString());
+    PortFailure failure = lock.open(serial, mode);
+    if (!failure)
+        failure = tty_settings_open(serial, settings, mode, lock);
+    if (failure) {
+        lock.close();
+        fail(failure.code, failure.text);
         return false;
     }
-    const QString refused = tty_settings_finish(serial, settings);
-    if (!refused.isNull()) {
-        serial.close();
-        fail(QSerialPort::UnsupportedOperationError, refused);
-        return false;
-    }
-    serial.clearError();
+    // Wherever the port is closed; the port is the receiver, as others are disconnected first.
+    connect(&serial, &QSerialPort::aboutToClose, &serial, [this] { lock.close(); });
     connect(&serial, &QSerialPort::readyRead, this, &EventPort::announce);
     // While it is inside readyRead a QSerialPort announces nothing: a receiver that opens a box
     // there would hear of no more bytes until the box is closed. The box's event loop is asked

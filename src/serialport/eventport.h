@@ -2,6 +2,7 @@
 #pragma once
 
 #include "qextserialport.h"
+#include "tty.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -40,6 +41,7 @@ private:
     void handle_error(QSerialPort::SerialPortError error);
     void fail(QSerialPort::SerialPortError code, const QString& text);
 
+    TtyDescriptor lock;
     QSerialPort serial;
     PortSettings settings;
     QByteArray leftover;     // what had arrived when the device went away

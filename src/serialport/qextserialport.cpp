@@ -26,8 +26,11 @@ bool QextSerialPort::open(OpenMode mode)
     }
     const OpenMode device_mode = mode & ~Unbuffered;
     const bool opened = this->mode == Polling ? open_polled(device_mode) : open_event(device_mode);
+    if (!opened)
+        return false;
+    PortWatch::instance().add(name);
     // Unbuffered: the layer below holds what has arrived, and nothing of it twice.
-    return opened && QIODevice::open(mode | Unbuffered);
+    return QIODevice::open(mode | Unbuffered);
 }
 
 bool QextSerialPort::open_event(OpenMode mode)
@@ -75,6 +78,7 @@ void QextSerialPort::close()
         polled_port.reset();
     }
     QIODevice::close();
+    PortWatch::instance().remove(name);
 }
 
 bool QextSerialPort::isSequential() const
@@ -101,6 +105,18 @@ bool QextSerialPort::canReadLine() const
 {
     return (event_port && event_port->can_read_line()) ||
            (polled_port && polled_port->can_read_line()) || QIODevice::canReadLine();
+}
+
+void QextSerialPort::discardInput()
+{
+    if (!isOpen())
+        return;
+    // QIODevice itself holds what was put back or peeked at.
+    const qint64 held = event_port ? bytesAvailable() : QIODevice::bytesAvailable();
+    if (held > 0)
+        skip(held);
+    if (polled_port)
+        polled_port->discard_input();
 }
 
 QString QextSerialPort::portName() const

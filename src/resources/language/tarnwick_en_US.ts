@@ -975,11 +975,19 @@ Please select the right firmware</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the device refuses 1.5 stop bits</source>
+        <source>the device refuses %1 bits/s and offers %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the device refuses %1 bits/s and offers %2</source>
+        <source>a polled port needs a QCoreApplication on this system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>another program has locked the port; close it there, or choose another port</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the device refuses its settings</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

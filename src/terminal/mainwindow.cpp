@@ -49,6 +49,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
+    shortcuts_create();
     ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);

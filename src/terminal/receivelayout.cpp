@@ -66,10 +66,14 @@ void ReceiveLayout::documentChanged(int from, int removed, int added)
     const bool front_was_removed =
         announced == 0 && from == 0 && added == 0 && table.length() - removed == length;
     announced = 0;
-    if (front_was_removed)
+    if (front_was_removed) {
         table.drop_front(removed);
-    else if (!was_announced && !text_is_the_same)
-        read_again(from);
+        emit front_dropped(removed);
+    } else if (!text_is_the_same) {
+        if (!was_announced)
+            read_again(from);
+        emit text_changed(from);
+    }
     emit changed();
 }
 

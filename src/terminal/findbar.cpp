@@ -4,7 +4,7 @@
 #include "pacedlabel.h"
 #include "receivearea.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -14,6 +14,20 @@
 namespace {
 
 constexpr int TURN_MS = 4; // of searching, before the event loop goes on with the rest
+
+// The application's, with everything set: a child inherits from its parent's font what its own
+// leaves open, and the area's is another one.
+QFont own_font()
+{
+    QFont font = QApplication::font();
+    font.setFamily(font.family());
+    font.setStyleHint(font.styleHint());
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF());
+    else
+        font.setPixelSize(font.pixelSize());
+    return font;
+}
 
 // The bar's texts are the window's in the catalogues.
 struct Text
@@ -36,6 +50,7 @@ FindBar::FindBar(ReceiveArea* searched)
     hide();
     setObjectName("findBar");
     setAutoFillBackground(true);
+    setFont(own_font());
     line->setObjectName("findText");
     line->setMaxLength(TextSearch::MOST_WANTED);
     line->setClearButtonEnabled(true);
@@ -47,9 +62,8 @@ FindBar::FindBar(ReceiveArea* searched)
     row->setContentsMargins(3, 2, 3, 2);
     row->setSpacing(3);
     row->addWidget(line, 1);
-    for (QWidget* widget : std::initializer_list<QWidget*>{count_label, case_button,
-                                                           previous_button, next_button,
-                                                           close_button})
+    for (QWidget* widget : std::initializer_list<QWidget*>{
+             count_label, case_button, previous_button, next_button, close_button})
         row->addWidget(widget);
     retranslate();
 
@@ -167,9 +181,9 @@ void FindBar::changeEvent(QEvent* event)
 
 void FindBar::search_anew()
 {
-    search = TextSearch(
-        line->text(), case_button->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive,
-        [this](int from, int to) { return area->text_between(from, to); });
+    search =
+        TextSearch(line->text(), case_button->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive,
+                   [this](int from, int to) { return area->text_between(from, to); });
     current = -1;
     area->mark_hits(&search);
     go(Goal::nearest);
@@ -260,8 +274,8 @@ int FindBar::hit_at_goal(bool complete) const
     const bool backwards = goal == Goal::previous;
     if (backwards && !complete && search.searched() < here)
         return -1;
-    const int hit = backwards ? search.last_before(here)
-                              : search.first_from(current >= 0 ? here + 1 : here);
+    const int hit =
+        backwards ? search.last_before(here) : search.first_from(current >= 0 ? here + 1 : here);
     if (hit >= 0 || !complete)
         return hit;
     if (goal == Goal::nearest)
@@ -285,9 +299,7 @@ void FindBar::show_count()
         else if (current < 0)
             text = Text::tr("%1 found").arg(search.count());
         else
-            text = Text::tr("%1 of %2")
-                       .arg(search.count_before(current) + 1)
-                       .arg(search.count());
+            text = Text::tr("%1 of %2").arg(search.count_before(current) + 1).arg(search.count());
         if (!complete)
             text += QChar(0x2026); // an ellipsis: there may be more
     }

@@ -26,9 +26,9 @@ public:
 
     int wanted_length() const { return matcher.pattern().size(); }
 
-    void drop_front(int count);        ///< the text has lost its first characters
-    void forget_from(int position);    ///< the text from there on is another one
-    bool search_a_page(int length);    ///< of a text that long; false if nothing is left to do
+    void drop_front(int count);         ///< the text has lost its first characters
+    void forget_from(int position);     ///< the text from there on is another one
+    bool search_a_page(int length);     ///< of a text that long; false if nothing is left to do
     bool is_complete(int length) const; ///< nothing is left to do
 
     /// Whether a hit begins is known up to this position.
@@ -56,7 +56,7 @@ private:
     qint64 begin = 0; ///< of the text as it is now
     qint64 done = 0;  ///< whether a hit begins is known up to here
     qint64 first_page = 0;
-    std::deque<int> counts;   ///< hits of the pages between `begin` and `done`
-    int total = 0;            ///< their sum
+    std::deque<int> counts;    ///< hits of the pages between `begin` and `done`
+    int total = 0;             ///< their sum
     bool front_is_old = false; ///< the first page counts hits that have been dropped
 };

@@ -28,7 +28,8 @@ constexpr Work WORKS[] = {
     {"stream, many hits", "0123456789abcdefghijklmnopqrstuvwxyz", "d"},
     {"hexadecimal, each blank", "01 03 00 FF ", " "},
     {"worst case", "aaaaaaaaaaaaaaaa",
-     "baaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"},
+     "baaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
+     "aaa"},
     {"lines of 36, not there", "0123456789abcdefghijklmnopqrstuvwxy\n", "no such text"},
     {"lines of 36, a hit in each", "0123456789abcdefghijklmnopqrstuvwxy\n", "xy"},
 };
@@ -59,7 +60,8 @@ public:
 
         clock.start();
         line->setText(work.wanted);
-        wait_while([&] { return count->text().isEmpty() || count->text().endsWith(QChar(0x2026)); });
+        wait_while(
+            [&] { return count->text().isEmpty() || count->text().endsWith(QChar(0x2026)); });
         const double search_s = double(clock.elapsed()) / 1e3;
         const QString search_stall = text_of(stall);
 
@@ -89,7 +91,9 @@ public:
 private:
     static QString text_of(const StallWatch& stall)
     {
-        return QString("%1 (%2)").arg(stall.worst_ms(), 0, 'f', 1).arg(stall.worst_cpu_ms(), 0, 'f', 1);
+        return QString("%1 (%2)")
+            .arg(stall.worst_ms(), 0, 'f', 1)
+            .arg(stall.worst_cpu_ms(), 0, 'f', 1);
     }
     template <typename Condition> static void wait_while(Condition condition)
     {

@@ -53,7 +53,6 @@ FindBar::FindBar(ReceiveArea* searched)
     setFont(own_font());
     line->setObjectName("findText");
     line->setMaxLength(TextSearch::MOST_WANTED);
-    line->setClearButtonEnabled(true);
     count_label->setObjectName("findCount");
     case_button->setCheckable(true);
     previous_button->setArrowType(Qt::UpArrow);
@@ -148,7 +147,8 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event)
 {
     if (isHidden())
         return false;
-    if (watched == area->viewport() && event->type() == QEvent::Resize)
+    // The area itself isn't asked: it may be in its destructor.
+    if (watched != area && event->type() == QEvent::Resize)
         place();
     const bool is_escape = watched == area && event->type() == QEvent::KeyPress &&
                            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;

@@ -1,5 +1,6 @@
 // What the window takes beside receiving: the accuracy of auto send, the answer to clicks while a
 // file goes out, memory behind a peer that never reads, the rest after an unplug, and long lists.
+#include "stallwatch.h"
 #include "windowtest.h"
 
 #include <QAction>
@@ -26,34 +27,6 @@ double resident_mb()
     file.open(QIODevice::ReadOnly);
     return file.readAll().split(' ').at(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
-
-// The longest time between two turns of the event loop.
-class StallWatch : public QObject
-{
-public:
-    StallWatch()
-    {
-        clock.start();
-        startTimer(1, Qt::PreciseTimer);
-    }
-    void reset()
-    {
-        worst_ns = 0;
-        clock.start();
-    }
-    double worst_ms() const { return double(worst_ns) / 1e6; }
-
-protected:
-    void timerEvent(QTimerEvent*) override
-    {
-        worst_ns = std::max(worst_ns, clock.nsecsElapsed());
-        clock.start();
-    }
-
-private:
-    QElapsedTimer clock;
-    qint64 worst_ns = 0;
-};
 
 class Bench : public WindowTest
 {

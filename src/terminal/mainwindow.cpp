@@ -10,7 +10,6 @@
 
 #include <QMessageBox>
 #include <QScopedValueRollback>
-#include <QShortcut>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
@@ -50,9 +49,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
-    auto* const menu_key = new QShortcut(Qt::Key_F10, this);
-    connect(menu_key, &QShortcut::activated, this,
-            [this] { ui->menuBar->setActiveAction(ui->menu_file->menuAction()); });
+    shortcuts_create();
     ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);

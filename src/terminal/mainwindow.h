@@ -18,6 +18,7 @@
 #include <memory>
 
 class FileSend;
+class FindBar;
 class QCheckBox;
 class QProgressBar;
 class Ui_MainWindow;
@@ -80,6 +81,10 @@ private:
     void send_count_show(int n);
 
     void language_load(QString language);
+    void accessible_names_set();
+
+    void shortcuts_create();
+    FindBar* find_bar_get();
 
     void config_load();
     void config_store();
@@ -167,4 +172,5 @@ private:
     std::unique_ptr<FileSend> file_send; // set while a file goes out, and with it:
     QProgressBar* file_progress;         // in the status bar, shown while a file goes out
     qint64 file_shown_ms = 0;            // when the progress was last shown
+    FindBar* find_bar = nullptr;         // the receive area's child, made when it is first wanted
 };

@@ -134,6 +134,10 @@
         <source>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>result</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Loader</name>
@@ -581,6 +585,98 @@ Please select the right firmware</source>
     </message>
     <message>
         <source>file can&apos;t be written: %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>find</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>text to find</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>case sensitive</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>previous hit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>next hit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>close the find bar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>lines that auto clear keeps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>silence between two frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file to save to</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interval of auto send</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>how often to send, 0 for without end</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>prepared strings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interval of send in turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>move the row up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>move the row down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>add a row</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>delete the row</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>control panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>panel of prepared strings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>progress of the file that is sent</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

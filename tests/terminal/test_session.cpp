@@ -132,6 +132,23 @@ TEST_F(Session, EndsWithTheWindow)
     QTest::qWait(20);
 }
 
+TEST_F(Session, EchoesNothingIntoAFileOnItsWay)
+{
+    const QByteArray file = mixed_bytes(200000);
+    answers.file = sandbox.path("file");
+    file_write(answers.file, file);
+    ASSERT_TRUE(port_open());
+    check(LOOP);
+    check(SEND_FILE);
+    click("pushButton_send");
+    ASSERT_TRUE(receive("not echoed", 10));
+    EXPECT_EQ(pty.read(file.size()), file);
+    EXPECT_EQ(shown(), "not echoed");
+    check(SEND_FILE, false);
+    ASSERT_TRUE(receive("echoed", 16));
+    EXPECT_EQ(pty.read(6), "echoed");
+}
+
 // The device is pulled out while something goes on.
 class Removal : public Session,
                 public testing::WithParamInterface<std::tuple<const char*, void (Pty::*)()>>

@@ -1,5 +1,6 @@
 #include "eventport.h"
 
+#include "portdrain.h"
 #include "tty.h"
 
 #include <QAbstractEventDispatcher>
@@ -11,36 +12,37 @@ static constexpr int OUTPUT_QUEUE_POLL_MS = 2;
 
 EventPort::EventPort(const QString& name, const PortSettings& settings, QObject* parent)
     : QObject(parent)
-    , serial(this)
+    , serial(std::make_unique<QSerialPort>())
+    , name(name)
     , settings(settings)
 {
-    tty_settings_prepare(serial, name, settings);
+    tty_settings_prepare(*serial, name, settings);
 }
 
 bool EventPort::open(QIODevice::OpenMode mode)
 {
-    if (!serial.open(mode)) {
-        fail(serial.error(), serial.errorString());
+    if (!serial->open(mode)) {
+        fail(serial->error(), serial->errorString());
         return false;
     }
-    const QString refused = tty_settings_finish(serial, settings);
+    const QString refused = tty_settings_finish(*serial, settings);
     if (!refused.isNull()) {
-        serial.close();
+        serial->close();
         fail(QSerialPort::UnsupportedOperationError, refused);
         return false;
     }
-    serial.clearError();
-    connect(&serial, &QSerialPort::readyRead, this, &EventPort::announce);
+    serial->clearError();
+    connect(serial.get(), &QSerialPort::readyRead, this, &EventPort::announce);
     // While it is inside readyRead a QSerialPort announces nothing: a receiver that opens a box
     // there would hear of no more bytes until the box is closed. The box's event loop is asked
     // instead; queued signals would cost a wake-up of the loop for each chunk.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             [this] {
-                if (announcing && serial.bytesAvailable() > 0)
+                if (announcing && serial->bytesAvailable() > 0)
                     emit ready_read();
             });
-    connect(&serial, &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
-    connect(&serial, &QSerialPort::errorOccurred, this, &EventPort::handle_error);
+    connect(serial.get(), &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
+    connect(serial.get(), &QSerialPort::errorOccurred, this, &EventPort::handle_error);
     return true;
 }
 
@@ -54,30 +56,29 @@ void EventPort::announce()
 void EventPort::close()
 {
     announcing = false;
-    serial.disconnect(this);
-    if (serial.isOpen())
-        serial_drain_and_close(serial, settings.Timeout_Millisec);
+    serial->disconnect(this);
+    PortDrain::begin(std::move(serial), name, settings.Timeout_Millisec);
 }
 
 qint64 EventPort::bytes_available() const
 {
-    return lost ? leftover.size() : serial.bytesAvailable();
+    return lost ? leftover.size() : serial->bytesAvailable();
 }
 
 qint64 EventPort::bytes_to_write() const
 {
-    return lost ? 0 : serial.bytesToWrite();
+    return lost ? 0 : serial->bytesToWrite();
 }
 
 bool EventPort::can_read_line() const
 {
-    return lost ? leftover.contains('\n') : serial.canReadLine();
+    return lost ? leftover.contains('\n') : serial->canReadLine();
 }
 
 qint64 EventPort::read(char* data, qint64 most)
 {
     if (!lost)
-        return serial.read(data, most);
+        return serial->read(data, most);
     const int count = int(qMin(most, qint64(leftover.size())));
     std::copy_n(leftover.constData(), count, data);
     leftover.remove(0, count);
@@ -88,7 +89,7 @@ qint64 EventPort::write(const char* data, qint64 size)
 {
     if (lost)
         return -1;
-    const qint64 waiting = serial.bytesToWrite();
+    const qint64 waiting = serial->bytesToWrite();
     if (waiting > 0 && waiting + size > QextSerialPort::WRITE_LIMIT) {
         fail(QSerialPort::WriteError,
              QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
@@ -96,9 +97,9 @@ qint64 EventPort::write(const char* data, qint64 size)
                  .arg(size));
         return -1;
     }
-    const qint64 accepted = serial.write(data, size);
+    const qint64 accepted = serial->write(data, size);
     if (accepted < 0)
-        fail(serial.error(), serial.errorString());
+        fail(serial->error(), serial->errorString());
     return accepted;
 }
 
@@ -106,15 +107,15 @@ void EventPort::handle_error(QSerialPort::SerialPortError error)
 {
     if (error == QSerialPort::NoError || lost)
         return;
-    if (!tty_lost(serial, error)) {
-        fail(error, serial.errorString());
+    if (!tty_lost(*serial, error)) {
+        fail(error, serial->errorString());
         return;
     }
     fail(QSerialPort::ResourceError, QextSerialPort::tr("the device has gone"));
     lost = true;
-    leftover = serial.readAll();
-    serial.disconnect(this);
-    serial.close();
+    leftover = serial->readAll();
+    serial->disconnect(this);
+    serial->close();
     if (!leftover.isEmpty())
         emit ready_read();
     emit device_lost();

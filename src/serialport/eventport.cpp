@@ -5,6 +5,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QThread>
 
 // The system doesn't say when its queue is empty; it is asked this often, in ms.
@@ -48,9 +49,11 @@ bool EventPort::open(QIODevice::OpenMode mode)
 
 void EventPort::announce()
 {
+    const QPointer<EventPort> alive = this;
     announcing = true;
     emit ready_read();
-    announcing = false;
+    if (alive)
+        announcing = false;
 }
 
 void EventPort::close()
@@ -116,9 +119,11 @@ void EventPort::handle_error(QSerialPort::SerialPortError error)
     leftover = serial->readAll();
     serial->disconnect(this);
     serial->close();
+    const QPointer<EventPort> alive = this;
     if (!leftover.isEmpty())
         emit ready_read();
-    emit device_lost();
+    if (alive)
+        emit device_lost();
 }
 
 void EventPort::fail(QSerialPort::SerialPortError code, const QString& text)

@@ -9,7 +9,7 @@
 #include <memory>
 
 // A QSerialPort whose device has gone repeats its error in a busy loop. This one closes it at the
-// first.
+// first. Receivers of its signals may delete it.
 class EventPort : public QObject
 {
     Q_OBJECT

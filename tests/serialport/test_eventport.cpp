@@ -206,6 +206,24 @@ TEST(EventPort, GoesQuietWhenTheDeviceHasGone)
     EXPECT_EQ(ready.count(), signals_then);
 }
 
+TEST(EventPort, MayBeDeletedInsideItsOwnSignals)
+{
+    for (const int last : {1, 2}) { // at a chunk, and at the news of a device that has gone
+        Pty pty;
+        const QPointer<QextSerialPort> port = new QextSerialPort(pty.device(), plain_settings());
+        ASSERT_TRUE(port->open(QIODevice::ReadWrite));
+        int count = 0;
+        QObject::connect(port, &QIODevice::readyRead, [&] {
+            if (++count == last)
+                delete port;
+        });
+        ASSERT_TRUE(pty.write("x"));
+        ASSERT_TRUE(wait_until([&] { return count == 1; }));
+        pty.hang_up();
+        EXPECT_TRUE(wait_until([&] { return !port; }));
+    }
+}
+
 TEST(EventPort, MayBeClosedInsideItsOwnSignalAndOpenedAgain)
 {
     OpenPort open;

@@ -365,6 +365,10 @@
         <source>not a file</source>
         <translation>不是文件</translation>
     </message>
+    <message>
+        <source>%1 opens as soon as the bytes of the last session are out</source>
+        <translation>上次会话的数据发送完后将打开 %1</translation>
+    </message>
 </context>
 <context>
     <name>QLinkCfgDlg</name>

@@ -37,10 +37,10 @@ const Form& form_of(int mode)
 }
 
 // hex_digit of each character, since a call for each would cost more than the rest.
-const std::array<signed char, 256> DIGITS = [] {
-    std::array<signed char, 256> digits{};
+const std::array<int, 256> DIGITS = [] {
+    std::array<int, 256> digits{};
     for (std::size_t i = 0; i < digits.size(); ++i)
-        digits[i] = static_cast<signed char>(hex_digit(char(i)));
+        digits[i] = hex_digit(char(i));
     return digits;
 }();
 

@@ -121,10 +121,9 @@ qint64 PolledPort::write(const char* data, qint64 size)
     if (lost)
         return -1;
     if (done < size)
-        failure = {QSerialPort::TimeoutError,
-                   QextSerialPort::tr("%1 of %2 bytes were not taken in time")
-                       .arg(size - done)
-                       .arg(size)};
+        failure = {
+            QSerialPort::TimeoutError,
+            QextSerialPort::tr("%1 of %2 bytes were not taken in time").arg(size - done).arg(size)};
     return done;
 }
 

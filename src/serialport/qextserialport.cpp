@@ -2,6 +2,7 @@
 
 #include "eventport.h"
 #include "polledport.h"
+#include "portdrain.h"
 #include "portwatch.h"
 
 QextSerialPort::QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode,
@@ -24,6 +25,9 @@ bool QextSerialPort::open(OpenMode mode)
         setErrorString(tr("the port is open already"));
         return false;
     }
+    // What was accepted before a close still goes out with the settings of its session.
+    if (PortDrain* const last = PortDrain::holding(name))
+        last->finish();
     const OpenMode device_mode = mode & ~Unbuffered;
     const bool opened = this->mode == Polling ? open_polled(device_mode) : open_event(device_mode);
     if (!opened)

@@ -4,6 +4,7 @@
 #include "filesend.h"
 #include "inifile.h"
 #include "pacedlabel.h"
+#include "portdrain.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
@@ -76,6 +77,7 @@ MainWindow::~MainWindow()
     config_store();
     save_end();
     port_close();
+    PortDrain::finish_all(); // no event loop does it any more
     delete ui;
 }
 

@@ -679,6 +679,10 @@ Please select the right firmware</source>
         <source>progress of the file that is sent</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1 opens as soon as the bytes of the last session are out</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>QFramerCnet</name>

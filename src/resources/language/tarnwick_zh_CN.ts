@@ -465,6 +465,10 @@
         <source>progress of the file that is sent</source>
         <translation>文件发送进度</translation>
     </message>
+    <message>
+        <source>%1 opens as soon as the bytes of the last session are out</source>
+        <translation>上次会话的数据发送完后将打开 %1</translation>
+    </message>
 </context>
 <context>
     <name>QLinkCfgDlg</name>

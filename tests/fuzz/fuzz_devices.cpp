@@ -120,7 +120,6 @@ std::unique_ptr<Module> make_module(int choice)
     BootSettings settings;
     settings.framing = *Framing::named(frames[choice % 8 - 2]);
     settings.rom_size = 4096;
-    settings.mtu = 16;
     settings.in_boot = (choice & 8) != 0;
     return std::make_unique<Boot>(settings);
 }

@@ -80,13 +80,14 @@ void arguments(const QByteArray& input)
     const DorvSetting* const setting = find_dorv_setting(text.section('\n', 0, 0));
     if (!setting)
         return;
+    DorvValues values;
     try {
-        const DorvValues values = parse_dorv_values(*setting, text.section('\n', 1).split('\n'));
-        const DorvValues again = parse_dorv_values(*setting, dorv_words(*setting, values));
-        require(again.numbers == values.numbers && again.bytes == values.bytes);
+        values = parse_dorv_values(*setting, text.section('\n', 1).split('\n'));
     } catch (const Failure& failure) {
-        require(failure.code == ExitCode::Usage);
+        return require(failure.code == ExitCode::Usage);
     }
+    const DorvValues again = parse_dorv_values(*setting, dorv_words(*setting, values));
+    require(again.numbers == values.numbers && again.bytes == values.bytes);
 }
 
 // The rows of a text that came in pieces are those of a new width. Each eighth character is left

@@ -16,6 +16,7 @@
 namespace {
 
 constexpr char FILE_NAME[] = "settings.ini";
+constexpr int MOST_ROWS = 200; // more only take time
 
 // In a directory of its own, with message boxes closed as soon as they show.
 void application_start()
@@ -52,7 +53,6 @@ template <typename Show> void check(const QByteArray& content, const Show& show)
     file.remove();
     require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
-    constexpr int MOST_ROWS = 200; // more only take time
     if (QSettings(FILE_NAME, QSettings::IniFormat).value("strings/size").toInt() > MOST_ROWS)
         return;
     const QStringList first = show();

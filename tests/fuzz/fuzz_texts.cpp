@@ -1,0 +1,112 @@
+// What people write, in the send area and on the command line, and the grid that shows received
+// text.
+#include "cnetaddress.h"
+#include "dorvsettings.h"
+#include "failure.h"
+#include "fuzzing.h"
+#include "rowtable.h"
+#include "sendtext.h"
+#include "stackspec.h"
+
+namespace {
+
+// What comes out is what stands in front of a mistake.
+void typed(const QByteArray& text)
+{
+    require(text.contains('\\') || send_text_escaped(text).bytes == text);
+    for (const auto parse : {send_text_escaped, send_text_hex}) {
+        const SendText parsed = parse(text);
+        if (parsed.error == SendText::NONE)
+            continue;
+        require(parsed.offset >= 0 && parsed.offset <= text.size());
+        require(parsed.character == QChar::fromLatin1(text[qMin(parsed.offset, text.size() - 1)]));
+        require(parse(text.left(parsed.offset)).bytes == parsed.bytes);
+    }
+}
+
+// A mistake lies in the text, or just behind it.
+template <typename Value> bool holds(const QString& text, const Parsed<Value>& parsed)
+{
+    if (!parsed.error)
+        return true;
+    const auto& [message, column, length] = *parsed.error;
+    require(!message.isEmpty() && column >= 0 && column <= text.size() && length >= 1);
+    require(column + length <= qMax(text.size(), column + 1));
+    require(pointed_at(text, *parsed.error).contains('^'));
+    return false;
+}
+
+void check_link(const QString& text, const LinkSpec& link)
+{
+    const bool serial = link.kind == LinkKind::Serial;
+    require(text.contains(serial ? link.port : link.host));
+    require(serial ? link.settings.BaudRate >= 1 : link.remote_port >= 1);
+    require(link.remote_port <= 65535 && link.host.size() <= 63);
+    if (link.kind == LinkKind::RawTcp || link.kind == LinkKind::RawUdp)
+        for (const QChar c : link.host)
+            require(c == '.' || (c >= '0' && c <= '9'));
+}
+
+// The first line is a link, what follows it framers.
+void stack(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    const QString link_text = text.section('\n', 0, 0);
+    const QString framers_text = text.section('\n', 1);
+    const Parsed<LinkSpec> link = parse_link(link_text);
+    if (holds(link_text, link))
+        check_link(link_text, link.value);
+    const Parsed<FramerSpecs> framers = parse_framers(framers_text);
+    if (!holds(framers_text, framers))
+        return;
+    require(framers.value.size() == framers_text.count('+') + 1);
+    for (const FramerSpec& framer : framers.value)
+        require(framer.number <= 0xFFFF && framer.prefix.size() <= 16);
+    holds(framers_text, Parsed<int>{0, find_misfit(link.value, framers.value)});
+}
+
+// The text as each of the others; as a module's values it is a setting's name and a word a line.
+void arguments(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    holds(text, parse_hex_bytes(text));
+    holds(text, parse_cnet_address(text));
+    const Parsed<quint32> channels = parse_number_mask(text, 9, 30);
+    if (holds(text, channels))
+        require(channels.value >= 1 && channels.value < 1u << 22);
+    const Parsed<CnetWord> word = parse_cnet_word(text);
+    if (holds(text, word))
+        require(word.value.index >= 0 && word.value.index <= 12 && word.value.bytes.size() == 4);
+    const DorvSetting* const setting = find_dorv_setting(text.section('\n', 0, 0));
+    if (!setting)
+        return;
+    DorvValues values;
+    try {
+        values = parse_dorv_values(*setting, text.section('\n', 1).split('\n'));
+    } catch (const Failure& failure) {
+        return require(failure.code == ExitCode::Usage);
+    }
+    const DorvValues again = parse_dorv_values(*setting, dorv_words(*setting, values));
+    require(again.numbers == values.numbers && again.bytes == values.bytes);
+}
+
+// The rows of a text that came in pieces are those of a new width. Each eighth character is left
+// out, which parts surrogate pairs.
+void rows(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    RowTable grown(1 + input.size() % 50), wrapped(100);
+    for (int at = 0; at < text.size(); at += 8) {
+        grown.append(text.mid(at, 7));
+        wrapped.append(text.mid(at, 7));
+    }
+    wrapped.set_columns(grown.columns());
+    require(grown.row_count() == wrapped.row_count());
+    for (int row = 0; row < grown.row_count(); ++row)
+        require(grown.row_end(row) == wrapped.row_end(row));
+}
+
+} // namespace
+
+const QMap<QByteArray, Parser> PARSERS = {
+    {"typed", typed}, {"stack", stack}, {"arguments", arguments}, {"rows", rows}};

@@ -39,6 +39,9 @@ const QList<QCommandLineOption> COMMON = {
     {"seed", "Start of all chances and texts: the same seed gives the same run.", "number", "1"},
     {"drop", "Chance, 0 to 1, that a frame (echo and talk: a byte) is lost.", "chance", "0"},
     {"corrupt", "Chance that one bit of a frame (echo and talk: a byte) is turned.", "chance", "0"},
+    {"double", "Chance that a frame (echo and talk: a byte) arrives twice.", "chance", "0"},
+    {"reorder", "Chance that a frame (echo and talk: a byte) arrives behind the next one.", "chance",
+     "0"},
     {"delay", "Hold answers back for this time.", "ms", "0"},
     {"delay-chance", "Chance that --delay holds back an answer.", "chance", "1"},
     {"silent-after", "Fall silent after so many frames (echo and talk: bytes).", "count", "-1"},
@@ -147,6 +150,8 @@ void read_common(const Values& values, Options& options)
     FaultSettings& faults = options.faults;
     faults.drop = values.real("drop", 0, 1);
     faults.corrupt = values.real("corrupt", 0, 1);
+    faults.twice = values.real("double", 0, 1);
+    faults.reorder = values.real("reorder", 0, 1);
     faults.delay = std::chrono::milliseconds(values.integer("delay", 0, 3'600'000));
     faults.delay_chance = values.real("delay-chance", 0, 1);
     faults.silent_after = values.integer("silent-after", -1, INT64_MAX);

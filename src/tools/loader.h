@@ -44,8 +44,8 @@ public:
     // is under way. It is a flush and a write for each request and a read for each reply. After a
     // missed reply the next two requests wait before that flush until what is on its way has come:
     // for the time that the slowest page check took, at least 10 ms and at most 1 s. After a reply
-    // to another request each verify does, for the rest of the run. data points at the first byte of the packet
-    // or block. Results are 0, BLOCK_DIFFERS or a ToolError.
+    // to another request each verify does, for the rest of the run. data points at the first byte
+    // of the packet or block. Results are 0, BLOCK_DIFFERS or a ToolError.
     static constexpr int BLOCK_DIFFERS = 1;
 
     // One exchange, and up to retry_count repeats.

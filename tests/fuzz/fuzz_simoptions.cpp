@@ -24,9 +24,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(parsed.ok);
     require(options.listen_port <= 65535 && in(options.baud, 0, 1e8));
     require(in(options.faults.drop, 0, 1) && in(options.faults.corrupt, 0, 1));
+    require(in(options.faults.twice, 0, 1) && in(options.faults.reorder, 0, 1));
     require(in(options.faults.delay_chance, 0, 1) && in(options.talk.rate, 0, 1e9));
     require(options.talk.line_length >= SHORTEST_LINE && options.talk.size >= 0);
-    require(in(options.boot.rom_size, 1, 1 << 30) && options.boot.name.size() <= 255);
+    require(in(options.boot.rom_size, 1, 1 << 30) && options.boot.name.size() <= 115);
     require(options.cnet_neighbours.size() <= qMax(1000, int(size)));
     for (const CnetDevice& device : options.cnet_neighbours)
         require(in(device.channel, 9, 30) && in(device.rate, 0, 2));

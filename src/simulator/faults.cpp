@@ -36,7 +36,6 @@ void Faults::send_bytes(QByteArray& bytes)
     if (settings.drop <= 0 && settings.corrupt <= 0 && settings.twice <= 0 && settings.reorder <= 0)
         return;
     QByteArray arriving;
-    QByteArray overtaken; // one byte, or none
     for (char byte : qAsConst(bytes)) {
         if (happens(settings.drop))
             continue;
@@ -48,7 +47,7 @@ void Faults::send_bytes(QByteArray& bytes)
         }
         arriving += QByteArray(doubles() ? 2 : 1, byte) + std::exchange(overtaken, {});
     }
-    bytes = arriving + overtaken;
+    bytes = arriving;
 }
 
 std::chrono::milliseconds Faults::next_delay()

@@ -46,4 +46,5 @@ private:
     FaultSettings settings;
     std::mt19937_64 random;
     qint64 units_sent = 0;
+    QByteArray overtaken; // a byte that waits for the next one, or none
 };

@@ -210,7 +210,7 @@ std::array<quint8, 5> read_version(const QString& text)
 QByteArray read_hex(const char* name, const QString& text)
 {
     const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
-    const QByteArray bytes = QByteArray::fromHex(digits);
+    QByteArray bytes = QByteArray::fromHex(digits);
     if (bytes.toHex() != digits)
         throw Mistake{QStringLiteral("--%1 %2: hexadecimal digits, two for each byte, are needed")
                           .arg(QLatin1String(name), text)};

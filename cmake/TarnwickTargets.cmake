@@ -34,11 +34,15 @@ if(TARNWICK_COVERAGE)
   add_link_options(--coverage)
 endif()
 
-# tarnwick_library(<folder> SOURCES ... LINKS ...): the static library of one folder of src/.
+# tarnwick_library(<folder> SOURCES ... LINKS ...): the static library of one folder of src/. Inside,
+# includes name their folder ("links/qlink.h"); a program that adds this tree to its own may leave the
+# folder out.
 function(tarnwick_library name)
   cmake_parse_arguments(LIB "" "" "SOURCES;LINKS" ${ARGN})
   add_library(tarnwick_${name} STATIC ${LIB_SOURCES})
-  target_include_directories(tarnwick_${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+  target_include_directories(tarnwick_${name}
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+    INTERFACE $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
   target_link_libraries(tarnwick_${name} PUBLIC ${LIB_LINKS})
 endfunction()
 

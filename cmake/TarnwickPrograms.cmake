@@ -27,6 +27,9 @@ foreach(program tarnwick tarnwickctl tarnwick-sim)
 endforeach()
 install(FILES ${packaging}/bash-completion/tarnwickctl
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tarnwick)
+if(NOT TARNWICK_GUI)
+  return()
+endif()
 install(FILES ${packaging}/tarnwick.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT tarnwick)
 install(FILES ${packaging}/org.tarnwick.Tarnwick.metainfo.xml

@@ -29,9 +29,9 @@ int main(int argc, char** argv)
                     qPrintable(bytes));
         ++found;
     };
-    QObject::connect(
-        &radio, QOverload<int, int, const cnet_search_response*>::of(&CnetCfg::dev_found), &radio,
-        print, Qt::DirectConnection);
+    QObject::connect(&radio,
+                     QOverload<int, int, const cnet_search_response*>::of(&CnetCfg::dev_found),
+                     &radio, print, Qt::DirectConnection);
     QObject::connect(&radio, &QThread::finished, &app, &QCoreApplication::quit);
 
     radio.search_all((1U << CNET_CHANNELS) - 1, (1U << CNET_RATES) - 1);

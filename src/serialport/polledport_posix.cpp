@@ -186,5 +186,5 @@ void PolledPort::lose()
 {
     lost = true;
     failure = {QSerialPort::ResourceError, QextSerialPort::tr("the device has gone")};
-    emit PortWatch::instance().lost(name);
+    emit PortWatch::instance().lost_in_call(name);
 }

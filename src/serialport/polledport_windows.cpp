@@ -358,4 +358,4 @@ QSerialPort::SerialPortError PolledPort::error()
     return state->failure.code;
 }
 
-#include "polledport_thread.moc"
+#include "polledport_windows.moc"

@@ -1,7 +1,7 @@
 // A framer for cnet devices that gives up a local device which stays busy.
 #pragma once
 
-#include "qframercnet.h"
+#include "framers/qframercnet.h"
 
 #include <QThread>
 

@@ -1,6 +1,6 @@
-#include "cnetaddress.h"
+#include "cli/cnetaddress.h"
 
-#include "cnetframe.h"
+#include "tools/cnetframe.h"
 
 Parsed<CnetAddress> parse_cnet_address(const QString& text)
 {

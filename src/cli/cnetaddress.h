@@ -1,7 +1,7 @@
 // Addresses and settings of cnet devices as text. Pure.
 #pragma once
 
-#include "hexbytes.h"
+#include "cli/hexbytes.h"
 
 struct CnetAddress
 {

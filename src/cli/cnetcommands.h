@@ -1,8 +1,8 @@
 // What the commands of the cnet family share.
 #pragma once
 
-#include "cnetcfg.h"
-#include "stackoptions.h"
-#include "usage.h"
+#include "cli/stackoptions.h"
+#include "cli/usage.h"
+#include "tools/cnetcfg.h"
 
 Command cnet_search_command();

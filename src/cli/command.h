@@ -1,8 +1,8 @@
 // What the program knows of each of its commands, and what a command is given to run.
 #pragma once
 
-#include "console.h"
-#include "interrupts.h"
+#include "cli/console.h"
+#include "cli/interrupts.h"
 
 #include <QCommandLineParser>
 #include <QStringList>

@@ -1,12 +1,12 @@
 // tarnwickctl checksum: the check values that devices and frames use.
-#include "command.h"
+#include "cli/command.h"
 
-#include "crc.h"
-#include "failure.h"
-#include "hexbytes.h"
-#include "md5.h"
-#include "payload.h"
-#include "sums.h"
+#include "checksum/crc.h"
+#include "checksum/md5.h"
+#include "checksum/sums.h"
+#include "cli/failure.h"
+#include "cli/hexbytes.h"
+#include "cli/payload.h"
 
 namespace {
 QByteArray big_endian(quint32 value, int size)

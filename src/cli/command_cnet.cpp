@@ -1,7 +1,7 @@
 // tarnwickctl cnet info, get, set, value: settings of cnet devices.
-#include "cnetcommands.h"
+#include "cli/cnetcommands.h"
 
-#include "cnetaddress.h"
+#include "cli/cnetaddress.h"
 
 #include <QFile>
 #include <QJsonArray>

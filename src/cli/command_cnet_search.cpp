@@ -1,9 +1,9 @@
 // tarnwickctl cnet search: which devices answer, on which channels and rates.
-#include "cnetcommands.h"
+#include "cli/cnetcommands.h"
 
-#include "cnetaddress.h"
-#include "hextext.h"
-#include "progress.h"
+#include "checksum/hextext.h"
+#include "cli/cnetaddress.h"
+#include "cli/progress.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>

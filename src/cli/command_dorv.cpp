@@ -1,10 +1,10 @@
 // tarnwickctl dorv get, set, list: the settings of a Dorv module.
-#include "dorvcommands.h"
+#include "cli/dorvcommands.h"
 
-#include "atreply.h"
-#include "dorvsettings.h"
-#include "hexbytes.h"
-#include "usage.h"
+#include "cli/dorvsettings.h"
+#include "cli/hexbytes.h"
+#include "cli/usage.h"
+#include "tools/atreply.h"
 
 #include <QJsonArray>
 

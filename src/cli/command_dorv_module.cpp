@@ -1,9 +1,9 @@
 // tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
-#include "dorvcommands.h"
+#include "cli/dorvcommands.h"
 
-#include "confirm.h"
-#include "qframerchan.h"
-#include "usage.h"
+#include "cli/confirm.h"
+#include "cli/usage.h"
+#include "framers/qframerchan.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

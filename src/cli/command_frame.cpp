@@ -1,11 +1,11 @@
 // tarnwickctl frame: payload through a stack of framers, by hand.
-#include "command.h"
+#include "cli/command.h"
 
-#include "failure.h"
-#include "hexbytes.h"
-#include "payload.h"
-#include "qframer.h"
-#include "stackoptions.h"
+#include "cli/failure.h"
+#include "cli/hexbytes.h"
+#include "cli/payload.h"
+#include "cli/stackoptions.h"
+#include "framers/qframer.h"
 
 #include <QElapsedTimer>
 

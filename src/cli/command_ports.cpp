@@ -1,7 +1,7 @@
 // tarnwickctl ports: the serial ports of this machine.
-#include "command.h"
+#include "cli/command.h"
 
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 // tarnwickctl upgrade: new firmware for a module.
-#include "command.h"
+#include "cli/command.h"
 
-#include "upgrade.h"
+#include "cli/upgrade.h"
 
 static UpgradeSettings settings_of(const Invocation& invocation)
 {

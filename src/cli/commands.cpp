@@ -1,4 +1,4 @@
-#include "command.h"
+#include "cli/command.h"
 
 QList<Command> all_commands()
 {

@@ -1,6 +1,6 @@
-#include "confirm.h"
+#include "cli/confirm.h"
 
-#include "failure.h"
+#include "cli/failure.h"
 
 #ifdef Q_OS_UNIX
 #include <poll.h>

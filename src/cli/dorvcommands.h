@@ -1,6 +1,6 @@
 // What the commands of the dorv family share.
 #pragma once
 
-#include "dorvsession.h"
+#include "cli/dorvsession.h"
 
 QList<Command> dorv_module_commands();

@@ -1,6 +1,6 @@
-#include "dorvsession.h"
+#include "cli/dorvsession.h"
 
-#include "usage.h"
+#include "cli/usage.h"
 
 static const char NO_ANSWER_ADVICE[] =
     "Is the module on and in command mode? `tarnwickctl dorv mode "

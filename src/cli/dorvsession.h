@@ -1,8 +1,8 @@
 // A way to a Dorv module: its link open, and the operations on it.
 #pragma once
 
-#include "dorvcfg.h"
-#include "stackoptions.h"
+#include "cli/stackoptions.h"
+#include "tools/dorvcfg.h"
 
 struct DorvSession
 {

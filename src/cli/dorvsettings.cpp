@@ -1,8 +1,8 @@
-#include "dorvsettings.h"
+#include "cli/dorvsettings.h"
 
-#include "dorvcfg.h"
-#include "hexbytes.h"
-#include "usage.h"
+#include "cli/hexbytes.h"
+#include "cli/usage.h"
+#include "tools/dorvcfg.h"
 
 namespace {
 using Values = DorvValues;

@@ -1,7 +1,7 @@
-#include "exchangelog.h"
+#include "cli/exchangelog.h"
 
-#include "failure.h"
-#include "hexbytes.h"
+#include "cli/failure.h"
+#include "cli/hexbytes.h"
 
 #include <QDateTime>
 #include <algorithm>

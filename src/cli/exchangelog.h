@@ -6,7 +6,7 @@
 //   2026-05-04T10:20:30.632 ldr: device reboot    what a layer tells
 #pragma once
 
-#include "console.h"
+#include "cli/console.h"
 
 #include <QFile>
 

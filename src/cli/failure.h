@@ -1,7 +1,7 @@
 // Why a command ends early. Thrown by the commands and what they call, caught in one place.
 #pragma once
 
-#include "exitcode.h"
+#include "cli/exitcode.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "helptext.h"
+#include "cli/helptext.h"
 
-#include "exitcode.h"
-#include "stackoptions.h"
+#include "cli/exitcode.h"
+#include "cli/stackoptions.h"
 
 static const char OVERVIEW_HEAD[] =
     "tarnwickctl talks to radio modules over a serial port or the network: it upgrades their\n"

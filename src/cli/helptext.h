@@ -1,7 +1,7 @@
 // What --help shows.
 #pragma once
 
-#include "command.h"
+#include "cli/command.h"
 
 // All options that a command takes: its own, the link's if it uses one, and those of every command.
 QList<QCommandLineOption> options_of(const Command& command);

@@ -1,6 +1,6 @@
-#include "hexbytes.h"
+#include "cli/hexbytes.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 Parsed<QByteArray> parse_hex_bytes(const QString& text)
 {

@@ -1,7 +1,7 @@
 // Bytes as people type them: pairs of hexadecimal digits, with blanks, colons or nothing between.
 #pragma once
 
-#include "spectext.h"
+#include "cli/spectext.h"
 
 #include <QByteArray>
 

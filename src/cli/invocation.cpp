@@ -1,7 +1,7 @@
-#include "command.h"
+#include "cli/command.h"
 
-#include "failure.h"
-#include "spectext.h"
+#include "cli/failure.h"
+#include "cli/spectext.h"
 
 Invocation::Invocation(const Command& command, const QCommandLineParser& parser,
                        QStringList arguments, Console& console, Interrupts& interrupts)

@@ -1,5 +1,5 @@
 // tarnwickctl: the device library from a shell.
-#include "program.h"
+#include "cli/program.h"
 
 #include <QCoreApplication>
 

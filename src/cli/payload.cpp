@@ -1,7 +1,7 @@
-#include "payload.h"
+#include "cli/payload.h"
 
-#include "hexbytes.h"
-#include "usage.h"
+#include "cli/hexbytes.h"
+#include "cli/usage.h"
 
 #include <QFile>
 #include <limits>

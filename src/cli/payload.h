@@ -1,7 +1,7 @@
 // The bytes that a command is to work on: a file, standard input, or the command line.
 #pragma once
 
-#include "command.h"
+#include "cli/command.h"
 
 QList<QCommandLineOption> payload_options();
 

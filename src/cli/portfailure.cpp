@@ -1,4 +1,4 @@
-#include "portfailure.h"
+#include "cli/portfailure.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,9 +1,9 @@
-#include "program.h"
+#include "cli/program.h"
 
-#include "command.h"
-#include "failure.h"
-#include "helptext.h"
-#include "stackoptions.h"
+#include "cli/command.h"
+#include "cli/failure.h"
+#include "cli/helptext.h"
+#include "cli/stackoptions.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "spectext.h"
+#include "cli/spectext.h"
 
 #include <algorithm>
 

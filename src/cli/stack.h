@@ -1,9 +1,9 @@
 // A link with its framers, assembled from their description.
 #pragma once
 
-#include "failure.h"
-#include "stackspec.h"
-#include "tracedlink.h"
+#include "cli/failure.h"
+#include "cli/stackspec.h"
+#include "cli/tracedlink.h"
 
 #include <QThread>
 #include <atomic>

@@ -1,6 +1,6 @@
-#include "stackoptions.h"
+#include "cli/stackoptions.h"
 
-#include "usage.h"
+#include "cli/usage.h"
 
 static constexpr int LONGEST_TIMEOUT_MS = 600'000;
 

@@ -1,8 +1,8 @@
 // The options that say how a device is connected, and the stack that they describe.
 #pragma once
 
-#include "command.h"
-#include "stack.h"
+#include "cli/command.h"
+#include "cli/stack.h"
 
 // --frame is among them for commands that speak through framers.
 QList<QCommandLineOption> stack_options(Needs needs);

@@ -1,8 +1,8 @@
-#include "stackspec.h"
+#include "cli/stackspec.h"
 
-#include "hexbytes.h"
-#include "qframerchan.h"
-#include "tcpip_cfg.h"
+#include "cli/hexbytes.h"
+#include "framers/qframerchan.h"
+#include "links/tcpip_cfg.h"
 
 #include <algorithm>
 

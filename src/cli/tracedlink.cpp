@@ -1,4 +1,4 @@
-#include "tracedlink.h"
+#include "cli/tracedlink.h"
 
 int TracedLink::open()
 {

@@ -1,8 +1,8 @@
 // A link that passes everything to another one and tells a log of each exchange.
 #pragma once
 
-#include "exchangelog.h"
-#include "qlink.h"
+#include "cli/exchangelog.h"
+#include "links/qlink.h"
 
 #include <atomic>
 

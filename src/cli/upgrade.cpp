@@ -1,9 +1,9 @@
-#include "upgrade.h"
+#include "cli/upgrade.h"
 
-#include "failure.h"
-#include "hextext.h"
-#include "loader.h"
-#include "progress.h"
+#include "checksum/hextext.h"
+#include "cli/failure.h"
+#include "cli/progress.h"
+#include "tools/loader.h"
 
 #include <QFileInfo>
 

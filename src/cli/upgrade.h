@@ -1,9 +1,9 @@
 // One firmware upgrade for a person: what the loader tells becomes progress, notes and a verdict.
 #pragma once
 
-#include "console.h"
-#include "interrupts.h"
-#include "stackoptions.h"
+#include "cli/console.h"
+#include "cli/interrupts.h"
+#include "cli/stackoptions.h"
 
 #include <QElapsedTimer>
 #include <QStringList>

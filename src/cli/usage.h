@@ -1,8 +1,8 @@
 // What a text from the command line stands for, or a failure that points at its mistake.
 #pragma once
 
-#include "failure.h"
-#include "spectext.h"
+#include "cli/failure.h"
+#include "cli/spectext.h"
 
 template <typename Value>
 Value parsed_or_usage(const QString& name, const QString& text, const Parsed<Value>& parsed,

@@ -2,13 +2,13 @@
 // loop.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <QSerialPort>
 #include <QtGlobal>
 #include <memory>
 #ifdef Q_OS_UNIX
-#include "tty.h"
+#include "serialport/tty.h"
 class QDeadlineTimer;
 #else
 #include <thread>

@@ -1,8 +1,8 @@
 // The polled port on a file descriptor: each call does its work on the caller's thread, against one
 // deadline.
-#include "polledport.h"
+#include "serialport/polledport.h"
 
-#include "portwatch.h"
+#include "serialport/portwatch.h"
 
 #include <QDeadlineTimer>
 #include <QThread>

@@ -1,9 +1,9 @@
 // The polled port where ports are no file descriptors: a QSerialPort on an I/O thread of its own,
 // behind a guarded buffer.
-#include "polledport.h"
+#include "serialport/polledport.h"
 
-#include "portwatch.h"
-#include "tty.h"
+#include "serialport/portwatch.h"
+#include "serialport/tty.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -1,6 +1,6 @@
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
-#include "portwatch.h"
+#include "serialport/portwatch.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 // One run of Loader from start to end, and its settings.
 
-#include "loader.h"
+#include "tools/loader.h"
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,12 +1,12 @@
 // What people write, in the send area and on the command line, and the grid that shows received
 // text.
-#include "cnetaddress.h"
-#include "dorvsettings.h"
-#include "failure.h"
+#include "cli/cnetaddress.h"
+#include "cli/dorvsettings.h"
+#include "cli/failure.h"
+#include "cli/stackspec.h"
 #include "fuzzing.h"
-#include "rowtable.h"
-#include "sendtext.h"
-#include "stackspec.h"
+#include "terminal/rowtable.h"
+#include "terminal/sendtext.h"
 
 namespace {
 

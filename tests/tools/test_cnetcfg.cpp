@@ -1,6 +1,6 @@
 // CnetCfg: its operations on one device, and the search on the air.
-#include "cnetcfg.h"
 #include "toolrun.h"
+#include "tools/cnetcfg.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

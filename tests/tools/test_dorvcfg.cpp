@@ -1,7 +1,7 @@
 // What the Dorv module is told and asked, and what is made of its replies.
-#include "dorvcfg.h"
-#include "qframernull.h"
-#include "qframerrwlt.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrwlt.h"
+#include "tools/dorvcfg.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

@@ -118,7 +118,7 @@ QextSerialEnumerator::QextSerialEnumerator(QObject* parent)
     : QObject(parent)
 {
     qRegisterMetaType<QextPortInfo>("QextPortInfo");
-    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &QextSerialEnumerator::compare);
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &QextSerialEnumerator::look_at);
     connect(&timer, &QTimer::timeout, this, &QextSerialEnumerator::compare);
 }
 
@@ -222,6 +222,24 @@ static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const Qex
     return found == ports.cend() ? nullptr : &*found;
 }
 
+static bool has_gone(const QString& open_port)
+{
+    return open_port.startsWith('/') && !leads_to_device(open_port);
+}
+
+// Each terminal that opens changes the folder of the pseudo-terminals, and a list of all ports
+// takes milliseconds. So a folder of devices only leads to one when a device has gone.
+void QextSerialEnumerator::look_at(const QString& folder)
+{
+    const auto gone = [](const QextPortInfo& port) {
+        return port.enumName == "virtual" && !leads_to_device(port.portName);
+    };
+    if (folder == "/dev" || folder == virtual_ports_folder() ||
+        std::any_of(known.cbegin(), known.cend(), gone) ||
+        std::any_of(unlisted.cbegin(), unlisted.cend(), has_gone))
+        compare();
+}
+
 void QextSerialEnumerator::compare()
 {
     const QList<QextPortInfo> before = known;
@@ -237,7 +255,7 @@ void QextSerialEnumerator::compare()
         if (alive && !find_port(before, port))
             emit deviceDiscovered(port);
     for (const QString& port_name : alive ? QStringList(unlisted) : QStringList())
-        if (alive && port_name.startsWith('/') && !leads_to_device(port_name))
+        if (alive && has_gone(port_name))
             report_lost(port_name);
 }
 

@@ -54,6 +54,7 @@ signals:
     void deviceRemoved(QextPortInfo info);
 
 private:
+    void look_at(const QString& folder);
     void compare();
     // An open port has lost its device: it is gone, whatever the folders say. Tells it once.
     void report_lost(const QString& port_name);

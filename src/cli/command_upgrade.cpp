@@ -1,9 +1,8 @@
 // tarnwickctl upgrade: new firmware for a module.
-#include "command.h"
-
 #include "upgrade.h"
 
-static UpgradeSettings settings_of(const Invocation& invocation)
+namespace {
+UpgradeSettings settings_of(const Invocation& invocation)
 {
     constexpr int LONGEST_WAIT_MS = 600'000;
     UpgradeSettings settings;
@@ -17,7 +16,7 @@ static UpgradeSettings settings_of(const Invocation& invocation)
     return settings;
 }
 
-static void run_upgrade(Invocation& invocation)
+void run_upgrade(Invocation& invocation)
 {
     const UpgradeSettings settings = settings_of(invocation);
     check_firmware_file(settings.file);
@@ -30,11 +29,12 @@ static void run_upgrade(Invocation& invocation)
     invocation.console.result({{"result", "upgraded"},
                                {"file", settings.file},
                                {"bytes", result.file_size},
-                               {"wire_bytes_sent", connection.stack.link().bytes_sent()},
+                               {"wire_bytes_sent", qint64(connection.stack.link().bytes_sent())},
                                {"seconds", double(result.elapsed_ms) / 1000},
                                {"device", result.soft_info},
                                {"hard_info", result.hard_info}});
 }
+} // namespace
 
 QList<Command> upgrade_commands()
 {
@@ -53,7 +53,7 @@ QList<Command> upgrade_commands()
          {{"packet", "Most bytes of the file in one packet; the device may take fewer.", "bytes",
            "1024"},
           {"retries", "How often a packet or a question is sent before giving up.", "count", "5"},
-          {"interval", "Pause behind each packet, for slow devices.", "ms", "0"},
+          {"interval", "Pause after each packet, for slow devices.", "ms", "0"},
           {"reset-wait", "How long the device takes to start its boot code.", "ms", "2000"},
           {"verify-wait", "How long the device takes to verify the whole file.", "ms", "1000"}},
          Needs::Stack,

@@ -83,11 +83,8 @@ UpgradeResult Upgrade::run()
         run_clock.start();
         loader.upgrade_start();
     };
-    connection.stack.run_worker(loader, start, [this, &loader](bool opened) {
-        if (opened)
-            return;
+    connection.stack.run_worker(loader, start, [&loader] {
         // The run finds no link at its first question, and asks it once.
-        link_failed = true;
         loader.retry_count_set(0);
         loader.send_interval_set(0);
     });
@@ -107,7 +104,7 @@ void Upgrade::connect_signals(Loader& loader)
         QObject::connect(&loader, signal, &loader, receiver, Qt::DirectConnection);
     };
     on(&Loader::log, [this](const QString& line) {
-        connection.log.told(line);
+        connection.log.note(line);
         note_log(line);
     });
     on(&Loader::msgbox, [this](const QString& text) { boxes.append(text); });
@@ -160,8 +157,6 @@ void Upgrade::show_progress(int file_size, int offset)
 Failure Upgrade::failure() const
 {
     const Stack& stack = connection.stack;
-    if (link_failed)
-        return stack.open_failure();
     if (interrupts.raised())
         return {ExitCode::Interrupted, "the upgrade was stopped",
                 QString("The device wasn't restarted and may wait in its boot code. ") + RERUN};

@@ -3,7 +3,7 @@
 
 #include "console.h"
 #include "interrupts.h"
-#include "stackoptions.h"
+#include "session.h"
 
 #include <QElapsedTimer>
 #include <QStringList>
@@ -55,7 +55,6 @@ private:
     QStringList boxes; // what the loader wants a person to see
     QString trouble;   // the last log line that tells of a fault
     ExitCode trouble_code = ExitCode::NoAnswer;
-    bool link_failed = false;
     bool sending = false;
     QElapsedTimer run_clock;
     QElapsedTimer pages_clock;

@@ -53,7 +53,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},
         // A module that answers everything in the same words
-        {"dorv reboot --link serial:parrot --timeout 50", 1, "module answered"},
+        {"dorv reboot --link serial:parrot --timeout 50", 1, "echoes"},
         {"dorv get appkey --link serial:parrot --timeout 50", 1, "echo"},
         {"dorv get deveui --link serial:parrot --timeout 50", 1, ""},
         {"dorv get class --link serial:parrot --timeout 50", 1, ""},

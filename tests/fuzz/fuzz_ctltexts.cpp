@@ -9,34 +9,34 @@ namespace {
 
 void number_mask(const QString& text, int least, int most)
 {
-    const Parsed<quint32> mask = parse_number_mask(text, least, most);
-    if (!holds(text, mask))
+    const auto parse = [&](const Piece& piece) { return parse_number_mask(piece, least, most); };
+    const auto mask = parsed(text, parse);
+    if (!mask)
         return;
     QStringList numbers;
     for (int number = least; number <= most; ++number) {
-        if ((mask.value >> (number - least) & 1) != 0)
+        if ((*mask >> (number - least) & 1) != 0)
             numbers += QString::number(number);
     }
-    require(!numbers.isEmpty() && (quint64(mask.value) >> (most - least + 1)) == 0);
-    require(parse_number_mask(numbers.join(','), least, most).value == mask.value);
+    require(!numbers.isEmpty() && (std::uint64_t(*mask) >> (most - least + 1)) == 0);
+    require(parse(numbers.join(',')) == *mask);
 }
 
 void hex_bytes(const QString& text)
 {
-    const Parsed<QByteArray> bytes = parse_hex_bytes(text);
-    if (holds(text, bytes) && !bytes.value.isEmpty())
-        require(parse_hex_bytes(shown(bytes.value)).value == bytes.value);
-    const Parsed<CnetAddress> address = parse_cnet_address(text);
-    if (holds(text, address))
-        require(address.value.bytes == bytes.value &&
-                address.value.bytes.size() == (address.value.is_long() ? 8 : 2));
+    const auto bytes = parsed(text, parse_hex_bytes);
+    if (bytes && !bytes->isEmpty())
+        require(parse_hex_bytes(shown(*bytes)) == *bytes);
+    const auto address = parsed(text, parse_cnet_address);
+    if (address)
+        require(address->bytes == *bytes && address->bytes.size() == (address->is_long() ? 8 : 2));
 }
 
 void cnet_word(const QString& text)
 {
-    const Parsed<CnetWord> word = parse_cnet_word(text);
-    if (holds(text, word))
-        require(word.value.index >= 0 && word.value.index <= 12 && word.value.bytes.size() == 4);
+    const auto word = parsed(text, parse_cnet_word);
+    if (word)
+        require(word->index >= 0 && word->index <= 12 && word->bytes.size() == 4);
 }
 
 // One word a line behind the setting's name.
@@ -49,7 +49,7 @@ void module_values(const QString& text)
         const DorvValues values = parse_dorv_values(*setting, text.section('\n', 1).split('\n'));
         const DorvValues again = parse_dorv_values(*setting, dorv_words(*setting, values));
         require(again.numbers == values.numbers && again.bytes == values.bytes);
-        for (int i = 0; i < values.numbers.size() && !setting->fields[i].words; ++i)
+        for (int i = 0; i < values.numbers.size() && setting->fields[i].words.isEmpty(); ++i)
             require(values.numbers[i] >= setting->fields[i].least &&
                     values.numbers[i] <= setting->fields[i].most);
     } catch (const Failure& failure) {

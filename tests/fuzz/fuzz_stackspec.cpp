@@ -3,7 +3,7 @@
 
 #include "fuzzing.h"
 #include "specfuzz.h"
-#include "stackspec.h"
+#include "stacktext.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ const char* const KINDS[] = {"serial", "tcp", "udp", "rawtcp", "rawudp", "broadc
 const char* const FRAMERS[] = {"none", "crc16", "rtu:", "chan:", "cnet:", "rwlt", "dorv:"};
 const char* const MODES[] = {"raw", "mac", "pmac", "radio", "data"};
 
-QString written(const LinkSpec& link)
+QString written(const LinkDescription& link)
 {
     const QString kind = QString(KINDS[int(link.kind)]) + ':';
     if (link.kind == LinkKind::Serial) {
@@ -34,10 +34,10 @@ QString written(const LinkSpec& link)
            QString::number(link.remote_port);
 }
 
-QString written(const FramerSpecs& framers)
+QString written(const QVector<FramerDescription>& framers)
 {
     QStringList texts;
-    for (const FramerSpec& framer : framers) {
+    for (const FramerDescription& framer : framers) {
         QString text = FRAMERS[int(framer.kind)];
         if (framer.kind == FramerKind::Rtu)
             text += QString::number(framer.number);
@@ -60,15 +60,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QString input = QString::fromUtf8(reinterpret_cast<const char*>(data), int(size));
     const QString link_text = input.section('\n', 0, 0);
     const QString framers_text = input.section('\n', 1);
-    const Parsed<LinkSpec> link = parse_link(link_text);
-    if (holds(link_text, link))
-        require(written(parse_link(written(link.value)).value) == written(link.value));
-    const Parsed<FramerSpecs> framers = parse_framers(framers_text);
-    if (!holds(framers_text, framers))
+    const auto link = parsed(link_text, parse_link);
+    if (link)
+        require(written(parse_link(written(*link))) == written(*link));
+    const auto framers = parsed(framers_text, parse_framers);
+    if (!framers)
         return 0;
-    require(!framers.value.isEmpty());
-    require(written(parse_framers(written(framers.value)).value) == written(framers.value));
-    if (const auto misfit = find_misfit(link.value, framers.value))
-        require_place(framers_text, *misfit);
+    require(!framers->isEmpty());
+    require(written(parse_framers(written(*framers))) == written(*framers));
+    parsed(framers_text, [&](const Piece&) {
+        check_fit(link.value_or(LinkDescription()), *framers);
+        return true;
+    });
     return 0;
 }

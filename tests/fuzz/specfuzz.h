@@ -1,21 +1,21 @@
-// What must hold of every mistake in a text that a user wrote.
+// What must hold of every mistake in a text that a user typed.
 #pragma once
 
 #include "fuzzing.h"
-#include "spectext.h"
+#include "typedtext.h"
 
-// The place lies in the text, or just behind it.
-inline void require_place(const QString& text, const SpecError& error)
+// What parse(text) returns; nothing for a mistake, whose place is in the text or right after it.
+template <typename Parse> auto parsed(const QString& text, Parse parse)
 {
-    const int size = int(text.size());
-    require(!error.message.isEmpty() && error.column >= 0 && error.length >= 1);
-    require(error.column <= size && error.column + error.length <= qMax(size, error.column + 1));
-    require(pointed_at(text, error).contains('^'));
-}
-
-template <typename Value> bool holds(const QString& text, const Parsed<Value>& parsed)
-{
-    if (parsed.error)
-        require_place(text, *parsed.error);
-    return !parsed.error;
+    std::optional<decltype(parse(text))> value;
+    try {
+        value = parse(text);
+    } catch (const TextError& error) {
+        const int size = int(text.size());
+        require(!error.message.isEmpty() && error.column >= 0 && error.length >= 1);
+        require(error.column <= size &&
+                error.column + error.length <= qMax(size, error.column + 1));
+        require(pointed_at(text, error).contains('^'));
+    }
+    return value;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, runs each fuzz target for 3 seconds and then all tests. With --long
-# each fuzz target runs for five minutes, and the soak programs come last and print their figures.
+# Installs what is missing, builds, fuzzes each parser for 3 seconds and then runs all tests. With --long
+# each parser is fuzzed for five minutes, and the soak programs come last and print their figures.
 set -eu
 cd "$(dirname "$0")"
 fuzz_seconds=3

@@ -1,5 +1,6 @@
 // Frames a second through each stack of framers over a link in memory, as multiples of the bare
-// QFramerNull in the same run, and the heap allocations that a frame costs.
+// QFramerNull in the same run, and the heap allocations that a frame costs: a usual telegram, a
+// page of firmware, and the longest frame that needs no heap.
 #include "qframerchan.h"
 #include "qframercnet.h"
 #include "qframercrc16.h"
@@ -41,8 +42,8 @@ void* realloc(void* block, std::size_t size)
 
 namespace {
 
-constexpr int PAYLOAD = 64; // a usual telegram
-constexpr int EXCHANGES = 20000;
+constexpr int PAYLOADS[] = {64, 4096, 64 * 1024};
+constexpr int BYTES_A_ROUND = 64 * 20000; // in each direction, whatever the payload is
 constexpr int ROUNDS = 15; // interleaved, so that a busy moment doesn't hit one stack alone
 constexpr int FRAMES_AN_EXCHANGE = 2;
 
@@ -110,18 +111,20 @@ struct Row
     QFramer& (*framer)(Stacks&);
     std::vector<std::string> reply;  // to a write, read by read
     std::vector<std::string> report; // what a read then meets; empty: the frame that was written
+    int room;                        // in the buffer of a read
 };
 
-bool measure(const Row& row, Stacks& stacks, std::vector<double>& frame_rates, double& per_frame)
+bool measure(const Row& row, Stacks& stacks, const std::string& payload,
+             std::vector<double>& frame_rates, double& per_frame)
 {
     using Clock = std::chrono::steady_clock;
     QFramer& framer = row.framer(stacks);
-    char payload[PAYLOAD];
-    std::memset(payload, 0x5A, sizeof payload);
-    char back[2 * PAYLOAD]; // a report in hexadecimal needs the room
+    const int size = int(payload.size());
+    const int exchanges = BYTES_A_ROUND / size;
+    std::vector<char> back(std::size_t(row.room), '\0');
 
     stacks.link = {};
-    framer.write(payload, PAYLOAD);
+    framer.write(payload.data(), size);
     stacks.link.script = row.reply;
     if (row.report.empty())
         stacks.link.script.push_back(stacks.link.written);
@@ -130,61 +133,71 @@ bool measure(const Row& row, Stacks& stacks, std::vector<double>& frame_rates, d
 
     const long before = allocations;
     const auto start = Clock::now();
-    for (int i = 0; i < EXCHANGES; ++i)
-        if (framer.write(payload, PAYLOAD) < PAYLOAD || framer.read(back, sizeof back) != PAYLOAD)
+    for (int i = 0; i < exchanges; ++i)
+        if (framer.write(payload.data(), size) < size || framer.read(back.data(), row.room) != size)
             return false;
     const std::chrono::duration<double> taken = Clock::now() - start;
-    frame_rates.push_back(EXCHANGES * FRAMES_AN_EXCHANGE / taken.count());
-    per_frame = double(allocations - before) / (EXCHANGES * FRAMES_AN_EXCHANGE);
-    return std::memcmp(payload, back, PAYLOAD) == 0;
+    frame_rates.push_back(exchanges * FRAMES_AN_EXCHANGE / taken.count());
+    per_frame = double(allocations - before) / (exchanges * FRAMES_AN_EXCHANGE);
+    return std::memcmp(payload.data(), back.data(), payload.size()) == 0;
 }
 
-} // namespace
-
-int main()
+std::vector<Row> rows_for(const std::string& payload)
 {
     const std::string sent("\xAA\x01\x00\x55", 4);
-    const std::string payload(PAYLOAD, '\x5A');
     std::string hex;
-    for (int i = 0; i < PAYLOAD; ++i)
+    for (std::size_t i = 0; i < payload.size(); ++i)
         hex += "5A";
     char guarded_sent[CnetLocalResponse::SIZE + Crc16Frame::OVERHEAD];
     Crc16Frame{sent}.build(guarded_sent);
 
-    const std::vector<Row> rows = {
-        {"null", [](Stacks& s) -> QFramer& { return s.null; }, {}, {}},
-        {"crc16", [](Stacks& s) -> QFramer& { return s.crc16; }, {}, {}},
-        {"rtu", [](Stacks& s) -> QFramer& { return s.rtu; }, {}, {}},
-        {"chan", [](Stacks& s) -> QFramer& { return s.chan; }, {}, {}},
-        {"rwlt", [](Stacks& s) -> QFramer& { return s.rwlt; }, {}, {}},
-        {"cnet", [](Stacks& s) -> QFramer& { return s.cnet; }, {sent}, {}},
-        {"crc16 on chan", [](Stacks& s) -> QFramer& { return s.chan_crc16; }, {}, {}},
+    const int size = int(payload.size());
+    std::vector<Row> rows = {
+        {"null", [](Stacks& s) -> QFramer& { return s.null; }, {}, {}, size},
+        {"crc16", [](Stacks& s) -> QFramer& { return s.crc16; }, {}, {}, size},
+        {"rtu", [](Stacks& s) -> QFramer& { return s.rtu; }, {}, {}, size},
+        {"chan", [](Stacks& s) -> QFramer& { return s.chan; }, {}, {}, size},
+        {"rwlt", [](Stacks& s) -> QFramer& { return s.rwlt; }, {}, {}, size},
+        {"cnet", [](Stacks& s) -> QFramer& { return s.cnet; }, {sent}, {}, size},
+        {"crc16 on chan", [](Stacks& s) -> QFramer& { return s.chan_crc16; }, {}, {}, size},
         {"cnet on crc16",
          [](Stacks& s) -> QFramer& { return s.crc16_cnet; },
          {{guarded_sent, sizeof guarded_sent}},
-         {}},
+         {},
+         size},
         {"dorv",
          [](Stacks& s) -> QFramer& { return s.dorv; },
          {"ok\r\n"},
-         {"+radiorx=64\r\n", payload}},
+         {"+radiorx=" + std::to_string(size) + "\r\n", payload},
+         size},
         {"dorv raw",
          [](Stacks& s) -> QFramer& { return s.dorv_raw; },
          {"ok\r\n"},
-         {"+radiorx=-70,9," + hex + "\r\n"}},
+         {"+radiorx=-70,9," + hex + "\r\n"},
+         2 * size}, // the line needs the room
     };
+    const auto too_long = [&](const Row& row) {
+        return size > CnetFrame::PAYLOAD_MAX && std::strstr(row.name, "cnet");
+    };
+    rows.erase(std::remove_if(rows.begin(), rows.end(), too_long), rows.end());
+    return rows;
+}
 
+bool run(const std::string& payload)
+{
+    const std::vector<Row> rows = rows_for(payload);
     std::vector<std::vector<double>> rates(rows.size());
     std::vector<double> per_frame(rows.size());
     Stacks stacks;
     for (int round = 0; round < ROUNDS; ++round)
         for (std::size_t i = 0; i < rows.size(); ++i)
-            if (!measure(rows[i], stacks, rates[i], per_frame[i])) {
+            if (!measure(rows[i], stacks, payload, rates[i], per_frame[i])) {
                 std::fprintf(stderr, "framers: %s lost a frame\n", rows[i].name);
-                return EXIT_FAILURE;
+                return false;
             }
 
-    std::printf("%d bytes of payload, one frame down and one up\n%-16s%16s%12s%16s\n", PAYLOAD,
-                "stack", "frames a second", "to null", "allocations");
+    std::printf("%d bytes of payload, one frame down and one up\n%-16s%16s%12s%16s\n",
+                int(payload.size()), "stack", "frames a second", "to null", "allocations");
     double of_null = 0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         std::sort(rates[i].begin(), rates[i].end());
@@ -194,5 +207,15 @@ int main()
         std::printf("%-16s%16.0f%12.3f%16.2f\n", rows[i].name, median, median / of_null,
                     per_frame[i]);
     }
+    return true;
+}
+
+} // namespace
+
+int main()
+{
+    for (const int size : PAYLOADS)
+        if (!run(std::string(std::size_t(size), '\x5A')))
+            return EXIT_FAILURE;
     return EXIT_SUCCESS;
 }

@@ -1,5 +1,7 @@
 // What the window takes beside receiving: the accuracy of auto send, the answer to clicks while a
-// file goes out, memory behind a peer that never reads, the rest after an unplug, and long lists.
+// file goes out, memory behind a peer that never reads, a close before all is out, the rest after
+// an unplug, and long lists.
+#include "stallwatch.h"
 #include "windowtest.h"
 
 #include <QAction>
@@ -27,34 +29,6 @@ double resident_mb()
     return file.readAll().split(' ').at(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-// The longest time between two turns of the event loop.
-class StallWatch : public QObject
-{
-public:
-    StallWatch()
-    {
-        clock.start();
-        startTimer(1, Qt::PreciseTimer);
-    }
-    void reset()
-    {
-        worst_ns = 0;
-        clock.start();
-    }
-    double worst_ms() const { return double(worst_ns) / 1e6; }
-
-protected:
-    void timerEvent(QTimerEvent*) override
-    {
-        worst_ns = std::max(worst_ns, clock.nsecsElapsed());
-        clock.start();
-    }
-
-private:
-    QElapsedTimer clock;
-    qint64 worst_ns = 0;
-};
-
 class Bench : public WindowTest
 {
 public:
@@ -64,6 +38,7 @@ public:
         auto_send();
         file_to_a_slow_reader();
         echo_to_nobody();
+        close_before_the_bytes_are_out();
         unplug();
         window_end();
         for (const int rows : {8, 10000, 100000})
@@ -162,6 +137,33 @@ private:
         check("checkBox_loop", false);
         while (!pty.read_now().isEmpty())
             ;
+    }
+
+    // The button ends a session whose peer takes nothing for 4 s, and opens the port again.
+    void close_before_the_bytes_are_out()
+    {
+        configure("serialSettings/timeout", 4000);
+        port_open();
+        type(QString(100000, 'x'));
+        click("pushButton_send");
+        QCoreApplication::processEvents();
+        StallWatch stalls;
+        QElapsedTimer clock;
+        clock.start();
+        click("pushButton_open");
+        QTest::qWait(500);
+        std::printf("close with a peer that doesn't read, time-out 4000 ms: longest stall %.1f ms",
+                    stalls.worst_ms());
+        stalls.reset();
+        port_open();
+        QTest::qWait(500);
+        std::printf(", the port is open again after %.1f s, longest stall %.1f ms\n",
+                    double(clock.elapsed()) / 1000, stalls.worst_ms());
+        click("pushButton_open");
+        while (!pty.read(65536, 300).isEmpty())
+            ;
+        configure("serialSettings/timeout", 300);
+        type("0123456789");
     }
 
     void unplug()

@@ -23,10 +23,12 @@ foreach(program tarnwick tarnwickctl tarnwick-sim)
     install(TARGETS ${program} COMPONENT tarnwick)
     tarnwick_install_compressed(${packaging}/man/${program}.1 ${program}.1
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tarnwick)
+    if(EXISTS ${packaging}/bash-completion/${program})
+      install(FILES ${packaging}/bash-completion/${program}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tarnwick)
+    endif()
   endif()
 endforeach()
-install(FILES ${packaging}/bash-completion/tarnwickctl
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tarnwick)
 install(FILES ${packaging}/tarnwick.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT tarnwick)
 install(FILES ${packaging}/org.tarnwick.Tarnwick.metainfo.xml

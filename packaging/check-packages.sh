@@ -46,6 +46,9 @@ fi
 echo "Programs"
 for program in tarnwickctl tarnwick-sim; do
   "$usr/bin/$program" --help | grep -q "$program"
+  "$usr/bin/$program" --version | grep -q "^$program [0-9]"
+  test -s "$usr/share/bash-completion/completions/$program"
+  test -s "$usr/share/man/man1/$program.1.gz"
 done
 # The window, until it has drawn itself on the offscreen platform, and then until it is asked to end.
 home=$build/home

@@ -28,6 +28,7 @@ HashSelectDialog::HashSelectDialog(const QByteArray& data, QWidget* parent)
     , data(data)
 {
     ui->setupUi(this);
+    ui->lineEdit->setAccessibleName(tr("result"));
 }
 
 HashSelectDialog::~HashSelectDialog()

@@ -32,6 +32,10 @@ constexpr Phase PHASES[] = {
     {"ldr: Firmware verify", "The device verifies the whole file ..."},
 };
 
+constexpr char REFUSED_PACKET[] = "broken at receiver";
+constexpr char PACKET[] = "ldr: sending ";
+constexpr char REPEAT[] = "ldr: retry ";
+
 // Parts of log lines that tell of a fault, and what it comes to if it is the last one.
 constexpr struct
 {
@@ -39,7 +43,7 @@ constexpr struct
     ExitCode code;
 } TROUBLES[] = {
     {"no response", ExitCode::NoAnswer},    {"no reply", ExitCode::NoAnswer},
-    {"invalid reply", ExitCode::BadAnswer}, {"broken at receiver", ExitCode::Refused},
+    {"invalid reply", ExitCode::BadAnswer}, {REFUSED_PACKET, ExitCode::Refused},
     {"CRC not match", ExitCode::Refused},   {"neither may be 0", ExitCode::Refused},
 };
 } // namespace
@@ -128,6 +132,12 @@ void Upgrade::note_log(const QString& line)
         sending = true;
         pages_clock.start();
     }
+    if (line.startsWith(PACKET))
+        refusals = 0;
+    if (line.contains(REFUSED_PACKET))
+        ++refusals;
+    if (line.startsWith(REPEAT))
+        refused_offset = line.section(' ', -1);
     for (const auto& [text, code] : TROUBLES) {
         if (!line.contains(text))
             continue;
@@ -168,6 +178,14 @@ Failure Upgrade::failure() const
     const Failure lost = stack.no_answer("the upgrade failed", {});
     if (lost.code == ExitCode::Link)
         return {lost.code, lost.what, lost.advice + ' ' + RERUN};
+    if (box.isEmpty() && refusals > 0 && refusals == settings.retries)
+        return {
+            ExitCode::Refused,
+            QString("the module refused all %1 attempts to send the packet at offset %2")
+                .arg(QString::number(refusals), refused_offset),
+            QString("Maybe the file (%1 bytes) is larger than the module's memory. If it isn't, "
+                    "try again with --packet 256.")
+                .arg(result.file_size)};
     if (box.isEmpty())
         return {trouble_code, "the transfer failed: " + trouble,
                 QString(RERUN) + " On a bad line, --packet 256 and a longer --timeout help."};

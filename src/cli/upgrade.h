@@ -55,6 +55,8 @@ private:
     QStringList boxes; // what the loader wants a person to see
     QString trouble;   // the last log line that tells of a fault
     ExitCode trouble_code = ExitCode::NoAnswer;
+    unsigned refusals = 0;  // of the last packet
+    QString refused_offset; // in the file
     bool sending = false;
     QElapsedTimer run_clock;
     QElapsedTimer pages_clock;

@@ -2,18 +2,31 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <limits>
 #include <memory>
+#include <new>
 #include <string_view>
+
+#ifdef _WIN32
+#include <malloc.h>
+#else
+#include <alloca.h>
+#endif
 
 class FrameBuffer
 {
 public:
-    // Up to here a frame needs no heap: a kilobyte of firmware with the headers of a whole stack. A
-    // stack of framers nests a few of these, which even a thread with a small stack can bear.
-    static constexpr int ON_STACK = 1152;
+    // Up to here a frame needs no heap: 64 KiB with the headers of a whole stack. A frame takes as
+    // much of the thread's stack as it is long, once for each framer that nests, so that a stack of
+    // ten with the longest frames fits into one megabyte.
+    static constexpr int ON_STACK = 64 * 1024 + 256;
 
-    // Room for `payload` bytes and `overhead` bytes around them.
-    FrameBuffer(int payload, int overhead);
+    FrameBuffer(char* bytes, int length)
+        : bytes(bytes)
+        , length(length)
+    {
+    }
     FrameBuffer(const FrameBuffer&) = delete;
     FrameBuffer& operator=(const FrameBuffer&) = delete;
 
@@ -27,8 +40,24 @@ public:
     }
 
 private:
-    char on_stack[ON_STACK];
+    char* const bytes;
+    const int length;
+};
+
+// Calls use(FrameBuffer&) with room for `payload` bytes and `overhead` bytes around them, and gives
+// what it returns. The room goes with the call.
+template <typename Use> int with_frame_buffer(int payload, int overhead, const Use& use)
+{
+    const bool possible = payload >= 0 && payload <= std::numeric_limits<int>::max() - overhead;
+    const int length = possible ? payload + overhead : 0;
     std::unique_ptr<char[]> on_heap;
     char* bytes = nullptr;
-    int length = 0;
-};
+    if (length > FrameBuffer::ON_STACK) {
+        on_heap.reset(new (std::nothrow) char[std::size_t(length)]);
+        bytes = on_heap.get();
+    } else if (possible) {
+        bytes = static_cast<char*>(alloca(std::size_t(std::max(length, 1))));
+    }
+    FrameBuffer buffer(bytes, length);
+    return use(buffer);
+}

@@ -20,8 +20,9 @@ enum FramerError : int {
 
 // Framers stack: each holds the one below it and owns none. A frame is what one read of the layer
 // below returns before the link's time-out; nothing is searched for or kept between calls. A frame
-// is put together and taken apart in a buffer that lives for the one call: on the stack up to
-// FrameBuffer::ON_STACK bytes, on the heap beyond. One thread at a time drives a stack.
+// is put together and taken apart in a buffer that lives for the one call and is as long as the
+// frame may be: on the thread's stack up to 64 KiB (FrameBuffer::ON_STACK), on the heap beyond. No
+// framer takes other memory, but for the texts of its log. One thread at a time drives a stack.
 class QFramer : public QObject
 {
     Q_OBJECT

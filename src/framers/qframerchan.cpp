@@ -48,21 +48,23 @@ void QFramerChan::flush()
 
 int QFramerChan::write(const char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, prefix_length);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    ChanFrame{prefix_bytes(), {buffer, std::size_t(nbytes)}}.build(frame.data());
-    return lower_write(frame.data(), frame.size());
+    return with_frame_buffer(nbytes, prefix_length, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        ChanFrame{prefix_bytes(), {buffer, std::size_t(nbytes)}}.build(frame.data());
+        return lower_write(frame.data(), frame.size());
+    });
 }
 
 int QFramerChan::read(char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, prefix_length);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    const int received = lower_read(frame.data(), frame.size());
-    const auto good = ChanFrame::parse(frame.first(received), prefix_bytes());
-    return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
+    return with_frame_buffer(nbytes, prefix_length, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        const int received = lower_read(frame.data(), frame.size());
+        const auto good = ChanFrame::parse(frame.first(received), prefix_bytes());
+        return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
+    });
 }
 
 std::string_view QFramerChan::prefix_bytes() const

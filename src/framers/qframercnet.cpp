@@ -96,23 +96,25 @@ int QFramerCnet::write(const char* buffer, int nbytes)
 
 int QFramerCnet::read(char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, CnetFrame::OVERHEAD);
-    const int received = frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
-    if (received <= CnetFrame::OVERHEAD) {
-        emit log(QFramer::tr("cnet: read frame failed or time out, nbytes=%1").arg(received));
-        return 0;
-    }
-    const auto good = CnetFrame::parse(frame.first(received));
-    if (!good) {
-        emit log(QFramer::tr("cnet: not a valid data frame, nbytes=%1").arg(received));
-        return 0;
-    }
-    const auto [high, low] = good->address;
-    if (high != target[0] || low != target[1]) {
-        emit log(QFramer::tr("cnet: frame not from target (%1H)").arg(hex(high << 8 | low)));
-        return 0;
-    }
-    return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    return with_frame_buffer(nbytes, CnetFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        const int received =
+            frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
+        if (received <= CnetFrame::OVERHEAD) {
+            emit log(QFramer::tr("cnet: read frame failed or time out, nbytes=%1").arg(received));
+            return 0;
+        }
+        const auto good = CnetFrame::parse(frame.first(received));
+        if (!good) {
+            emit log(QFramer::tr("cnet: not a valid data frame, nbytes=%1").arg(received));
+            return 0;
+        }
+        const auto [high, low] = good->address;
+        if (high != target[0] || low != target[1]) {
+            emit log(QFramer::tr("cnet: frame not from target (%1H)").arg(hex(high << 8 | low)));
+            return 0;
+        }
+        return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    });
 }
 
 int QFramerCnet::frame_send(const std::uint8_t* address, const char* buffer, int nbytes,

@@ -30,21 +30,23 @@ void QFramerCrc16::flush()
 
 int QFramerCrc16::write(const char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, Crc16Frame::OVERHEAD);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    Crc16Frame{{buffer, std::size_t(nbytes)}}.build(frame.data());
-    return lower_write(frame.data(), frame.size());
+    return with_frame_buffer(nbytes, Crc16Frame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        Crc16Frame{{buffer, std::size_t(nbytes)}}.build(frame.data());
+        return lower_write(frame.data(), frame.size());
+    });
 }
 
 int QFramerCrc16::read(char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, Crc16Frame::OVERHEAD);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    const int received = lower_read(frame.data(), frame.size());
-    if (received < 1)
-        return received;
-    const auto good = Crc16Frame::parse(frame.first(received));
-    return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
+    return with_frame_buffer(nbytes, Crc16Frame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        const int received = lower_read(frame.data(), frame.size());
+        if (received < 1)
+            return received;
+        const auto good = Crc16Frame::parse(frame.first(received));
+        return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
+    });
 }

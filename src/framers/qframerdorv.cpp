@@ -5,7 +5,9 @@
 #include "qlink.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -32,6 +34,39 @@ constexpr std::size_t TEXT_CLOSING = 2;
 const Form& form_of(int mode)
 {
     return mode >= 0 && mode < int(std::size(FORMS)) ? FORMS[mode] : OTHER_FORM;
+}
+
+// hex_digit of each character, since a call for each would cost more than the rest.
+const std::array<int, 256> DIGITS = [] {
+    std::array<int, 256> digits{};
+    for (std::size_t i = 0; i < digits.size(); ++i)
+        digits[i] = hex_digit(char(i));
+    return digits;
+}();
+
+// Stores at most size bytes and gives their number. Other characters than digits are skipped, and
+// of an odd number the first is a byte of its own: as QByteArray::fromHex does, without its memory.
+int hex_decode(std::string_view text, char* out, int size)
+{
+    bool high = true;
+    for (const char c : text)
+        high ^= DIGITS[std::uint8_t(c)] >= 0;
+    int stored = 0;
+    int byte = 0;
+    for (const char c : text) {
+        const int digit = DIGITS[std::uint8_t(c)];
+        if (digit < 0)
+            continue;
+        byte = byte << 4 | digit;
+        if (!high) {
+            if (stored == size)
+                break;
+            out[stored++] = char(byte);
+            byte = 0;
+        }
+        high = !high;
+    }
+    return stored;
 }
 
 QString text_of(std::string_view bytes)
@@ -150,67 +185,70 @@ int QFramerDorv::radio_raw_read(char* buffer, int nbytes)
 
 int QFramerDorv::command_write(const char* command, const char* buffer, int nbytes)
 {
-    FrameBuffer block(nbytes, int(std::strlen(command)) + DorvCommand::OVERHEAD_MAX);
-    if (!block.data())
-        return 0;
-    const DorvCommand send{command, {buffer, std::size_t(nbytes)}};
-    const int size = send.build(block.data());
-    if (verbose)
-        tell(QStringLiteral("dorv_w: %1 (%2)")
-                 .arg(text_of(block.first(size - nbytes)), hex_text(buffer, nbytes)));
-    if (!framer)
-        return 0;
-    framer->flush();
-    if (framer->write(block.data(), size) != size)
-        return 0;
-    char reply[REPLY_SIZE];
-    if (read_line(reply, REPLY_SIZE) <= 1)
-        return 0;
-    if (verbose)
-        tell(QStringLiteral("dorv_r: (%1)").arg(text_of(reply)));
-    return std::strstr(reply, "ok") ? nbytes : 0;
+    return with_frame_buffer(
+        nbytes, int(std::strlen(command)) + DorvCommand::OVERHEAD_MAX,
+        [&](FrameBuffer& block) -> int {
+            if (!block.data())
+                return 0;
+            const DorvCommand send{command, {buffer, std::size_t(nbytes)}};
+            const int size = send.build(block.data());
+            if (verbose)
+                tell(QStringLiteral("dorv_w: %1 (%2)")
+                         .arg(text_of(block.first(size - nbytes)), hex_text(buffer, nbytes)));
+            if (!framer)
+                return 0;
+            framer->flush();
+            if (framer->write(block.data(), size) != size)
+                return 0;
+            char reply[REPLY_SIZE];
+            if (read_line(reply, REPLY_SIZE) <= 1)
+                return 0;
+            if (verbose)
+                tell(QStringLiteral("dorv_r: (%1)").arg(text_of(reply)));
+            return std::strstr(reply, "ok") ? nbytes : 0;
+        });
 }
 
 int QFramerDorv::counted_read(const char* name, char* buffer, int nbytes)
 {
-    FrameBuffer scratch(nbytes, LINE_ROOM);
-    if (read_report(scratch.data(), scratch.size()) < 1)
-        return 0;
-    const int count = std::min(DorvReport::parse_count(scratch.data(), name).value_or(0), nbytes);
-    if (count < 1 || !framer)
-        return 0;
-    const int received = std::min(framer->read(scratch.data(), count), count);
-    return received < 1 ? 0 : int(scratch.first(received).copy(buffer, std::size_t(nbytes)));
+    return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
+        if (read_report(scratch.data(), scratch.size()) < 1)
+            return 0;
+        const int count =
+            std::min(DorvReport::parse_count(scratch.data(), name).value_or(0), nbytes);
+        if (count < 1 || !framer)
+            return 0;
+        const int received = std::min(framer->read(scratch.data(), count), count);
+        return received < 1 ? 0 : int(scratch.first(received).copy(buffer, std::size_t(nbytes)));
+    });
 }
 
 int QFramerDorv::hex_read(const char* name, char* buffer, int nbytes)
 {
-    FrameBuffer scratch(nbytes, LINE_ROOM);
-    if (read_report(scratch.data(), scratch.size()) < 1)
-        return 0;
-    const DorvReport report = DorvReport::parse(scratch.data(), name);
-    if (report.fault != DorvReport::NONE) {
-        tell(QLatin1String(HEX_FAULTS[report.fault]));
-        return 0;
-    }
-    const QByteArray payload = QByteArray::fromHex(
-        QByteArray::fromRawData(report.payload.data(), int(report.payload.size())));
-    const int stored = std::min(int(payload.size()), nbytes);
-    std::copy_n(payload.constData(), stored, buffer);
-    return stored;
+    return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
+        if (read_report(scratch.data(), scratch.size()) < 1)
+            return 0;
+        const DorvReport report = DorvReport::parse(scratch.data(), name);
+        if (report.fault != DorvReport::NONE) {
+            tell(QLatin1String(HEX_FAULTS[report.fault]));
+            return 0;
+        }
+        return hex_decode(report.payload, buffer, nbytes);
+    });
 }
 
 int QFramerDorv::text_read(const char* name, char* buffer, int nbytes)
 {
-    FrameBuffer scratch(nbytes, LINE_ROOM);
-    if (read_report(scratch.data(), scratch.size()) < 1)
-        return 0;
-    std::string_view text = DorvReport::parse(scratch.data(), name).payload;
-    if (text.size() <= TEXT_CLOSING)
-        return 0;
-    text.remove_suffix(TEXT_CLOSING);
-    text.copy(buffer, std::size_t(nbytes));
-    return int(text.size());
+    return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
+        if (read_report(scratch.data(), scratch.size()) < 1)
+            return 0;
+        std::string_view text = DorvReport::parse(scratch.data(), name).payload;
+        if (text.size() <= TEXT_CLOSING)
+            return 0;
+        text.remove_suffix(TEXT_CLOSING);
+        text.copy(buffer, std::size_t(nbytes));
+        return int(text.size());
+    });
 }
 
 // The result of the link's readline, with a NUL behind that many bytes; 0 without link or buffer.

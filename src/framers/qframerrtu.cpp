@@ -47,23 +47,25 @@ int QFramerRtu::read(char* buffer, int nbytes)
 
 int QFramerRtu::write_to(std::uint8_t address, const char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, RtuFrame::OVERHEAD);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    RtuFrame{address, {buffer, std::size_t(nbytes)}}.build(frame.data());
-    return lower_write(frame.data(), frame.size());
+    return with_frame_buffer(nbytes, RtuFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        RtuFrame{address, {buffer, std::size_t(nbytes)}}.build(frame.data());
+        return lower_write(frame.data(), frame.size());
+    });
 }
 
 int QFramerRtu::read_from(std::uint8_t address, char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, RtuFrame::OVERHEAD);
-    if (!frame.data())
-        return FRAMER_BAD_SIZE;
-    const int received = lower_read(frame.data(), frame.size());
-    if (received < 1)
-        return received;
-    const auto good = RtuFrame::parse(frame.first(received));
-    if (!good || good->address != address)
-        return FRAMER_BAD_FRAME;
-    return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    return with_frame_buffer(nbytes, RtuFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        if (!frame.data())
+            return FRAMER_BAD_SIZE;
+        const int received = lower_read(frame.data(), frame.size());
+        if (received < 1)
+            return received;
+        const auto good = RtuFrame::parse(frame.first(received));
+        if (!good || good->address != address)
+            return FRAMER_BAD_FRAME;
+        return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    });
 }

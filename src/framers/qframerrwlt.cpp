@@ -34,26 +34,29 @@ void QFramerRwlt::flush()
 int QFramerRwlt::write(const char* buffer, int nbytes)
 {
     lower_flush();
-    FrameBuffer frame(nbytes, RwltFrame::OVERHEAD);
-    if (frame.data()) {
-        RwltFrame{{buffer, std::size_t(nbytes)}}.build(frame.data());
-        lower_write(frame.data(), frame.size());
-    }
-    return nbytes;
+    return with_frame_buffer(nbytes, RwltFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        if (frame.data()) {
+            RwltFrame{{buffer, std::size_t(nbytes)}}.build(frame.data());
+            lower_write(frame.data(), frame.size());
+        }
+        return nbytes;
+    });
 }
 
 int QFramerRwlt::read(char* buffer, int nbytes)
 {
-    FrameBuffer frame(nbytes, RwltFrame::OVERHEAD);
-    const int received = frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
-    if (received <= RwltFrame::OVERHEAD) {
-        emit log(QFramer::tr("rwlt: read frame failed or time out, nbytes=%1").arg(received));
-        return 0;
-    }
-    const auto good = RwltFrame::parse(frame.first(received));
-    if (!good) {
-        emit log(QFramer::tr("rwlt: not a valid data frame, nbytes=%1").arg(received));
-        return 0;
-    }
-    return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    return with_frame_buffer(nbytes, RwltFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
+        const int received =
+            frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
+        if (received <= RwltFrame::OVERHEAD) {
+            emit log(QFramer::tr("rwlt: read frame failed or time out, nbytes=%1").arg(received));
+            return 0;
+        }
+        const auto good = RwltFrame::parse(frame.first(received));
+        if (!good) {
+            emit log(QFramer::tr("rwlt: not a valid data frame, nbytes=%1").arg(received));
+            return 0;
+        }
+        return int(good->payload.copy(buffer, std::size_t(nbytes)));
+    });
 }

@@ -82,6 +82,7 @@ QComboBox* QLinkCfgDlg::link_type_box_create(int link_type)
 {
     auto* box = new QComboBox(this);
     box->setObjectName("link_type_box");
+    box->setAccessibleName(tr("Link type"));
     for (const char* type : LINK_TYPES)
         box->addItem(tr(type));
     box->setCurrentIndex(link_type);

@@ -305,7 +305,9 @@ void QSerialCfgWidget::layout_build()
     auto* grid = new QGridLayout;
     int row = 0;
     for (const auto& [label, widget] : rows) {
-        grid->addWidget(new QLabel(label), row, 0);
+        auto* const name = new QLabel(label);
+        name->setBuddy(widget); // for a screen reader
+        grid->addWidget(name, row, 0);
         grid->addWidget(widget, row, 1);
         ++row;
     }

@@ -28,6 +28,14 @@ QTcpipCfgWidget::QTcpipCfgWidget(QWidget* parent, const QString& filename)
     , filename(filename)
 {
     ui->setupUi(this);
+    // For a screen reader.
+    ui->label_5->setBuddy(ui->comboBox_ip_version);
+    ui->label->setBuddy(ui->comboBox_protocol);
+    ui->label_2->setBuddy(ui->lineEdit_ipv4_addr);
+    ui->label_4->setBuddy(ui->lineEdit_ipv6_addr);
+    ui->label_3->setBuddy(ui->spinBox_remote_port);
+    ui->label_6->setBuddy(ui->spinBox_local_port);
+    ui->label_7->setBuddy(ui->spinBox_timeot);
     settings_load();
 }
 

@@ -60,7 +60,7 @@ int QLinkSerial::close()
 void QLinkSerial::flush()
 {
     if (is_open())
-        port->read(port->bytesAvailable());
+        port->discardInput();
 }
 
 int QLinkSerial::bytes_available()

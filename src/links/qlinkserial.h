@@ -6,12 +6,14 @@
 #include "qlink.h"
 
 // The port works in polling mode: each operation is one call into it and takes at most the time-out
-// of the port settings, without an event loop. The link may be opened on one thread and driven from
-// another, by one thread at a time.
+// of the port settings, without an event loop and, but for Windows, without a QCoreApplication. The
+// link may be opened on one thread and driven from another, by one thread at a time.
 //
 //   open        LINK_AGAIN; LINK_FAILED when open already, and the link stays as it is
 //   close       LINK_CLOSED on a closed link
 //   is_open     true until close, also when the device has gone
+//   flush       costs one call of the system when nothing waits; after it nothing is read that had
+//               arrived before
 //   getchar     the port's lastError negated when no byte came: 0 for a mere time-out, not to be
 //               told from a byte 0
 //   putchar     the port's lastError negated

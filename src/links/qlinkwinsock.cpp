@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr quint16 WINSOCK_VERSION = 0x0202;
+constexpr quint16 SOCKETS_VERSION = 0x0202;
 
 bool set_option(SOCKET sock, int option, int value)
 {
@@ -53,7 +53,7 @@ int QLinkWinsock::open()
 {
     close();
     winsock::WSADATA data;
-    if (const int error = winsock::WSAStartup(WINSOCK_VERSION, &data)) {
+    if (const int error = winsock::WSAStartup(SOCKETS_VERSION, &data)) {
         emit log(tr("winsock: WSAStartup failed"));
         return error;
     }

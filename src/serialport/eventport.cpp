@@ -1,83 +1,81 @@
 #include "eventport.h"
 
+#include "portdrain.h"
 #include "tty.h"
 
 #include <QAbstractEventDispatcher>
-#include <QElapsedTimer>
-#include <QThread>
-
-// The system doesn't say when its queue is empty; it is asked this often, in ms.
-static constexpr int OUTPUT_QUEUE_POLL_MS = 2;
+#include <QPointer>
 
 EventPort::EventPort(const QString& name, const PortSettings& settings, QObject* parent)
     : QObject(parent)
-    , serial(this)
+    , serial(std::make_unique<QSerialPort>())
+    , name(name)
     , settings(settings)
 {
-    tty_settings_prepare(serial, name, settings);
+    tty_settings_prepare(*serial, name, settings);
 }
 
 bool EventPort::open(QIODevice::OpenMode mode)
 {
-    if (!serial.open(mode)) {
-        fail(serial.error(), serial.errorString());
+    const auto lock = std::make_shared<TtyDescriptor>();
+    PortFailure failure = lock->open(*serial, mode);
+    if (!failure)
+        failure = tty_settings_open(*serial, settings, mode, *lock);
+    if (failure) {
+        fail(failure.code, failure.text);
         return false;
     }
-    const QString refused = tty_settings_finish(serial, settings);
-    if (!refused.isNull()) {
-        serial.close();
-        fail(QSerialPort::UnsupportedOperationError, refused);
-        return false;
-    }
-    serial.clearError();
-    connect(&serial, &QSerialPort::readyRead, this, &EventPort::announce);
+    // The lock goes wherever the port is closed, here or by a PortDrain.
+    connect(serial.get(), &QSerialPort::aboutToClose, serial.get(), [lock] { lock->close(); });
+    connect(serial.get(), &QSerialPort::readyRead, this, &EventPort::announce);
     // While it is inside readyRead a QSerialPort announces nothing: a receiver that opens a box
     // there would hear of no more bytes until the box is closed. The box's event loop is asked
     // instead; queued signals would cost a wake-up of the loop for each chunk.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             [this] {
-                if (announcing && serial.bytesAvailable() > 0)
+                if (announcing && serial->bytesAvailable() > 0)
                     emit ready_read();
             });
-    connect(&serial, &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
-    connect(&serial, &QSerialPort::errorOccurred, this, &EventPort::handle_error);
+    connect(serial.get(), &QSerialPort::bytesWritten, this, &EventPort::bytes_written);
+    connect(serial.get(), &QSerialPort::errorOccurred, this, &EventPort::handle_error);
     return true;
 }
 
 void EventPort::announce()
 {
+    const QPointer<EventPort> alive = this;
     announcing = true;
     emit ready_read();
-    announcing = false;
+    if (alive)
+        announcing = false;
 }
 
 void EventPort::close()
 {
     announcing = false;
-    serial.disconnect(this);
-    if (serial.isOpen())
-        serial_drain_and_close(serial, settings.Timeout_Millisec);
+    serial->disconnect(this);
+    PortDrain::begin(std::move(serial), name, settings.Timeout_Millisec);
 }
 
 qint64 EventPort::bytes_available() const
 {
-    return lost ? leftover.size() : serial.bytesAvailable();
+    return lost ? leftover.size() : serial->bytesAvailable();
 }
 
 qint64 EventPort::bytes_to_write() const
 {
-    return lost ? 0 : serial.bytesToWrite();
+    return lost ? 0 : serial->bytesToWrite();
 }
 
 bool EventPort::can_read_line() const
 {
-    return lost ? leftover.contains('\n') : serial.canReadLine();
+    return lost ? leftover.contains('\n') : serial->canReadLine();
 }
 
 qint64 EventPort::read(char* data, qint64 most)
 {
     if (!lost)
-        return serial.read(data, most);
+        return serial->read(data, most);
     const int count = int(qMin(most, qint64(leftover.size())));
     std::copy_n(leftover.constData(), count, data);
     leftover.remove(0, count);
@@ -88,7 +86,7 @@ qint64 EventPort::write(const char* data, qint64 size)
 {
     if (lost)
         return -1;
-    const qint64 waiting = serial.bytesToWrite();
+    const qint64 waiting = serial->bytesToWrite();
     if (waiting > 0 && waiting + size > QextSerialPort::WRITE_LIMIT) {
         fail(QSerialPort::WriteError,
              QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
@@ -96,9 +94,9 @@ qint64 EventPort::write(const char* data, qint64 size)
                  .arg(size));
         return -1;
     }
-    const qint64 accepted = serial.write(data, size);
+    const qint64 accepted = serial->write(data, size);
     if (accepted < 0)
-        fail(serial.error(), serial.errorString());
+        fail(serial->error(), serial->errorString());
     return accepted;
 }
 
@@ -106,38 +104,24 @@ void EventPort::handle_error(QSerialPort::SerialPortError error)
 {
     if (error == QSerialPort::NoError || lost)
         return;
-    if (!tty_lost(serial, error)) {
-        fail(error, serial.errorString());
+    if (!tty_lost(*serial, error)) {
+        fail(error, serial->errorString());
         return;
     }
     fail(QSerialPort::ResourceError, QextSerialPort::tr("the device has gone"));
     lost = true;
-    leftover = serial.readAll();
-    serial.disconnect(this);
-    serial.close();
+    leftover = serial->readAll();
+    serial->disconnect(this);
+    serial->close();
+    const QPointer<EventPort> alive = this;
     if (!leftover.isEmpty())
         emit ready_read();
-    emit device_lost();
+    if (alive)
+        emit device_lost();
 }
 
 void EventPort::fail(QSerialPort::SerialPortError code, const QString& text)
 {
     error_code = code;
     error_text = text;
-}
-
-void serial_drain_and_close(QSerialPort& serial, long timeout_ms)
-{
-    QElapsedTimer clock;
-    clock.start();
-    const auto left = [&] { return int(qMax(0LL, qint64(timeout_ms) - clock.elapsed())); };
-
-    while (serial.bytesToWrite() > 0 && left() > 0 && serial.waitForBytesWritten(left()))
-        ;
-    while (serial.isOpen() && tty_output_queue(serial) > 0 && left() > 0)
-        QThread::msleep(OUTPUT_QUEUE_POLL_MS);
-    // The system would hold the close up for as long as its queue isn't empty.
-    if (serial.isOpen() && tty_output_queue(serial) > 0)
-        serial.clear(QSerialPort::Output);
-    serial.close();
 }

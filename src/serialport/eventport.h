@@ -6,9 +6,10 @@
 #include <QByteArray>
 #include <QObject>
 #include <QSerialPort>
+#include <memory>
 
 // A QSerialPort whose device has gone repeats its error in a busy loop. This one closes it at the
-// first.
+// first. Receivers of its signals may delete it.
 class EventPort : public QObject
 {
     Q_OBJECT
@@ -17,7 +18,8 @@ public:
     EventPort(const QString& name, const PortSettings& settings, QObject* parent);
 
     bool open(QIODevice::OpenMode mode);
-    // Waits at most the settings' time-out for accepted bytes to go out, and discards the rest.
+    // The end of this object's work: a PortDrain lets accepted bytes out, and nothing but the
+    // destructor may be called any more.
     void close();
 
     qint64 bytes_available() const;
@@ -40,14 +42,12 @@ private:
     void handle_error(QSerialPort::SerialPortError error);
     void fail(QSerialPort::SerialPortError code, const QString& text);
 
-    QSerialPort serial;
-    PortSettings settings;
+    std::unique_ptr<QSerialPort> serial; // null once closed
+    const QString name;
+    const PortSettings settings;
     QByteArray leftover;     // what had arrived when the device went away
     bool announcing = false; // inside ready_read
     bool lost = false;
     QSerialPort::SerialPortError error_code = QSerialPort::NoError;
     QString error_text;
 };
-
-// Lets accepted bytes out for at most timeout_ms, discards what then still waits, and closes.
-void serial_drain_and_close(QSerialPort& serial, long timeout_ms);

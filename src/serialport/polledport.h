@@ -5,61 +5,69 @@
 #include "qextserialport.h"
 
 #include <QSerialPort>
-#include <condition_variable>
-#include <mutex>
+#include <QtGlobal>
+#include <memory>
+#ifdef Q_OS_UNIX
+#include "tty.h"
+class QDeadlineTimer;
+#else
 #include <thread>
+struct PolledState;
+#endif
 
-class SerialPump;
-
-// What the driving thread and the I/O thread share; every field is guarded by `mutex`.
-struct PolledState
-{
-    std::mutex mutex;
-    std::condition_variable changed;
-    QByteArray received;
-    QByteArray outgoing;        // what the I/O thread has not yet taken
-    qint64 in_flight = 0;       // bytes taken by the I/O thread and not yet written
-    SerialPump* pump = nullptr; // set while the I/O thread serves the port
-    bool settled = false;       // the open has succeeded or failed
-    bool closing = false;
-    bool withdraw = false; // the driver gave up on what has not been written
-    bool lost = false;
-    QSerialPort::SerialPortError error = QSerialPort::NoError;
-    QString error_text;
-};
-
-// A QSerialPort on an I/O thread of its own. One thread at a time calls; open() and close() belong
-// to the same kind of caller and may come from another thread than read() and write().
+// One thread at a time calls; open() and close() may come from another thread than read() and
+// write(). Where ports are file descriptors the caller's thread does all the work
+// (polledport_posix.cpp); elsewhere a QSerialPort on a thread of its own does
+// (polledport_thread.cpp).
 class PolledPort
 {
 public:
-    // The I/O thread stops reading beyond this many unread bytes; the system's flow control takes
-    // over.
-    static constexpr int RECEIVE_LIMIT = 64 * 1024;
+    // As many unread bytes are taken from the system ahead of a read; its flow control holds the
+    // others.
+    static constexpr int AHEAD_LIMIT = 64 * 1024;
 
     PolledPort(const QString& name, const PortSettings& settings);
     ~PolledPort();
 
     bool open(QIODevice::OpenMode mode);
+    // Waits at most the time-out for the system's queue to go out, and discards the rest.
     void close();
 
-    qint64 bytes_available() const;
-    qint64 bytes_to_write() const;
-    bool can_read_line() const;
+    // At most AHEAD_LIMIT.
+    qint64 bytes_available();
+    qint64 bytes_to_write();
+    bool can_read_line();
     // Returns when `size` bytes have come, the time-out has run out or the device has gone. -1 only
     // for a lost device of which nothing is left to read.
     qint64 read(char* data, qint64 size);
-    // Bytes written within the time-out; what is left over is withdrawn. -1 on a lost device.
+    // Bytes that the system has taken within the time-out. -1 on a lost device.
     qint64 write(const char* data, qint64 size);
+    // Drops all that has arrived before the call.
+    void discard_input();
 
-    QString error_string() const;
-    QSerialPort::SerialPortError error() const;
+    QString error_string();
+    QSerialPort::SerialPortError error();
 
 private:
-    void serve(QIODevice::OpenMode mode);
-
     const QString name;
     const PortSettings settings;
+
+#ifdef Q_OS_UNIX
+    QDeadlineTimer deadline() const;
+    qint64 take(char* data, qint64 most);
+    bool pull();
+    void pull_all();
+    void lose();
+
+    TtyDescriptor tty;  // reads and writes
+    QSerialPort serial; // makes the settings
+    QByteArray ahead;   // read from the system and by nobody yet
+    bool lost = false;
+    PortFailure failure;
+#else
+    void serve(QIODevice::OpenMode mode);
+
     std::thread thread;
-    mutable PolledState state;
+    const std::unique_ptr<PolledState> state;
+#endif
 };

@@ -1,8 +1,34 @@
 #include "portwatch.h"
 
-Q_GLOBAL_STATIC(PortWatch, port_watch)
+#include <QMutexLocker>
 
 PortWatch& PortWatch::instance()
 {
-    return *port_watch;
+    // Never deleted: a port may be closed while the program's last objects go.
+    static PortWatch& watch = *new PortWatch;
+    return watch;
+}
+
+void PortWatch::add(const QString& port_name)
+{
+    {
+        const QMutexLocker lock(&mutex);
+        names.append(port_name);
+    }
+    emit added(port_name);
+}
+
+void PortWatch::remove(const QString& port_name)
+{
+    {
+        const QMutexLocker lock(&mutex);
+        names.removeOne(port_name);
+    }
+    emit removed(port_name);
+}
+
+QStringList PortWatch::open_ports() const
+{
+    const QMutexLocker lock(&mutex);
+    return names;
 }

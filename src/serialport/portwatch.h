@@ -1,11 +1,13 @@
-// The news that an open port has lost its device, from the port to all enumerators of the process.
+// The news of open ports, from the ports to all enumerators of the process.
 #pragma once
 
+#include <QMutex>
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 // A port sees a hang-up before any folder changes, and a folder may not change at all: a link to a
-// pseudo-terminal outlives it. So the port speaks up, on whatever thread it notices.
+// pseudo-terminal outlives it. So the port speaks up, on whatever thread it notices. One that is
+// polled notices only when it is used, so the enumerators look after the devices of open ports too.
 class PortWatch : public QObject
 {
     Q_OBJECT
@@ -13,6 +15,16 @@ class PortWatch : public QObject
 public:
     static PortWatch& instance();
 
+    void add(const QString& port_name);
+    void remove(const QString& port_name);
+    QStringList open_ports() const;
+
 signals:
+    void added(QString port_name);
+    void removed(QString port_name);
     void lost(QString port_name);
+
+private:
+    mutable QMutex mutex;
+    QStringList names; // guarded by `mutex`
 };

@@ -154,8 +154,29 @@ void QextSerialEnumerator::setUpNotifications()
     known = getPorts();
     // A folder that doesn't exist can't be watched for its first entry.
     virtual_ports_folder_make();
+    const PortWatch& ports = PortWatch::instance();
+    connect(&ports, &PortWatch::added, this, &QextSerialEnumerator::note_open);
+    connect(&ports, &PortWatch::removed, this,
+            [this](const QString& port_name) { unlisted.removeAll(port_name); });
+    // Queued, as a receiver of deviceRemoved may delete the port, which may be inside a read.
+    connect(&ports, &PortWatch::lost, this, &QextSerialEnumerator::report_lost,
+            Qt::QueuedConnection);
+    for (const QString& port_name : ports.open_ports())
+        note_open(port_name);
     watch_folders();
-    connect(&PortWatch::instance(), &PortWatch::lost, this, &QextSerialEnumerator::report_lost);
+}
+
+static bool is_listed(const QList<QextPortInfo>& ports, const QString& port_name)
+{
+    return std::any_of(ports.cbegin(), ports.cend(),
+                       [&](const QextPortInfo& port) { return port.portName == port_name; });
+}
+
+void QextSerialEnumerator::note_open(const QString& port_name)
+{
+    if (!is_listed(known, port_name))
+        unlisted += port_name;
+    watch_folders();
 }
 
 void QextSerialEnumerator::watch_folders()
@@ -165,6 +186,10 @@ void QextSerialEnumerator::watch_folders()
     bool complete = true;
     for (const QString& folder : {QString("/dev"), virtual_ports_folder()})
         complete &= watched.contains(folder) || watcher.addPath(folder);
+    // The node of a pseudo-terminal goes with it, while a link to it may stay.
+    for (const QString& folder : device_folders())
+        if (!watched.contains(folder))
+            watcher.addPath(folder);
     if (complete) {
         timer.stop();
         return;
@@ -174,6 +199,18 @@ void QextSerialEnumerator::watch_folders()
                  TIMER_INTERVAL_MS);
 #endif
     timer.start(TIMER_INTERVAL_MS);
+}
+
+// Where the devices of virtual ports are, and of open ports that are in no list.
+QSet<QString> QextSerialEnumerator::device_folders() const
+{
+    QSet<QString> folders;
+    for (const QextPortInfo& port : known)
+        if (port.enumName == "virtual")
+            folders += QFileInfo(port.physName).path();
+    for (const QString& port_name : unlisted)
+        folders += QFileInfo(QFileInfo(port_name).canonicalFilePath()).path();
+    return folders;
 }
 
 static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortInfo& port)
@@ -187,10 +224,10 @@ static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const Qex
 
 void QextSerialEnumerator::compare()
 {
-    watch_folders();
     const QList<QextPortInfo> before = known;
     const QList<QextPortInfo> now = getPorts();
     known = now;
+    watch_folders();
     // A receiver may delete this object.
     const QPointer<QextSerialEnumerator> alive(this);
     for (const QextPortInfo& port : before)
@@ -199,14 +236,21 @@ void QextSerialEnumerator::compare()
     for (const QextPortInfo& port : now)
         if (alive && !find_port(before, port))
             emit deviceDiscovered(port);
+    for (const QString& port_name : alive ? QStringList(unlisted) : QStringList())
+        if (alive && port_name.startsWith('/') && !leads_to_device(port_name))
+            report_lost(port_name);
 }
 
 void QextSerialEnumerator::report_lost(const QString& port_name)
 {
     QextPortInfo lost = {port_name, port_name, QString(), QString(), 0, 0};
+    bool fresh = unlisted.removeAll(port_name) > 0;
     for (int i = known.size() - 1; i >= 0; --i)
-        if (known[i].portName == port_name)
+        if (known[i].portName == port_name) {
             lost = known.takeAt(i);
+            fresh = true;
+        }
     // No look at the folders here: a node that is still there for a moment would count as new.
-    emit deviceRemoved(lost);
+    if (fresh)
+        emit deviceRemoved(lost);
 }

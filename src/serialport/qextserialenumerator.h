@@ -5,7 +5,8 @@
 #include <QList>
 #include <QMetaType>
 #include <QObject>
-#include <QString>
+#include <QSet>
+#include <QStringList>
 #include <QTimer>
 
 struct QextPortInfo
@@ -54,11 +55,15 @@ signals:
 
 private:
     void compare();
-    // An open port has lost its device: it is gone, whatever the folders say.
+    // An open port has lost its device: it is gone, whatever the folders say. Tells it once.
     void report_lost(const QString& port_name);
+    // A port of this process that getPorts() may not list.
+    void note_open(const QString& port_name);
     void watch_folders();
+    QSet<QString> device_folders() const;
 
     QList<QextPortInfo> known;
+    QStringList unlisted; // open ports that are not among the known ones
     QFileSystemWatcher watcher;
     QTimer timer; // for systems whose ports are no files
 };

@@ -2,6 +2,7 @@
 
 #include "eventport.h"
 #include "polledport.h"
+#include "portdrain.h"
 #include "portwatch.h"
 
 QextSerialPort::QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode,
@@ -24,10 +25,16 @@ bool QextSerialPort::open(OpenMode mode)
         setErrorString(tr("the port is open already"));
         return false;
     }
+    // What was accepted before a close still goes out with the settings of its session.
+    if (PortDrain* const last = PortDrain::holding(name))
+        last->finish();
     const OpenMode device_mode = mode & ~Unbuffered;
     const bool opened = this->mode == Polling ? open_polled(device_mode) : open_event(device_mode);
+    if (!opened)
+        return false;
+    PortWatch::instance().add(name);
     // Unbuffered: the layer below holds what has arrived, and nothing of it twice.
-    return opened && QIODevice::open(mode | Unbuffered);
+    return QIODevice::open(mode | Unbuffered);
 }
 
 bool QextSerialPort::open_event(OpenMode mode)
@@ -75,6 +82,7 @@ void QextSerialPort::close()
         polled_port.reset();
     }
     QIODevice::close();
+    PortWatch::instance().remove(name);
 }
 
 bool QextSerialPort::isSequential() const
@@ -101,6 +109,18 @@ bool QextSerialPort::canReadLine() const
 {
     return (event_port && event_port->can_read_line()) ||
            (polled_port && polled_port->can_read_line()) || QIODevice::canReadLine();
+}
+
+void QextSerialPort::discardInput()
+{
+    if (!isOpen())
+        return;
+    // QIODevice itself holds what was put back or peeked at.
+    const qint64 held = event_port ? bytesAvailable() : QIODevice::bytesAvailable();
+    if (held > 0)
+        skip(held);
+    if (polled_port)
+        polled_port->discard_input();
 }
 
 QString QextSerialPort::portName() const

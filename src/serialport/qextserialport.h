@@ -49,16 +49,24 @@ class PolledPort;
 
 // EventDriven: lives on the thread of an event loop; readyRead() announces what arrives. A read
 //   gives what is there and never waits. write() never waits either: it takes all bytes, or gives
-//   -1 on a port that has gone and when more than WRITE_LIMIT bytes would wait to go out. close()
-//   lets accepted bytes out for at most Timeout_Millisec and discards the rest.
-// Polling: works without an event loop, on any one thread at a time, also another than the one that
-//   opened it. read(n) returns when n bytes have come or Timeout_Millisec has run out, with what
-//   has come. write() returns when the bytes are out or Timeout_Millisec has run out, with the
-//   count.
+//   -1 on a port that has gone and when more than WRITE_LIMIT bytes would wait to go out. Nor does
+//   close(): the port reads as closed at once, and a PortDrain lets accepted bytes out for at most
+//   Timeout_Millisec, in the event loop, and discards the rest. It holds the device so long; an
+//   open() of that device on the same thread waits for its end first. portdrain.h has what a
+//   program needs that must not wait there, or that ends.
+// Polling: works without an event loop and, but for Windows, without a QCoreApplication, on any one
+//   thread at a time, also another than the one that opened it. read(n) returns when n bytes have
+//   come or Timeout_Millisec has run out, with what has come. write() returns when the system has
+//   taken the bytes or Timeout_Millisec has run out, with the count of those that go out; the rest
+//   is forgotten. close() lets the system send what it has taken for at most Timeout_Millisec and
+//   discards the rest. A time-out of 0 moves what can be moved at once.
+//
+// An open port is locked against other programs: TIOCEXCL, a lock file and flock on POSIX.
 //
 // In both modes a device that goes away leaves the port open (isOpen() is the owner's state) but
 // dead: reads give what had arrived, then 0 bytes (event driven) or -1 (polling); writes give -1;
-// errorString() and lastError() tell why; no CPU is used. Enumerators that watch are told at once.
+// errorString() and lastError() tell why; no CPU is used. Enumerators that watch are told: by the
+// first call that meets the loss, or before, when the node of the device goes away.
 class QextSerialPort : public QIODevice
 {
     Q_OBJECT
@@ -74,7 +82,8 @@ public:
                    QObject* parent = nullptr);
     ~QextSerialPort() override;
 
-    // False, with errorString(), when the device can't be opened or refuses one of the settings.
+    // False, with errorString(), when the device can't be opened, is locked by another program or
+    // refuses one of the settings.
     bool open(OpenMode mode) override;
     void close() override;
     bool isSequential() const override;
@@ -83,6 +92,9 @@ public:
     // Bytes accepted by write() and not yet handed to the system.
     qint64 bytesToWrite() const override;
     bool canReadLine() const override;
+    // Drops what has arrived before the call and not been read, also what the system still holds of
+    // it in polling mode. Never waits.
+    void discardInput();
 
     QString portName() const;
     PortSettings portSettings() const { return settings; }

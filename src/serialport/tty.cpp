@@ -1,12 +1,65 @@
 #include "tty.h"
 
-#include <QCoreApplication>
+#include <QFile>
 
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 #ifdef Q_OS_LINUX
 // The kernel's own termios, for free rates; it can't be in one file with <termios.h>.
 #include <asm/termbits.h>
 #include <poll.h>
 #include <sys/ioctl.h>
+#endif
+
+static PortFailure locked_elsewhere()
+{
+    return {QSerialPort::PermissionError,
+            QextSerialPort::tr("another program has locked the port; close it there, or choose "
+                               "another port")};
+}
+
+#ifdef Q_OS_UNIX
+
+static QByteArray device_path(const QSerialPort& serial)
+{
+    const QString name = serial.portName();
+    const bool is_path = name.startsWith('/') || name.startsWith("./") || name.startsWith("../");
+    return QFile::encodeName(is_path ? name : "/dev/" + name);
+}
+
+PortFailure TtyDescriptor::open(const QSerialPort& serial, QIODevice::OpenMode mode)
+{
+    const bool both = (mode & QIODevice::ReadWrite) == QIODevice::ReadWrite;
+    const int direction = both ? O_RDWR : (mode & QIODevice::ReadOnly) ? O_RDONLY : O_WRONLY;
+    fd = ::open(device_path(serial).constData(), direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    const bool locked =
+        fd < 0 ? errno == EBUSY : ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (!locked)
+        return {};
+    close();
+    return locked_elsewhere();
+}
+
+void TtyDescriptor::close()
+{
+    if (fd >= 0)
+        ::close(fd);
+    fd = -1;
+}
+
+#else
+
+PortFailure TtyDescriptor::open(const QSerialPort&, QIODevice::OpenMode)
+{
+    return {};
+}
+
+void TtyDescriptor::close() {}
+
 #endif
 
 void tty_settings_prepare(QSerialPort& serial, const QString& name, const PortSettings& settings)
@@ -34,23 +87,22 @@ bool rate_is_close(qint64 asked, qint64 actual)
 
 #ifdef Q_OS_LINUX
 
-QString tty_settings_finish(QSerialPort& serial, const PortSettings& settings)
+// What QSerialPort leaves undone. What the device refuses, or a null string.
+static QString finish_settings(QSerialPort& serial, const PortSettings& settings)
 {
     termios2 tio = {};
     if (ioctl(serial.handle(), TCGETS2, &tio) != 0)
-        return QCoreApplication::translate("QextSerialPort", "the device gives no settings");
-    // QSerialPort falls back to one stop bit. CSTOPB is 1.5 with five data bits and 2 with the
-    // others.
-    if (settings.StopBits == STOP_1_5) {
+        return QextSerialPort::tr("the device gives no settings");
+    // QSerialPort switches the receiver on for a port that it reads itself, and falls back to one
+    // stop bit. CSTOPB is 1.5 with five data bits and 2 with the others.
+    tio.c_cflag |= CREAD;
+    if (settings.StopBits == STOP_1_5)
         tio.c_cflag |= CSTOPB;
-        if (ioctl(serial.handle(), TCSETS2, &tio) != 0)
-            return QCoreApplication::translate("QextSerialPort",
-                                               "the device refuses 1.5 stop bits");
-    }
+    if (ioctl(serial.handle(), TCSETS2, &tio) != 0)
+        return QextSerialPort::tr("the device refuses its settings");
     // A driver that can't make a rate doesn't fail: it takes another one and says which.
     if (!rate_is_close(settings.BaudRate, tio.c_ospeed))
-        return QCoreApplication::translate("QextSerialPort",
-                                           "the device refuses %1 bits/s and offers %2")
+        return QextSerialPort::tr("the device refuses %1 bits/s and offers %2")
             .arg(int(settings.BaudRate))
             .arg(tio.c_ospeed);
     return {};
@@ -79,7 +131,7 @@ int tty_output_queue(QSerialPort& serial)
 
 #else
 
-QString tty_settings_finish(QSerialPort&, const PortSettings&)
+static QString finish_settings(QSerialPort&, const PortSettings&)
 {
     return {};
 }
@@ -100,3 +152,21 @@ int tty_output_queue(QSerialPort&)
 }
 
 #endif
+
+PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
+                              QIODevice::OpenMode mode, const TtyDescriptor& descriptor)
+{
+    if (!serial.open(mode)) {
+        // The rights to the device are there; it is the lock file that somebody else holds.
+        if (serial.error() == QSerialPort::PermissionError && descriptor.number() >= 0)
+            return locked_elsewhere();
+        return {serial.error(), serial.errorString()};
+    }
+    const QString refused = finish_settings(serial, settings);
+    if (!refused.isNull()) {
+        serial.close();
+        return {QSerialPort::UnsupportedOperationError, refused};
+    }
+    serial.clearError();
+    return {};
+}

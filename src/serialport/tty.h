@@ -1,17 +1,50 @@
-// What PortSettings mean to a QSerialPort, and the two things that it doesn't do by itself on
-// POSIX.
+// What PortSettings mean to a QSerialPort, and what it doesn't do by itself on POSIX.
 #pragma once
 
 #include "qextserialport.h"
 
 #include <QSerialPort>
 
-// Sets name and settings on a closed port; open() then applies them.
+// Why something failed; false when nothing did.
+struct PortFailure
+{
+    QSerialPort::SerialPortError code = QSerialPort::NoError;
+    QString text;
+
+    explicit operator bool() const { return code != QSerialPort::NoError; }
+};
+
+// A descriptor of a port, beside the one that its QSerialPort holds. It carries the lock that other
+// terminals ask for (flock), which no QSerialPort takes. Elsewhere than on POSIX it does nothing:
+// an open port shuts out others there.
+class TtyDescriptor
+{
+public:
+    TtyDescriptor() = default;
+    ~TtyDescriptor() { close(); }
+    TtyDescriptor(const TtyDescriptor&) = delete;
+    TtyDescriptor& operator=(const TtyDescriptor&) = delete;
+
+    // Opens and locks the port of `serial`, which is closed yet: whoever has locked the port keeps
+    // its settings. Fails only for a locked port; one that can't be opened is left to
+    // QSerialPort::open, which says why.
+    PortFailure open(const QSerialPort& serial, QIODevice::OpenMode mode);
+    void close();
+    // -1 while closed. Reads and writes through it don't block.
+    int number() const { return fd; }
+
+private:
+    int fd = -1;
+};
+
+// Sets name and settings on a closed port; tty_settings_open() then applies them.
 void tty_settings_prepare(QSerialPort& serial, const QString& name, const PortSettings& settings);
 
-// After a successful open: sends more than one stop bit where 1.5 are asked for, and makes sure
-// that the device took the rate. A null string, or what was refused.
-QString tty_settings_finish(QSerialPort& serial, const PortSettings& settings);
+// Opens the port with its settings, more than one stop bit where 1.5 are asked for, and makes sure
+// that the device took the rate. `descriptor` is the one that was opened for the port before. The
+// port is closed after a failure.
+PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
+                              QIODevice::OpenMode mode, const TtyDescriptor& descriptor);
 
 // A receiver samples a character of ten bits in the middle of each; past this it can miss the last.
 constexpr int RATE_TOLERANCE_PERCENT = 3;

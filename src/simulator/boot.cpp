@@ -128,17 +128,23 @@ QByteArray Boot::write(const QByteArray& request)
 {
     const quint32 offset = number_at(request, 1);
     const QByteArray payload = request.mid(WRITE_HEADER_SIZE);
-    const bool fits = !payload.isEmpty() && payload.size() <= settings.mtu &&
-                      quint64(offset) + quint64(payload.size()) <= quint64(rom.capacity());
-    if (fits) {
+    const quint64 end = quint64(offset) + quint64(payload.size());
+    QString refusal;
+    if (payload.isEmpty())
+        refusal = "refused: nothing to write";
+    else if (payload.size() > settings.mtu)
+        refusal = QStringLiteral("refused: more than the MTU of %1 bytes").arg(settings.mtu);
+    else if (end > quint64(rom.capacity()))
+        refusal = QStringLiteral("refused: beyond the memory of %1 bytes").arg(rom.capacity());
+    if (refusal.isEmpty()) {
         application_good = false;
         rom.write(int(offset), payload);
     }
     tell(QStringLiteral("%1 bytes at %2: %3")
              .arg(payload.size())
              .arg(offset)
-             .arg(fits ? "written" : "refused"));
-    return QByteArray(1, WRITE) + (fits ? YES : NO);
+             .arg(refusal.isEmpty() ? "written" : refusal));
+    return QByteArray(1, WRITE) + (refusal.isEmpty() ? YES : NO);
 }
 
 void Boot::tell(const QString& text) const

@@ -7,6 +7,9 @@
 
 #include <array>
 
+// Bytes of name and hard info that fit into the record of 128 bytes that hosts expect.
+constexpr int BOOT_RECORD_ROOM = 128 - 12 - 1;
+
 struct BootSettings
 {
     QString image;          // file of the program memory; empty to keep it in memory alone

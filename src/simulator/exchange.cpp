@@ -60,7 +60,7 @@ void Exchange::hear_requests(Time now, bool silence)
     }
 }
 
-void Exchange::handle(QByteArray request, Time now)
+void Exchange::handle(const QByteArray& request, Time now)
 {
     ++requests;
     tell("<", request);
@@ -77,11 +77,13 @@ void Exchange::handle(QByteArray request, Time now)
         restart(now);
         return;
     }
-    const QByteArray sent = request;
-    if (!faults.pass_frame(request))
-        return tell("lost");
-    if (request != sent)
-        tell("changed to", request);
+    const QByteArrayList arriving = carry(request, overtaken_request);
+    for (const QByteArray& frame : arriving)
+        answer(frame, now);
+}
+
+void Exchange::answer(const QByteArray& request, Time now)
+{
     const Answer answer = module->answer(request);
     send(answer.replies, now);
     if (answer.resets)
@@ -100,17 +102,49 @@ void Exchange::send(const std::vector<Reply>& replies, Time now)
 }
 
 // What is late holds up what comes behind it.
-void Exchange::queue_reply(QByteArray bytes, Time due)
+void Exchange::queue_reply(const QByteArray& bytes, Time due)
 {
     tell(">", bytes);
-    const QByteArray meant = bytes;
-    if (!faults.send_frame(bytes))
+    if (!faults.count_frame())
         return tell("lost");
-    if (bytes != meant)
-        tell("changed to", bytes);
-    if (!outgoing.empty())
-        due = std::max(due, outgoing.back().due);
-    outgoing.push_back({due, bytes});
+    in_turn = std::max(due, in_turn);
+    const QByteArrayList leaving = carry(bytes, overtaken_reply);
+    for (int i = 0; i < leaving.size(); ++i)
+        put_out(leaving[i],
+                in_turn + (i == 0 ? std::chrono::milliseconds(0) : faults.next_delay()));
+}
+
+// A second copy and an overtaken frame have a delay of their own: later replies may pass them.
+void Exchange::put_out(const QByteArray& frame, Time due)
+{
+    const auto later = [](Time time, const Portion& portion) { return time < portion.due; };
+    outgoing.insert(std::upper_bound(outgoing.begin(), outgoing.end(), due, later), {due, frame});
+}
+
+// What arrives of a frame, and behind it the one that it overtakes.
+QByteArrayList Exchange::carry(QByteArray frame, QByteArray& overtaken)
+{
+    QByteArrayList arriving;
+    const QByteArray sent = frame;
+    if (!faults.pass_frame(frame)) {
+        tell("lost");
+    } else {
+        if (frame != sent)
+            tell("changed to", frame);
+        if (overtaken.isEmpty() && faults.reorders()) {
+            tell("to arrive behind the next one");
+            overtaken = frame;
+            return {};
+        }
+        arriving += frame;
+        if (faults.doubles()) {
+            tell("arrives twice");
+            arriving += frame;
+        }
+    }
+    if (!overtaken.isEmpty())
+        arriving += std::exchange(overtaken, {});
+    return arriving;
 }
 
 void Exchange::restart(Time now)
@@ -152,6 +186,8 @@ bool Exchange::wants_cut()
 void Exchange::end_faults()
 {
     faults = Faults({});
+    overtaken_request.clear();
+    overtaken_reply.clear();
     settings.reboot_after = -1;
     settings.cut_after = -1;
 }

@@ -5,6 +5,7 @@
 #include "faults.h"
 #include "module.h"
 
+#include <QByteArrayList>
 #include <deque>
 #include <memory>
 
@@ -39,9 +40,12 @@ private:
         QByteArray bytes;
     };
     void hear_requests(Time now, bool silence);
-    void handle(QByteArray request, Time now);
+    void handle(const QByteArray& request, Time now);
+    void answer(const QByteArray& request, Time now);
     void send(const std::vector<Reply>& replies, Time now);
-    void queue_reply(QByteArray bytes, Time due);
+    void queue_reply(const QByteArray& bytes, Time due);
+    void put_out(const QByteArray& frame, Time due);
+    QByteArrayList carry(QByteArray frame, QByteArray& overtaken);
     void restart(Time now);
     void tell(const char* what, const QByteArray& frame = {}) const;
 
@@ -54,7 +58,10 @@ private:
     Time last_heard{};
     bool silence_told = false; // the module knows that `heard` is followed by silence
     qint64 requests = 0;
-    std::deque<Portion> outgoing;
+    QByteArray overtaken_request; // waits for the next one, behind which it arrives
+    QByteArray overtaken_reply;
+    std::deque<Portion> outgoing; // by their times
+    Time in_turn{};               // when the last reply in its turn goes out
     Time deaf_until{};
     bool cut_due = false;
 };

@@ -1,6 +1,7 @@
 #include "faults.h"
 
 #include <algorithm>
+#include <utility>
 
 Faults::Faults(const FaultSettings& settings)
     : settings(settings)
@@ -17,12 +18,12 @@ bool Faults::pass_frame(QByteArray& frame)
     return true;
 }
 
-bool Faults::send_frame(QByteArray& frame)
+bool Faults::count_frame()
 {
     if (silent())
         return false;
     ++units_sent;
-    return pass_frame(frame);
+    return true;
 }
 
 void Faults::send_bytes(QByteArray& bytes)
@@ -32,17 +33,21 @@ void Faults::send_bytes(QByteArray& bytes)
         bytes.truncate(int(std::min<qint64>(bytes.size(), left)));
     }
     units_sent += bytes.size();
-    if (settings.drop <= 0 && settings.corrupt <= 0)
+    if (settings.drop <= 0 && settings.corrupt <= 0 && settings.twice <= 0 && settings.reorder <= 0)
         return;
-    QByteArray left_over;
+    QByteArray arriving;
     for (char byte : qAsConst(bytes)) {
         if (happens(settings.drop))
             continue;
         if (happens(settings.corrupt))
             turn_a_bit(byte);
-        left_over += byte;
+        if (overtaken.isEmpty() && reorders()) {
+            overtaken += byte;
+            continue;
+        }
+        arriving += QByteArray(doubles() ? 2 : 1, byte) + std::exchange(overtaken, {});
     }
-    bytes = left_over;
+    bytes = arriving;
 }
 
 std::chrono::milliseconds Faults::next_delay()

@@ -9,6 +9,8 @@ struct FaultSettings
 {
     double drop = 0;    // chance, 0 to 1, that a unit is lost
     double corrupt = 0; // chance that one bit of a unit is turned
+    double twice = 0;   // chance that a unit arrives two times
+    double reorder = 0; // chance that a unit arrives behind the next one of its direction
     std::chrono::milliseconds delay{0};
     double delay_chance = 1;  // chance that `delay` holds back an answer
     qint64 silent_after = -1; // units sent before the device falls silent; negative for never
@@ -24,9 +26,12 @@ public:
 
     // A frame on the wire, in either direction: false when it is lost, else perhaps changed.
     bool pass_frame(QByteArray& frame);
-    // The same for a frame that the device sends, which also counts for its falling silent.
-    bool send_frame(QByteArray& frame);
-    // Bytes sent by a device without frames: loses and changes some of them.
+    // Of a frame that was passed: it arrives behind the next one, or two times.
+    bool reorders() { return happens(settings.reorder); }
+    bool doubles() { return happens(settings.twice); }
+    // The device sends a frame: false when it has fallen silent, else the frame is counted.
+    bool count_frame();
+    // Bytes sent by a device without frames: loses, changes, doubles and swaps some of them.
     void send_bytes(QByteArray& bytes);
     // How much later than usual the next answer is to go out.
     std::chrono::milliseconds next_delay();
@@ -41,4 +46,5 @@ private:
     FaultSettings settings;
     std::mt19937_64 random;
     qint64 units_sent = 0;
+    QByteArray overtaken; // a byte that waits for the next one, or none
 };

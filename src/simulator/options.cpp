@@ -11,7 +11,9 @@ struct Mistake
 const char OVERVIEW[] =
     "tarnwick-sim plays a device on a virtual serial port, which tarnwick lists like a real one.\n"
     "\n"
-    "Usage: tarnwick-sim DEVICE [options]      tarnwick-sim DEVICE --help\n"
+    "Usage: tarnwick-sim DEVICE [options]\n"
+    "       tarnwick-sim help [DEVICE]\n"
+    "       tarnwick-sim --version\n"
     "\n"
     "Devices:\n"
     "  echo   sends every byte back\n"
@@ -25,7 +27,7 @@ const char OVERVIEW[] =
     "Examples:\n"
     "  tarnwick-sim echo --baud 115200\n"
     "  tarnwick-sim boot --image rom.bin --module M1 --frame rtu:1 --verbose\n"
-    "  tarnwick-sim boot --listen 4001 --drop 0.01 --corrupt 0.01 --seed 7\n"
+    "  tarnwick-sim boot --listen 4001 --drop 0.01 --double 0.01 --seed 7\n"
     "  tarnwick-sim cnet --device 12,1,0x1234 --device 30,2,0x1235\n"
     "  tarnwick-sim dorv --settings module.txt\n";
 
@@ -39,6 +41,9 @@ const QList<QCommandLineOption> COMMON = {
     {"seed", "Start of all chances and texts: the same seed gives the same run.", "number", "1"},
     {"drop", "Chance, 0 to 1, that a frame (echo and talk: a byte) is lost.", "chance", "0"},
     {"corrupt", "Chance that one bit of a frame (echo and talk: a byte) is turned.", "chance", "0"},
+    {"double", "Chance that a frame (echo and talk: a byte) arrives twice.", "chance", "0"},
+    {"reorder", "Chance that a frame (echo and talk: a byte) arrives behind the next one.",
+     "chance", "0"},
     {"delay", "Hold answers back for this time.", "ms", "0"},
     {"delay-chance", "Chance that --delay holds back an answer.", "chance", "1"},
     {"silent-after", "Fall silent after so many frames (echo and talk: bytes).", "count", "-1"},
@@ -47,7 +52,7 @@ const QList<QCommandLineOption> COMMON = {
 const QList<QCommandLineOption> TALK = {
     {"rate",
      "Lines a second, or bytes a second with --binary and --hex; 0 for as fast as they are "
-     "taken.",
+     "taken, else at least 0.001.",
      "rate", "10"},
     {"line-length", "Bytes in a line, its CR LF included.", "bytes", "72"},
     {"binary", "Bytes of all values instead of lines."},
@@ -147,6 +152,8 @@ void read_common(const Values& values, Options& options)
     FaultSettings& faults = options.faults;
     faults.drop = values.real("drop", 0, 1);
     faults.corrupt = values.real("corrupt", 0, 1);
+    faults.twice = values.real("double", 0, 1);
+    faults.reorder = values.real("reorder", 0, 1);
     faults.delay = std::chrono::milliseconds(values.integer("delay", 0, 3'600'000));
     faults.delay_chance = values.real("delay-chance", 0, 1);
     faults.silent_after = values.integer("silent-after", -1, INT64_MAX);
@@ -161,7 +168,11 @@ void read_talk(const Values& values, Options& options)
     talk.form = values.has("binary") ? TalkForm::Binary
                 : values.has("hex")  ? TalkForm::Hex
                                      : TalkForm::Lines;
+    constexpr double SLOWEST_RATE = 0.001; // else a time of millions of bytes has no number
     talk.rate = values.real("rate", 0, 1e9);
+    if (talk.rate > 0 && talk.rate < SLOWEST_RATE)
+        throw Mistake{QStringLiteral("--rate %1: 0, or a number from %2 to 1000000000, is needed")
+                          .arg(values.text("rate"), QString::number(SLOWEST_RATE))};
     talk.line_length = int(values.integer("line-length", SHORTEST_LINE, 1'000'000));
     talk.size = int(values.integer("size", 0, 1'000'000));
     talk.bytes = values.integer("bytes", -1, INT64_MAX);
@@ -196,6 +207,32 @@ std::array<quint8, 5> read_version(const QString& text)
     return version;
 }
 
+QByteArray read_hex(const char* name, const QString& text)
+{
+    const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
+    QByteArray bytes = QByteArray::fromHex(digits);
+    if (bytes.toHex() != digits)
+        throw Mistake{QStringLiteral("--%1 %2: hexadecimal digits, two for each byte, are needed")
+                          .arg(QLatin1String(name), text)};
+    return bytes;
+}
+
+void read_name_and_hard_info(const Values& values, BootSettings& boot)
+{
+    const QString name = values.text("module");
+    boot.name = name.toLatin1();
+    if (QString::fromLatin1(boot.name) != name || boot.name.contains('\0'))
+        throw Mistake{QStringLiteral("--module %1: the module tells its name in Latin-1, and that "
+                                     "doesn't have all of these characters")
+                          .arg(name)};
+    boot.hard_info = read_hex("hard-info", values.text("hard-info"));
+    const int size = int(boot.name.size() + boot.hard_info.size());
+    if (size > BOOT_RECORD_ROOM)
+        throw Mistake{QStringLiteral("--module and --hard-info: they take %1 bytes, and the record "
+                                     "that the module answers with has room for %2")
+                          .arg(QString::number(size), QString::number(BOOT_RECORD_ROOM))};
+}
+
 void read_boot(const Values& values, Options& options)
 {
     read_module(values, options);
@@ -208,9 +245,8 @@ void read_boot(const Values& values, Options& options)
                 .arg(values.text("frame"))};
     boot.framing = *framing;
     boot.image = values.text("image");
-    boot.name = values.text("module").toLatin1();
+    read_name_and_hard_info(values, boot);
     boot.version = read_version(values.text("firmware"));
-    boot.hard_info = QByteArray::fromHex(values.text("hard-info").toLatin1());
     boot.page = quint16(values.integer("page", 0, UINT16_MAX));
     boot.mtu = quint16(values.integer("mtu", 0, UINT16_MAX));
     boot.rom_size = int(values.integer("rom", 1, 1 << 30));
@@ -315,36 +351,44 @@ static ParsedOptions refused(const QString& why)
     return {{}, "tarnwick-sim: " + why + "\n", false};
 }
 
-ParsedOptions parse_options(const QStringList& arguments)
+static ParsedOptions parse_device_options(const DeviceOptions& device, const QStringList& arguments)
 {
-    ParsedOptions parsed;
-    const QString name = arguments.value(0);
-    if (name == "--help" || name == "-h")
-        return {{}, OVERVIEW, true};
-    const DeviceOptions* device = find_device(name);
-    if (!device)
-        return name.isEmpty() ? ParsedOptions{{}, OVERVIEW, false}
-                              : refused("no such device: " + name + "\n\n" + OVERVIEW);
-
     QCommandLineParser parser;
-    parser.setApplicationDescription(device->what);
-    parser.addOptions(with_defaults_told(device->own + COMMON));
+    parser.setApplicationDescription(device.what);
+    parser.addOptions(with_defaults_told(device.own + COMMON));
     const QCommandLineOption help({"h", "help"}, "Show this text.");
     parser.addOption(help);
-    const bool known = parser.parse(QStringList("tarnwick-sim " + name) + arguments.mid(1));
+    const bool known =
+        parser.parse(QStringList(QString("tarnwick-sim %1").arg(device.name)) + arguments);
     if (parser.isSet(help))
-        return {{}, help_text(parser, *device), true};
+        return {{}, help_text(parser, device), true};
     if (!known)
         return refused(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
         return refused("unexpected: " + parser.positionalArguments().join(' '));
 
-    parsed.options.device = name;
+    ParsedOptions parsed;
+    parsed.options.device = device.name;
     try {
         read_common(Values(parser), parsed.options);
-        device->read(Values(parser), parsed.options);
+        device.read(Values(parser), parsed.options);
     } catch (const Mistake& mistake) {
         return refused(mistake.text);
     }
     return parsed;
+}
+
+ParsedOptions parse_options(const QStringList& arguments)
+{
+    const QString name = arguments.value(0);
+    const bool asks = name == "help" || name == "--help" || name == "-h";
+    if (name == "--version")
+        return {{}, "tarnwick-sim " TARNWICK_VERSION "\n", true};
+    if (name.isEmpty() || (asks && arguments.size() < 2))
+        return {{}, OVERVIEW, asks};
+    const QString wanted = asks ? arguments.at(1) : name;
+    const DeviceOptions* const device = find_device(wanted);
+    if (!device)
+        return refused("no such device: " + wanted + "\n\n" + OVERVIEW);
+    return parse_device_options(*device, asks ? QStringList("--help") : arguments.mid(1));
 }

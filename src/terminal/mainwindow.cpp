@@ -4,13 +4,13 @@
 #include "filesend.h"
 #include "inifile.h"
 #include "pacedlabel.h"
+#include "portdrain.h"
 #include "settingkeys.h"
 #include "ui_mainwindow.h"
 #include "wallclock.h"
 
 #include <QMessageBox>
 #include <QScopedValueRollback>
-#include <QShortcut>
 
 // At the first start. The panel would take its preferred height, and leave little to received data.
 static constexpr int CONTROL_PANEL_HEIGHT = 210;
@@ -50,9 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
     save_file = nullptr;
 
     status_bar_fill();
-    auto* const menu_key = new QShortcut(Qt::Key_F10, this);
-    connect(menu_key, &QShortcut::activated, this,
-            [this] { ui->menuBar->setActiveAction(ui->menu_file->menuAction()); });
+    shortcuts_create();
     ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
@@ -79,6 +77,7 @@ MainWindow::~MainWindow()
     config_store();
     save_end();
     port_close();
+    PortDrain::finish_all(); // no event loop does it any more
     delete ui;
 }
 

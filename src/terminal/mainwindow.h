@@ -18,6 +18,7 @@
 #include <memory>
 
 class FileSend;
+class FindBar;
 class QCheckBox;
 class QProgressBar;
 class Ui_MainWindow;
@@ -80,6 +81,10 @@ private:
     void send_count_show(int n);
 
     void language_load(QString language);
+    void accessible_names_set();
+
+    void shortcuts_create();
+    FindBar* find_bar_get();
 
     void config_load();
     void config_store();
@@ -90,6 +95,7 @@ private:
     void strings_store(QSettings& settings);
 
     void port_open();
+    bool port_awaited(const QString& port_name);
     void port_close();
     void session_begin(const QString& port_name, const PortSettings& settings);
 
@@ -163,8 +169,10 @@ private:
     // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;
+    int opens = 0;                // the dialog of an open was accepted so many times
     bool session_failing = false; // the box about a failed write is open, the close comes after it
     std::unique_ptr<FileSend> file_send; // set while a file goes out, and with it:
     QProgressBar* file_progress;         // in the status bar, shown while a file goes out
     qint64 file_shown_ms = 0;            // when the progress was last shown
+    FindBar* find_bar = nullptr;         // the receive area's child, made when it is first wanted
 };

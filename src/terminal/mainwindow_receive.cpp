@@ -52,7 +52,7 @@ void MainWindow::port_read()
     port->read(chunk.data(), n);
     if (!display_paused || save2file_active)
         recv_process(chunk);
-    if (loop)
+    if (loop && !file_send) // an echo would land in the middle of the file
         port_write(chunk);
     rx_bytes = count_after(rx_bytes, n);
     rx_count_show(rx_bytes);

@@ -1,9 +1,11 @@
 #include "mainwindow.h"
 
+#include "portdrain.h"
 #include "qlinkcfgdlg.h"
 #include "qserialcfgwidget.h"
 #include "ui_mainwindow.h"
 
+#include <QEventLoop>
 #include <memory>
 
 void MainWindow::on_pushButton_open_clicked()
@@ -27,6 +29,8 @@ void MainWindow::port_open()
     PortSettings settings;
     page->port_settings_get(&settings);
     const QString port_name = page->port_name();
+    if (!port_awaited(port_name))
+        return;
 
     port = new QextSerialPort(port_name, settings, QextSerialPort::EventDriven);
     if (!port->open(QIODevice::ReadWrite)) {
@@ -41,6 +45,23 @@ void MainWindow::port_open()
     connect(enumerator, &QextSerialEnumerator::deviceRemoved, this, &MainWindow::port_removed);
     dialog.reset(); // stores the settings
     session_begin(port_name, settings);
+}
+
+// The port may still let out what its last session accepted. The window goes on meanwhile, and may
+// be asked to open another port, or to end: then false, and this open is given up.
+bool MainWindow::port_awaited(const QString& port_name)
+{
+    const int this_open = ++opens;
+    PortDrain* const last = PortDrain::holding(port_name);
+    if (!last)
+        return true;
+    ui->statusBar->showMessage(
+        tr("%1 opens as soon as the bytes of the last session are out").arg(port_name));
+    QEventLoop wait;
+    connect(last, &PortDrain::ended, &wait, &QEventLoop::quit);
+    wait.exec();
+    ui->statusBar->clearMessage();
+    return this_open == opens && !PortDrain::holding(port_name);
 }
 
 static QString port_description(const QString& port_name, const PortSettings& settings)

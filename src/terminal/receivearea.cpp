@@ -54,6 +54,8 @@ ReceiveArea::ReceiveArea(QWidget* parent)
     text->setDefaultTextOption(option);
     setDocument(text);
     connect(text_layout, &ReceiveLayout::changed, this, &ReceiveArea::rows_changed);
+    connect(text_layout, &ReceiveLayout::front_dropped, this, &ReceiveArea::front_dropped);
+    connect(text_layout, &ReceiveLayout::text_changed, this, &ReceiveArea::text_changed);
     // The stock widget turns pages by asking its layout for lines; the scroll bar alone does it
     // too.
     disconnect(verticalScrollBar(), SIGNAL(actionTriggered(int)), this, nullptr);
@@ -280,17 +282,6 @@ void ReceiveArea::focusOutEvent(QFocusEvent* event)
     viewport()->update();
 }
 
-void ReceiveArea::keyPressEvent(QKeyEvent* event)
-{
-    if (event->matches(QKeySequence::SelectAll)) {
-        event->accept();
-        selectAll();
-        offer_selection();
-        return;
-    }
-    QPlainTextEdit::keyPressEvent(event);
-}
-
 void ReceiveArea::contextMenuEvent(QContextMenuEvent* event)
 {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu());
@@ -299,9 +290,4 @@ void ReceiveArea::contextMenuEvent(QContextMenuEvent* event)
         connect(all, &QAction::triggered, this, &ReceiveArea::selectAll);
     }
     menu->exec(event->globalPos());
-}
-
-void ReceiveArea::scrollContentsBy(int /*dx*/, int /*dy*/)
-{
-    viewport()->update();
 }

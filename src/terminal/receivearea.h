@@ -7,6 +7,9 @@
 #include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QRawFont>
+#include <vector>
+
+class TextSearch;
 
 /// A QPlainTextEdit whose stock layout is replaced, because that lays out a whole paragraph at each
 /// insertion: a stream without line breaks costs more with every byte and soon freezes the window.
@@ -49,8 +52,29 @@ public:
     /// The text of a row as it is painted, from 0 at the top of the document.
     QString row_text(int row) const;
 
+    int text_length() const { return text_layout->rows().length(); }
+    /// The text of [from, to) as far as it exists, with U+2029 between paragraphs. Costs its length
+    /// and not that of its paragraph.
+    QString text_between(int from, int to) const;
+    /// The selection, if it lies in one paragraph and has at most so many characters.
+    QString selected_line(int most) const;
+    int first_position_in_sight() const;
+    void show_span(int from, int to); ///< scrolls, if some of it is out of sight
+
+    /// Paints all that `search` finds in sight, until it is called again; null ends it.
+    void mark_hits(const TextSearch* search);
+    void mark_current_hit(int from, int to); ///< paints it apart from the others
+    void reserve_top(int height);            ///< of the frame, for a widget above the text
+
 public slots:
     void selectAll(); ///< as the stock one, without its cost
+    void font_grow() { font_resize(1); }
+    void font_shrink() { font_resize(-1); }
+    void font_reset(); ///< to the size it had first
+
+signals:
+    void front_dropped(int count); ///< as ReceiveLayout has them
+    void text_changed(int from);
 
 protected:
     bool event(QEvent* event) override;
@@ -61,6 +85,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -78,6 +103,16 @@ private:
     {
         int from;
         int to;
+        bool holds(int position) const { return from <= position && position < to; }
+        /// Its first edge in (begin, end), or else `end`.
+        int cut(int begin, int end) const;
+    };
+    /// What is painted in other colours.
+    struct Highlights
+    {
+        Span selection;
+        Span current_hit;
+        std::vector<Span> hits; ///< in order, none touches the next
     };
 
     void move_to_end();
@@ -89,7 +124,10 @@ private:
     void show_position(int position);
     bool at_end() const;
 
-    void paint_row(QPainter& painter, int row, qreal y, Span selection) const;
+    void font_resize(int points);
+    void set_font_size(qreal points);
+    Highlights highlights(int first_row, int last_row) const;
+    void paint_row(QPainter& painter, int row, qreal y, const Highlights& highlights) const;
     void paint_text(QPainter& painter, int from, int to, int column, qreal y,
                     const QColor& color) const;
     void paint_glyphs(QPainter& painter, const QString& text, const QVector<QPointF>& at,
@@ -108,6 +146,10 @@ private:
     qreal row_height = 1;
     qreal ascent = 0;
     int margin = 0;
+    qreal font_size_before = 0; ///< in points, before it was changed; 0 if it never was
+    int wheel_turn = 0;         ///< with Ctrl, in eighths of a degree, short of a step
+    const TextSearch* search = nullptr;
+    Span current_hit = {-1, -1};
 
     Unit unit = Unit::character;
     Span pressed = {0, 0}; ///< what the press selected, which a drag keeps selected

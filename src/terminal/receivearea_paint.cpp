@@ -1,5 +1,7 @@
-// What the receive area looks like: rows of cells, colours, selection, placeholder.
+// What the receive area looks like: rows of cells, colours, selection, hits, placeholder.
 #include "receivearea.h"
+
+#include "textsearch.h"
 
 #include <QGlyphRun>
 #include <QPaintEvent>
@@ -16,6 +18,11 @@ struct Look
     QBrush foreground;
     QBrush background;
 };
+
+// Legible on a light and on a dark ground.
+constexpr QRgb HIT_TEXT = 0xFF000000;
+constexpr QRgb HIT_GROUND = 0xFFFFE46B;
+constexpr QRgb CURRENT_HIT_GROUND = 0xFFFF9D3C;
 
 // The formats of [from, to), which lies in one block.
 std::vector<Look> looks_of(const QTextDocument& document, int from, int to)
@@ -62,17 +69,43 @@ void ReceiveArea::paintEvent(QPaintEvent* event)
         return;
     }
     painter.setFont(font());
-    const QTextCursor cursor = textCursor();
-    const Span selection = {cursor.selectionStart(), cursor.selectionEnd()};
-    const int last = text_layout->rows().row_count();
+    const int top = verticalScrollBar()->value();
+    const int past = std::min(text_layout->rows().row_count(), top + visible_rows() + 1);
+    const Highlights in_sight = highlights(top, past - 1);
     qreal y = margin;
-    for (int row = verticalScrollBar()->value(); row < last && y < viewport()->height(); ++row) {
-        paint_row(painter, row, y, selection);
+    for (int row = top; row < past; ++row) {
+        paint_row(painter, row, y, in_sight);
         y += row_height;
     }
 }
 
-void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, Span selection) const
+int ReceiveArea::Span::cut(int begin, int end) const
+{
+    for (const int edge : {from, to})
+        if (begin < edge && edge < end)
+            return edge;
+    return end;
+}
+
+ReceiveArea::Highlights ReceiveArea::highlights(int first_row, int last_row) const
+{
+    const QTextCursor cursor = textCursor();
+    Highlights found = {{cursor.selectionStart(), cursor.selectionEnd()}, current_hit, {}};
+    if (search == nullptr)
+        return found;
+    const RowTable& rows = text_layout->rows();
+    const int length = search->wanted_length();
+    const int from = std::max(0, rows.row_start(first_row) - length + 1);
+    for (const int hit : search->hits(from, rows.row_end(last_row))) {
+        if (!found.hits.empty() && hit <= found.hits.back().to)
+            found.hits.back().to = hit + length;
+        else
+            found.hits.push_back({hit, hit + length});
+    }
+    return found;
+}
+
+void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, const Highlights& lit) const
 {
     const RowTable& rows = text_layout->rows();
     const auto group = !isEnabled() ? QPalette::Disabled
@@ -81,21 +114,29 @@ void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, Span selection)
     const int end = rows.row_end(row);
     int from = rows.row_start(row);
     int column = 0;
+    auto hit = std::lower_bound(lit.hits.begin(), lit.hits.end(), from,
+                                [](const Span& each, int at) { return each.to <= at; });
     for (const Look& look : looks_of(*document(), from, end)) {
-        const int selected_from = std::min(std::max(selection.from, from), look.to);
-        const int selected_to = std::min(std::max(selection.to, from), look.to);
-        for (const int to : {selected_from, selected_to, look.to}) {
-            const bool selected = to == selected_to && from >= selection.from;
-            int next = column;
-            for (int at = from; at < to; ++at)
-                next = column_after(rows.cell(at), next, rows.columns());
+        while (from < look.to) {
+            if (hit != lit.hits.end() && hit->to <= from)
+                ++hit;
+            const Span near_hit = hit != lit.hits.end() ? *hit : Span{-1, -1};
+            int to = look.to;
+            for (const Span& span : {lit.selection, lit.current_hit, near_hit})
+                to = span.cut(from, to);
             QColor color = look.foreground.style() != Qt::NoBrush ? look.foreground.color()
                                                                   : palette().text().color();
             QBrush background = look.background;
-            if (selected) {
+            if (lit.selection.holds(from)) {
                 color = palette().color(group, QPalette::HighlightedText);
                 background = palette().brush(group, QPalette::Highlight);
+            } else if (near_hit.holds(from)) {
+                color = HIT_TEXT;
+                background = QColor(lit.current_hit.holds(from) ? CURRENT_HIT_GROUND : HIT_GROUND);
             }
+            int next = column;
+            for (int at = from; at < to; ++at)
+                next = column_after(rows.cell(at), next, rows.columns());
             if (background.style() != Qt::NoBrush && next > column)
                 painter.fillRect(QRectF(margin + column * cell_width, y,
                                         (next - column) * cell_width, row_height),

@@ -69,14 +69,19 @@ void ReceiveLayout::documentChanged(int from, int removed, int added)
     const bool was_announced = announced + withdrawn > 0 && removed == withdrawn &&
                                added == announced && from + added == length &&
                                table.length() == length;
-    const bool text_is_the_same = announced == 0 && table.length() == length && removed != added;
+    const bool text_is_the_same =
+        announced + withdrawn == 0 && table.length() == length && removed != added;
     const bool front_was_removed =
         announced == 0 && from == 0 && added == 0 && table.length() - removed == length;
     announced = withdrawn = 0;
-    if (front_was_removed)
+    if (front_was_removed) {
         table.drop_front(removed);
-    else if (!was_announced && !text_is_the_same)
-        read_again(from);
+        emit front_dropped(removed);
+    } else if (!text_is_the_same) {
+        if (!was_announced)
+            read_again(from);
+        emit text_changed(from);
+    }
     emit changed();
 }
 

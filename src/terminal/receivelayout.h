@@ -32,7 +32,9 @@ public:
     QRectF blockBoundingRect(const QTextBlock& block) const override;
 
 signals:
-    void changed(); ///< the rows are up to date with the document again
+    void front_dropped(int count); ///< the document has lost its first characters
+    void text_changed(int from);   ///< from there on the document holds another or more text
+    void changed();                ///< the rows are up to date with the document again
 
 protected:
     void documentChanged(int from, int removed, int added) override;

@@ -41,9 +41,11 @@ public:
     ~Loader() override;
 
     // The dialogue, which a run goes through; only for its thread, or for the caller's while no run
-    // is under way. It is a write for each request and a read for each reply; only behind a missed
-    // reply is the framer flushed in front of each request. data points at the first byte of the
-    // packet or block. Results are 0, BLOCK_DIFFERS or a ToolError.
+    // is under way. It is a flush and a write for each request and a read for each reply. After a
+    // missed reply the next two requests wait before that flush until what is on its way has come:
+    // for the time that the slowest page check took, at least 10 ms and at most 1 s. After a reply
+    // to another request each verify does, for the rest of the run. data points at the first byte
+    // of the packet or block. Results are 0, BLOCK_DIFFERS or a ToolError.
     static constexpr int BLOCK_DIFFERS = 1;
 
     // One exchange, and up to retry_count repeats.
@@ -79,6 +81,8 @@ public slots:
     void reset_wait_ms_set(uint ms);
     // Pause between the final verify request and the reading of its reply; and in front of that
     // request when the run missed a reply, which could otherwise come late and pass for this one.
+    // Without a miss the pause in front is that of a page check, at least 10 ms: the time in which
+    // a second copy of the last reply arrives.
     void verify_wait_ms_set(uint ms);
     // Starts a run, or says in a message box that one is under way. The thread runs on for a moment
     // beyond upgrade_done: QThread::finished or wait() tell when the next run can start.
@@ -109,6 +113,9 @@ private:
     bool boot_reach();
 
     void request_send(const QByteArray& request);
+    int status_get(const QByteArray& request, std::uint32_t wait_ms);
+    void reply_miss();
+    std::uint32_t quiet_ms() const;
     int info_refusal(const std::uint8_t* reply, int size);
     void zero_report(std::uint32_t page_size, std::uint32_t mtu);
     int firmware_check(const QString& module_name);
@@ -124,6 +131,10 @@ private:
     std::uint32_t reset_wait_ms = 1000; // a reset and the start of the boot code
     std::uint32_t verify_wait_ms = 500; // a CRC over the whole flash
     bool dev_in_boot = false;
-    bool reply_missed = false; // in this run: an answer may still be on its way
+    // Of this run:
+    bool reply_missed = false; // an answer may still be on its way
+    bool stray_seen = false;   // an answer to another request came: replies are doubled or late
+    int careful_requests = 0;  // so many requests to come wait for silence first
+    qint64 slowest_check_ms = 0;
     std::atomic<bool> abort_flag{false};
 };

@@ -7,6 +7,7 @@
 #include "qframer.h"
 #include "toolerror.h"
 
+#include <QElapsedTimer>
 #include <algorithm>
 
 namespace {
@@ -20,13 +21,56 @@ void pause(std::uint32_t ms)
 
 } // namespace
 
-// A failed write shows as a missing reply. Once a reply was missed it may come late, and must not
-// be taken for the answer to this request.
+// A failed write shows as a missing reply. Replies say nothing of what they answer but their
+// letter, so what came before this request must be gone: the second copy of a reply, or a late one.
 void Loader::request_send(const QByteArray& request)
 {
-    if (reply_missed)
-        framer->flush();
+    const bool decides = request[0] == char(BOOT_VERIFY);
+    if (careful_requests > 0 || (stray_seen && decides))
+        pause(quiet_ms());
+    careful_requests = std::max(0, careful_requests - 1);
+    framer->flush();
     framer->write(request.constData(), int(request.size()));
+}
+
+// The status that the device answers with, 0 to 255, or TOOL_NO_REPLY or TOOL_BAD_REPLY.
+int Loader::status_get(const QByteArray& request, std::uint32_t wait_ms)
+{
+    request_send(request);
+    pause(wait_ms);
+    QElapsedTimer clock;
+    clock.start();
+    std::uint8_t reply[BOOT_STATUS_SIZE] = {};
+    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
+    if (count != BOOT_STATUS_SIZE) {
+        reply_miss();
+        return TOOL_NO_REPLY;
+    }
+    if (reply[0] != std::uint8_t(request[0])) {
+        reply_miss();
+        stray_seen = true;
+        return TOOL_BAD_REPLY;
+    }
+    if (reply[0] == BOOT_VERIFY)
+        slowest_check_ms = std::max(slowest_check_ms, clock.elapsed());
+    return reply[1];
+}
+
+// The true answer may still be on its way. It must not meet the repeat, nor the repeat's own answer
+// the request after that.
+void Loader::reply_miss()
+{
+    constexpr int THE_REPEAT_AND_THE_NEXT = 2;
+    reply_missed = true;
+    careful_requests = THE_REPEAT_AND_THE_NEXT;
+}
+
+// What is on its way arrives within the time that an exchange takes, on a slow line too.
+std::uint32_t Loader::quiet_ms() const
+{
+    constexpr qint64 LEAST_MS = 10; // more than the systems at both ends hold bytes back
+    constexpr qint64 MOST_MS = 1000;
+    return std::uint32_t(std::clamp(slowest_check_ms, LEAST_MS, MOST_MS));
 }
 
 int Loader::dev_info_get()
@@ -38,7 +82,7 @@ int Loader::dev_info_get()
         std::min(framer->read(reinterpret_cast<char*>(reply), BOOT_INFO_MAX), BOOT_INFO_MAX);
     const int refusal = info_refusal(reply, count);
     if (refusal != 0) {
-        reply_missed = true; // what came may be chatter of the application, in front of the reply
+        reply_miss(); // what came may be chatter of the application, in front of the reply
         emit dev_soft_info_set(QStringLiteral("N/A"));
         emit dev_hard_info_set(nullptr, 0);
         return refusal;
@@ -130,19 +174,15 @@ void Loader::dev_reboot()
 
 int Loader::packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n)
 {
-    request_send(boot_write_request(data, offset, n));
-    std::uint8_t reply[BOOT_STATUS_SIZE] = {};
-    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
-    if (count != BOOT_STATUS_SIZE) {
-        reply_missed = true;
+    const int status = status_get(boot_write_request(data, offset, n), 0);
+    if (status == 0)
+        return int(n);
+    if (status == TOOL_NO_REPLY) {
         emit log(tr("ldr: data sent, device no response"));
         return TOOL_NO_REPLY;
     }
-    if (reply[0] != BOOT_WRITE || reply[1] != 0) {
-        emit log(tr("ldr: data sent, packet was broken at receiver"));
-        return TOOL_REFUSED;
-    }
-    return int(n);
+    emit log(tr("ldr: data sent, packet was broken at receiver"));
+    return TOOL_REFUSED;
 }
 
 int Loader::packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n)
@@ -190,24 +230,20 @@ bool Loader::block_send(const std::uint8_t* data, std::uint32_t offset, std::uin
 
 int Loader::block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final)
 {
-    request_send(boot_verify_request(crc, offset, size, final));
-    if (final)
-        pause(verify_wait_ms);
-    std::uint8_t reply[BOOT_STATUS_SIZE] = {};
-    const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
-    if (count != BOOT_STATUS_SIZE) {
-        reply_missed = true;
+    const int status =
+        status_get(boot_verify_request(crc, offset, size, final), final ? verify_wait_ms : 0);
+    if (status == TOOL_NO_REPLY) {
         emit log(
             tr("ldr: block(offset=%1, size=%2) verify failed, no reply").arg(offset).arg(size));
-        return TOOL_NO_REPLY;
+        return status;
     }
-    if (reply[0] != BOOT_VERIFY) {
+    if (status == TOOL_BAD_REPLY) {
         emit log(tr("ldr: block(offset=%1, size=%2) verify failed, invalid reply")
                      .arg(offset)
                      .arg(size));
-        return TOOL_BAD_REPLY;
+        return status;
     }
-    if (reply[1] == 0) {
+    if (status == 0) {
         emit log(tr("ldr: block(offset=%1, size=%2) verify ... [OK]").arg(offset).arg(size));
         return 0;
     }

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <new>
@@ -86,7 +87,9 @@ void Loader::run()
     emit upgrade_progress(int(*size), 0);
 
     reply_missed = false;
-    framer->flush(); // what an earlier run has left behind answers nothing of this one
+    stray_seen = false;
+    careful_requests = 0;
+    slowest_check_ms = 0;
     QElapsedTimer stopwatch;
     stopwatch.start();
     upgrade(content.get(), *size);
@@ -137,10 +140,9 @@ void Loader::upgrade(const std::uint8_t* data, std::uint32_t size)
         return;
     }
     emit log(tr("ldr: Firmware verify ..."));
-    // A late answer to a page check must not pass for the one that decides: let it come, to be
-    // dropped in front of the request.
-    if (reply_missed)
-        msleep(verify_wait_ms);
+    // An answer to a page check must not pass for the one that decides. A late one or a second
+    // copy has this time to come, and is dropped in front of the request.
+    msleep(reply_missed ? std::max(verify_wait_ms, quiet_ms()) : quiet_ms());
     // An abort that fell into the final verify is tested here, as no reboot may follow it.
     if (block_verify_retry(data, 0, size, true) != 0 || abort_flag) {
         emit msgbox(tr("File verify failed"));
@@ -160,7 +162,6 @@ bool Loader::boot_reach()
         emit log(tr("ldr: Upgrade progress aborted"));
         return false;
     }
-    framer->flush(); // what the application said last, or the reset made of the line
     if (dev_info_get_retry() != 0) {
         emit msgbox(tr("Get device info failed after device enter boot mode"));
         return false;

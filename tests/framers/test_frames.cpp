@@ -1,11 +1,20 @@
 // The framers that wrap payload in a frame: transcripts in plain bytes, and what becomes of frames
 // that aren't right.
+#include "framebuffer.h"
 #include "layers.h"
 #include "memorylink.h"
 #include "qframernull.h"
 
 #include <climits>
 #include <gtest/gtest.h>
+
+static int frames_on_heap = 0;
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++frames_on_heap;
+    return ::operator new[](size);
+}
 
 namespace {
 
@@ -91,9 +100,10 @@ TEST(Frames, AreRefusedWhenNotRight)
 
 TEST(Frames, AreOfAnyLengthButAnImpossibleOne)
 {
-    // On both sides of the room on the stack.
-    for (const int size : {1, 1148, 1149, 1150, 1151, 100000}) {
+    constexpr int MOST = FrameBuffer::ON_STACK - RtuFrame::OVERHEAD - Crc16Frame::OVERHEAD;
+    for (const int size : {1, 4096, MOST, MOST + 1, MOST + 3, 100000}) {
         const QByteArray payload(size, '\xA5');
+        frames_on_heap = 0;
         MemoryLink link;
         link.device = [](const QByteArray& request) { return request; };
         QFramerNull bytes(&link);
@@ -101,6 +111,7 @@ TEST(Frames, AreOfAnyLengthButAnImpossibleOne)
         Framers framers(&inner);
         EXPECT_EQ(send(framers.rtu, payload), size + 5);
         EXPECT_EQ(receive(framers.rtu, size).bytes, payload);
+        EXPECT_EQ(frames_on_heap > 0, size > MOST) << size;
     }
     NotingFramer below;
     Framers framers(&below);

@@ -1,10 +1,14 @@
-// What fuzz targets share.
+// The frame of the fuzz programs, each of which includes it once. A program has a table of parsers;
+// its first argument, --NAME, picks one.
 #pragma once
 
 #include <QByteArray>
-#include <QFile>
-#include <cstdint>
+#include <QMap>
 #include <cstdlib>
+
+using Parser = void (*)(const QByteArray& input); // the function that fuzzes it
+extern const QMap<QByteArray, Parser> PARSERS;
+inline Parser chosen = nullptr;
 
 inline void require(bool condition)
 {
@@ -12,23 +16,16 @@ inline void require(bool condition)
         std::abort();
 }
 
-// An input: a byte for the target's own use, and the rest.
-struct ChoiceInput
+extern "C" int LLVMFuzzerInitialize(int*, char*** argv)
 {
-    std::uint8_t choice = 0;
-    QByteArray rest;
+    chosen = PARSERS.value(QByteArray((*argv)[1]).mid(2));
+    if (chosen == nullptr)
+        qFatal("The first argument is one of --%s", PARSERS.keys().join(", --").constData());
+    return 0;
+}
 
-    ChoiceInput(const std::uint8_t* data, std::size_t size)
-    {
-        if (size == 0)
-            return;
-        choice = data[0];
-        rest = QByteArray(reinterpret_cast<const char*>(data) + 1, int(size - 1));
-    }
-};
-
-inline void write_file(const QString& path, const QByteArray& content)
+extern "C" int LLVMFuzzerTestOneInput(const uchar* data, std::size_t size)
 {
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    chosen(QByteArray(reinterpret_cast<const char*>(data), int(size)));
+    return 0;
 }

@@ -9,6 +9,7 @@
 #include <future>
 #include <gtest/gtest.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -39,6 +40,26 @@ TEST(QLinkSerial, MovesAndLogsBytesToTheLetter)
     EXPECT_EQ(lines(log), QStringList({"Serial port already opened", "ser: putchar (1f0a)",
                                        "ser: write   (01 FF)", "ser: getchar (ff)",
                                        "ser: read    (07 61)", "ser: readline(62 63 0A)"}));
+}
+
+TEST(QLinkSerial, LeavesNothingOfABacklogAfterAFlush)
+{
+    Pty pty;
+    QLinkSerial link(pty.device(), plain_settings(20000), false);
+    ASSERT_EQ(link.open(), 0);
+    for (const bool read_ahead : {false, true}) {
+        const QByteArray stale = mixed_bytes(1000);
+        while (::write(pty.master_fd(), stale.constData(), size_t(stale.size())) > 0)
+            if (read_ahead) {
+                EXPECT_GT(link.bytes_available(), 0);
+            }
+        link.flush();
+        EXPECT_EQ(link.bytes_available(), 0);
+        ASSERT_TRUE(pty.write("new"));
+        char buffer[4] = {};
+        EXPECT_EQ(link.read(buffer, 3), 3);
+        EXPECT_STREQ(buffer, "new");
+    }
 }
 
 TEST(QLinkSerial, MayBeOpenedAndClosedOnOtherThreadsThanItsOwn)

@@ -78,6 +78,7 @@ TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
     boot.end();
     const QByteArray told = boot.process.readAllStandardError();
     for (const char* line : {"boot: < 64 00 00 00 00 00 00 00 10 7f 8a 3d 46 00 50 4b\n",
+                             "boot: 4 bytes at 1048573: refused: beyond the memory of 1048576",
                              "boot: check of 16 bytes at 0: different\n", "boot: > 64 01 ea b0\n"})
         EXPECT_TRUE(told.contains(line)) << told.constData();
 }
@@ -102,6 +103,9 @@ TEST_F(Modules, AnswerInTheirFramesAndRestartWhenTheirSupplyFails)
         {SMALL_MODULE + " --reboot-after 2", {{ENTER_BOOT, ""}, {ASK, ""}, {ASK, IN_APPLICATION}}},
         {SMALL_MODULE + " --reboot-after 3",
          {{ENTER_BOOT, ""}, {FIRST_PACKET, WRITTEN}, {ASK, ""}, {ASK, IN_BOOT}}},
+        {"boot --boot --double 1", {{FIRST_CHECK, QByteArray(DIFFERENT).repeated(4)}}}, // both ways
+        {"boot --boot --reorder 1",
+         {{FIRST_CHECK, ""}, {FIRST_PACKET, QByteArray(DIFFERENT) + WRITTEN}}},
         {"cnet --address 0x0102 --device 12,1,0x1234 --device 12,1,0x1235 --device 12,0,0x1236",
          {{"ab d1 ba", "ab d1 01 02 09 00 01 02 03 ba"},
           {"ab 61 ba", "ab 61 00 c0 ff ee 00 00 01 02 01 02 09 00 01 02 03 ba"},

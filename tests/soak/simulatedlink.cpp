@@ -65,7 +65,7 @@ int SimulatedLink::read(char* buffer, int nbytes)
         return LINK_CLOSED;
     const Time deadline = now() + timeout;
     for (pass_bytes(); received.size() < nbytes && !lost && now() < deadline; pass_bytes()) {
-        const Time moment = std::min(next_event(), deadline);
+        const Time moment = std::min(next_event(passed_until), deadline);
         skipped += std::max(std::chrono::nanoseconds(0), std::chrono::nanoseconds(moment - now()));
     }
     if (received.isEmpty() && lost)
@@ -88,11 +88,23 @@ int SimulatedLink::write(const char* buffer, int nbytes)
     return nbytes;
 }
 
+// The caller may have slept: what happened meanwhile happened at its own time and in its order.
 void SimulatedLink::pass_bytes()
 {
-    if (lost)
-        return;
     const Time moment = now();
+    Time at = std::min(moment, next_event(passed_until));
+    while (!lost) {
+        pass_bytes_at(at);
+        if (at == moment)
+            break;
+        constexpr std::chrono::microseconds LEAST_STEP(1);
+        at = std::min(moment, std::max(at + LEAST_STEP, next_event(at)));
+    }
+    passed_until = moment;
+}
+
+void SimulatedLink::pass_bytes_at(Time moment)
+{
     const int fits = std::min(from_host.room(), int(unsent.size()));
     if (fits > 0)
         from_host.put(unsent.left(fits), moment);
@@ -109,9 +121,8 @@ void SimulatedLink::pass_bytes()
     lost = device.wants_cut();
 }
 
-Time SimulatedLink::next_event() const
+Time SimulatedLink::next_event(Time after) const
 {
-    const Time moment = now();
     return std::min(
-        {device.next_wake(moment), from_host.next_arrival(moment), to_host.next_arrival(moment)});
+        {device.next_wake(after), from_host.next_arrival(after), to_host.next_arrival(after)});
 }

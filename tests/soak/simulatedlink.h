@@ -29,13 +29,15 @@ public:
 private:
     Time now() const { return Clock::now() + skipped; }
     void pass_bytes();
-    Time next_event() const;
+    void pass_bytes_at(Time moment);
+    Time next_event(Time after) const;
 
     Device& device;
     int baud;
     std::chrono::milliseconds timeout;
     std::chrono::nanoseconds skipped{0};
-    QByteArray unsent; // the line has no room for it yet
+    Time passed_until{}; // nothing is left to happen before
+    QByteArray unsent;   // the line has no room for it yet
     Lane from_host;
     Lane to_host;
     QByteArray received;

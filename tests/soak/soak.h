@@ -1,5 +1,5 @@
-// What the soak programs share: a window on a pseudo-terminal, a count of what went wrong, and the
-// figures of their own process.
+// The frame of the soak programs: a window on a pseudo-terminal, a count of what went wrong, and
+// the figures of the process.
 #pragma once
 
 #include "windowtest.h"
@@ -13,62 +13,47 @@
 
 struct ProcessFigures
 {
-    double resident_mb;
-    int descriptors;
-    int threads;
+    double resident_mb = file_content("/proc/self/statm").split(' ').at(1).toDouble() *
+                         double(sysconf(_SC_PAGESIZE)) / 1e6;
+    int descriptors = entries("/proc/self/fd");
+    int threads = entries("/proc/self/task");
 
-    static ProcessFigures now()
+private:
+    static int entries(const char* folder)
     {
-        QFile memory("/proc/self/statm");
-        memory.open(QIODevice::ReadOnly);
-        const double pages = memory.readAll().split(' ').at(1).toDouble();
-        const auto entries = [](const char* folder) {
-            return int(QDir(folder).entryList(QDir::AllEntries | QDir::System).size());
-        };
-        return {pages * double(sysconf(_SC_PAGESIZE)) / 1e6, entries("/proc/self/fd"),
-                entries("/proc/self/task")};
+        return int(QDir(folder).entryList(QDir::AllEntries | QDir::System).size());
     }
 };
 
 class Soak : public WindowTest
 {
 public:
-    Soak() { window_start(); }
     int faults = 0;
 
 protected:
     void expect(bool good, const QString& what)
     {
-        if (good)
-            return;
-        ++faults;
-        std::printf("FAULT: %s\n", qPrintable(what));
+        faults += !good;
+        if (!good)
+            std::printf("FAULT: %s\n", qPrintable(what));
     }
-    // The label of the status bar that shows a counter: "RX: ", "TX: " or "CNT: ".
-    QLabel* counter(const char* prefix) const
+    // What the status bar counts under "RX: ", "TX: " or "CNT: ".
+    int counted(const char* what) const
     {
-        for (QLabel* label : find<QWidget>("statusBar")->findChildren<QLabel*>())
-            if (label->text().startsWith(prefix))
-                return label;
-        throw std::runtime_error("no such counter");
+        return counters().section(what, 1).section(' ', 0, 0).toInt();
     }
 
 private:
     void TestBody() override {}
 };
 
-inline int value(const QLabel* counter)
-{
-    return counter->text().section(' ', 1).toInt();
-}
-
-// The main function of a soak program. Its argument says how much to do.
+// The main function of a soak program, whose argument says how much to do.
 template <typename Program> int soak_main(int argc, char** argv, int usual_amount)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QLoggingCategory::setFilterRules("default.warning=false"); // the platform's, at each dialog
     setvbuf(stdout, nullptr, _IOLBF, 0);
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QPixmapCache::setCacheLimit(1024); // KB, else file dialogs fill it with 10 MB of icons
     try {
         Program program;

@@ -1,6 +1,6 @@
-// Firmware upgrades in bad weather: frames corrupted and lost, replies late, the device failing and
-// the line cut in the middle. Whenever the loader says that the file was verified, the device holds
-// the file; whenever it does not, a rerun on a good line completes.
+// Firmware upgrades in bad weather: frames corrupted, lost, doubled and reordered, replies late,
+// the device failing and the line cut in the middle. Whenever the loader says that the file was
+// verified, the device holds the file; whenever it does not, a rerun on a good line completes.
 //
 //   upgrade_storm [count] [first seed]
 #include "boot.h"
@@ -30,14 +30,20 @@ const char SEND_FAILED[] = "ldr: Firmware send failed, please retry"; // there i
 struct Weather
 {
     const char* name;
+    double noise; // chances
+    double twice;
+    double reorder;
     bool reboot;
     bool cut;
 };
 const Weather WEATHERS[] = {
-    {"noise", false, false},
-    {"noise, reboot", true, false},
-    {"noise, cut", false, true},
-    {"noise, reboot, cut", true, true},
+    {"doubled", 0, 0.05, 0, false, false},
+    {"doubled, reordered", 0, 0.05, 0.05, false, false},
+    {"noise", 0.01, 0, 0, false, false},
+    {"noise, doubled, reordered", 0.01, 0.03, 0.03, false, false},
+    {"noise, reboot", 0.01, 0, 0, true, false},
+    {"noise, cut", 0.01, 0, 0, false, true},
+    {"all", 0.01, 0.03, 0.03, true, true},
 };
 
 struct Scene
@@ -71,17 +77,17 @@ Scene draw_scene(quint64 seed)
     const Weather& weather = WEATHERS[seed % std::size(WEATHERS)];
     scene.file = random_file(random, int(random() % 40'000));
     scene.old_image = scene.file;
-    const quint64 widest_gap = one_of(random, {quint64(500), quint64(8'000), quint64(60'000)});
+    const quint64 widest_gap = one_of(random, {quint64(500), quint64(8000), quint64(60000)});
     for (int i = 0; i < scene.file.size(); i += 1 + int(random() % widest_gap))
         scene.old_image[i] = char(~scene.old_image[i]);
     scene.old_image.resize(int(random() % 50'000));
-    scene.boot.page = one_of(random, {quint16(1024), quint16(2048), quint16(4096)});
+    scene.boot.page = one_of(random, {quint16(256), quint16(1024), quint16(4096)});
     scene.boot.mtu = one_of(random, {quint16(128), quint16(512), quint16(1024)});
     scene.boot.in_boot = random() % 2;
     scene.rtu = random() % 2;
     scene.boot.framing =
         *Framing::named(scene.rtu ? QStringLiteral("rtu:%1").arg(SLAVE) : QStringLiteral("crc16"));
-    scene.exchange.baud = one_of(random, {115200, 921600, 3'000'000});
+    scene.exchange.baud = one_of(random, {0, 115200, 921600, 3'000'000});
     scene.exchange.start_time = milliseconds(1);
     const int exchanges = 10 + int(scene.file.size() / scene.boot.mtu);
     if (weather.reboot)
@@ -89,11 +95,17 @@ Scene draw_scene(quint64 seed)
     if (weather.cut)
         scene.exchange.cut_after = 2 + qint64(random() % quint64(exchanges));
     scene.faults.seed = seed;
-    scene.faults.drop = 0.01;
-    scene.faults.corrupt = 0.01;
-    scene.faults.delay_chance = 0.01;
+    scene.faults.drop = weather.noise;
+    scene.faults.corrupt = weather.noise;
+    scene.faults.delay_chance = weather.noise;
+    scene.faults.twice = weather.twice;
+    scene.faults.reorder = weather.reorder;
     // A little too late, and later than the first repeat.
     scene.faults.delay = one_of(random, {LINK_TIMEOUT + milliseconds(5), LINK_TIMEOUT * 5 / 2});
+    if (weather.noise == 0) { // a second copy may cross the next request
+        scene.faults.delay = milliseconds(2);
+        scene.faults.delay_chance = 0.5;
+    }
     return scene;
 }
 
@@ -183,10 +195,10 @@ struct Row
 
 void print_table(const QMap<QString, Row>& table)
 {
-    std::printf("%-22s %-58s %6s %6s %12s\n", "faults", "the loader said", "runs", "equal",
+    std::printf("%-26s %-58s %6s %6s %12s\n", "faults", "the loader said", "runs", "equal",
                 "reruns good");
     for (auto it = table.begin(); it != table.end(); ++it)
-        std::printf("%-22s %-58s %6d %6d %12d\n", qPrintable(it.key().section('|', 0, 0)),
+        std::printf("%-26s %-58s %6d %6d %12d\n", qPrintable(it.key().section('|', 0, 0)),
                     qPrintable(it.key().section('|', 1)), it->runs, it->equal, it->reruns_good);
 }
 } // namespace

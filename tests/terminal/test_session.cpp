@@ -1,6 +1,8 @@
 #include "windowtest.h"
 
+#include <atomic>
 #include <ctime>
+#include <thread>
 
 namespace {
 
@@ -32,6 +34,8 @@ protected:
                 names += name;
         return names;
     }
+
+    const QByteArray bytes = QByteArray(100000, 'x'); // more than the system takes
 };
 
 } // namespace
@@ -124,12 +128,86 @@ TEST_F(Session, MindsOnlyItsOwnPort)
 
 TEST_F(Session, EndsWithTheWindow)
 {
+    configure("serialSettings/timeout", 20000);
     ASSERT_TRUE(port_open());
-    type("data");
+    type(bytes);
     check(AUTO_SEND);
+    click("pushButton_send");
+    QByteArray got;
+    std::atomic<bool> ended = false;
+    std::thread peer([&] {
+        while (!ended)
+            got += pty.read_now();
+    });
     window_end();
-    pty.hang_up();
-    QTest::qWait(20);
+    ended = true;
+    peer.join();
+    got += pty.read(65536, 100);
+    EXPECT_EQ(got, bytes) << "accepted bytes are lost at the end";
+}
+
+TEST_F(Session, ClosesAtOnceAndOpensAgainWhenTheBytesAreOut)
+{
+    configure("serialSettings/timeout", 20000);
+    ASSERT_TRUE(port_open());
+    type(bytes);
+    click("pushButton_send");
+    click("pushButton_open");
+    EXPECT_TRUE(closed());
+    QByteArray got;
+    QTimer peer;
+    QObject::connect(&peer, &QTimer::timeout, [&] {
+        EXPECT_TRUE(closed());
+        got += pty.read_now();
+        peer.setInterval(got.size() < bytes.size() ? 0 : 1000000);
+    });
+    peer.start(0);
+    EXPECT_TRUE(port_open());
+    EXPECT_EQ(got, bytes);
+    type("next");
+    click("pushButton_send");
+    EXPECT_EQ(pty.read(4), "next");
+}
+
+TEST_F(Session, GivesUpAnOpenThatWaitsWhenAnotherPortIsChosen)
+{
+    configure("serialSettings/timeout", 20000);
+    ASSERT_TRUE(port_open());
+    type(bytes);
+    click("pushButton_send");
+    click("pushButton_open");
+    Pty other;
+    const QString other_name = other.link_into(sandbox.ports_folder(), "other");
+    const auto open_the_other = [&] {
+        answers.port = other_name;
+        click("pushButton_open");
+        EXPECT_FALSE(closed());
+        pty.hang_up();
+    };
+    answers.under_dialog = [&] { QTimer::singleShot(0, window.get(), open_the_other); };
+    EXPECT_TRUE(port_open());
+    EXPECT_EQ(description().section(',', 0, 0), other_name);
+    EXPECT_TRUE(answers.boxes.isEmpty());
+    type("x");
+    click("pushButton_send");
+    EXPECT_EQ(other.read(1), "x");
+}
+
+TEST_F(Session, EchoesNothingIntoAFileOnItsWay)
+{
+    const QByteArray file = mixed_bytes(200000);
+    answers.file = sandbox.path("file");
+    file_write(answers.file, file);
+    ASSERT_TRUE(port_open());
+    check(LOOP);
+    check(SEND_FILE);
+    click("pushButton_send");
+    ASSERT_TRUE(receive("not echoed", 10));
+    EXPECT_EQ(pty.read(file.size()), file);
+    EXPECT_EQ(shown(), "not echoed");
+    check(SEND_FILE, false);
+    ASSERT_TRUE(receive("echoed", 16));
+    EXPECT_EQ(pty.read(6), "echoed");
 }
 
 // The device is pulled out while something goes on.

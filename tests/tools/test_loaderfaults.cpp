@@ -2,6 +2,7 @@
 #include "bench.h"
 
 #include <QElapsedTimer>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -113,22 +114,84 @@ TEST(LoaderFaults, AreToldApartByTheCodesOfEachExchange)
     }
 }
 
-TEST(LoaderFaults, MakeItDropWhatWaitsOnlyOnceAReplyWasMissed)
+TEST(LoaderFaults, WhatCameBeforeARequestAnswersNone)
 {
     Bench bench;
     const std::uint8_t data[8] = {};
-    bench.fault = [](const QByteArray&) { return SILENCE; };
-    bench.link.arrive(QByteArray("e\0d\1", 4));
-    EXPECT_EQ(bench.loader.packet_send(data, 0, 8), 8);
-    EXPECT_EQ(bench.loader.block_verify(0, 0, 8, false), Loader::BLOCK_DIFFERS);
     EXPECT_FALSE(bench.loader.file_send(data, 8)); // of a device not asked yet
     EXPECT_FALSE(bench.loader.block_send(data, 0, 8, 8));
+    const auto info = [](Loader& l) { return l.dev_info_get(); };
+    const auto packet = [&](Loader& l) { return l.packet_send(data, 0, 8); };
+    const auto check = [](Loader& l) { return l.block_verify(0, 0, 8, true); };
+    const struct
+    {
+        std::function<int(Loader&)> call;
+        QByteArray waiting;
+        QByteArray reply;
+        int result;
+    } rows[] = {
+        {info, "boot banner", {}, 0},
+        {packet, QByteArray("e\0", 2), "e\1", -11},
+        {check, QByteArray("d\0", 2), "d\1", Loader::BLOCK_DIFFERS},
+        {check, QByteArray("d\0", 2), SILENCE, -138},
+    };
+    for (const auto& row : rows) {
+        bench.fault = [&](const QByteArray&) { return row.reply; };
+        bench.link.arrive(row.waiting);
+        EXPECT_EQ(row.call(bench.loader), row.result) << row.waiting.constData();
+    }
+}
 
-    bench.fault = nullptr;
-    bench.link.arrive("boot banner");
-    EXPECT_EQ(bench.loader.dev_info_get(), -5);
-    bench.link.arrive("more");
-    EXPECT_EQ(bench.loader.dev_info_get(), 0);
+// The second copy comes while the loader already works on the next step. Only what comes from then
+// on may be believed: page 2 differs, and a stale yes would leave it so.
+TEST(LoaderFaults, ASecondCopyOfAReplyNeverVerifiesAFile)
+{
+    const struct
+    {
+        const char* step; // in front of which the copy arrives
+        const char* end;
+    } rows[] = {
+        {"ldr: sending ", GOOD_END},
+        {"progress 10000 8192", GOOD_END},
+        {"ldr: Firmware verify ...", "box File verify failed"},
+    };
+    for (const auto& row : rows) {
+        Bench bench;
+        bench.settings.in_boot = true;
+        bench.set_flash(firmware().replace(5000, 1, "X"));
+        bench.on_line = [&] {
+            if (bench.lines.last().startsWith(row.step))
+                bench.link.arrive(QByteArray("d\0", 2));
+        };
+        const bool lying = row.end != GOOD_END;
+        bench.fault = [lying](const QByteArray& request) { // takes the packet and loses it
+            return lying && request[0] == 'e' ? QByteArray("e\0", 2) : QByteArray();
+        };
+        EXPECT_TRUE(bench.run().contains(row.end)) << row.step;
+        EXPECT_EQ(bench.flash() == firmware(), !lying);
+    }
+}
+
+// A reply of another letter shows that one too many has come; its like may follow each answer.
+TEST(LoaderFaults, AfterAStrayReplyEachCheckWaitsForSilence)
+{
+    Bench bench;
+    bench.settings.in_boot = true;
+    bench.set_flash(firmware().replace(9000, 1, "X"));
+    bench.fault = [&, checks = 0](const QByteArray& request) mutable {
+        return request[0] == 'd' && ++checks == 1 ? QByteArray("e\0", 2) : QByteArray();
+    };
+    QElapsedTimer clock;
+    QVector<qint64> waits;
+    bench.on_line = [&] {
+        if (bench.lines.last().startsWith("progress 10000 "))
+            clock.start();
+        if (bench.lines.last().startsWith("> 64") && clock.isValid())
+            waits += clock.restart();
+    };
+    EXPECT_TRUE(bench.run().contains(GOOD_END));
+    ASSERT_EQ(waits.size(), 5);
+    EXPECT_GE(*std::min_element(waits.begin() + 1, waits.end()), 10);
 }
 
 TEST(LoaderFaults, ALateReplyToAPageCheckIsNoAnswerToTheFinalOne)

@@ -134,6 +134,10 @@
         <source>%1 %2 %3 %4 (Bit wise NOT: %5 %6 %7 %8)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>result</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Loader</name>
@@ -583,6 +587,102 @@ Please select the right firmware</source>
         <source>file can&apos;t be written: %1: %2</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>find</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>text to find</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>case sensitive</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>previous hit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>next hit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>close the find bar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>lines that auto clear keeps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>silence between two frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file to save to</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interval of auto send</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>how often to send, 0 for without end</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>prepared strings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interval of send in turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>move the row up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>move the row down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>add a row</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>delete the row</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>control panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>panel of prepared strings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>progress of the file that is sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 opens as soon as the bytes of the last session are out</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>QFramerCnet</name>
@@ -975,11 +1075,19 @@ Please select the right firmware</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the device refuses 1.5 stop bits</source>
+        <source>the device refuses %1 bits/s and offers %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the device refuses %1 bits/s and offers %2</source>
+        <source>a polled port needs a QCoreApplication on this system</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>another program has locked the port; close it there, or choose another port</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the device refuses its settings</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -87,6 +87,10 @@
         <translatorcomment>the names and formats are the same in every language</translatorcomment>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>result</source>
+        <translation>结果</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -368,6 +372,102 @@
     <message>
         <source>file can&apos;t be written: %1: %2</source>
         <translation>文件无法写入：%1：%2</translation>
+    </message>
+    <message>
+        <source>find</source>
+        <translation>查找</translation>
+    </message>
+    <message>
+        <source>text to find</source>
+        <translation>要查找的文本</translation>
+    </message>
+    <message>
+        <source>case sensitive</source>
+        <translation>区分大小写</translation>
+    </message>
+    <message>
+        <source>previous hit</source>
+        <translation>上一处</translation>
+    </message>
+    <message>
+        <source>next hit</source>
+        <translation>下一处</translation>
+    </message>
+    <message>
+        <source>close the find bar</source>
+        <translation>关闭查找栏</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>没有找到</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>找到 %1 处</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>第 %1 处，共 %2 处</translation>
+    </message>
+    <message>
+        <source>lines that auto clear keeps</source>
+        <translation>自动清除时保留的行数</translation>
+    </message>
+    <message>
+        <source>silence between two frames</source>
+        <translation>两帧之间的间隔</translation>
+    </message>
+    <message>
+        <source>file to save to</source>
+        <translation>保存到的文件</translation>
+    </message>
+    <message>
+        <source>interval of auto send</source>
+        <translation>自动发送的间隔</translation>
+    </message>
+    <message>
+        <source>how often to send, 0 for without end</source>
+        <translation>发送次数，0 表示不限次数</translation>
+    </message>
+    <message>
+        <source>prepared strings</source>
+        <translation>预置数据列表</translation>
+    </message>
+    <message>
+        <source>interval of send in turn</source>
+        <translation>轮流发送的间隔</translation>
+    </message>
+    <message>
+        <source>move the row up</source>
+        <translation>上移一行</translation>
+    </message>
+    <message>
+        <source>move the row down</source>
+        <translation>下移一行</translation>
+    </message>
+    <message>
+        <source>add a row</source>
+        <translation>添加一行</translation>
+    </message>
+    <message>
+        <source>delete the row</source>
+        <translation>删除该行</translation>
+    </message>
+    <message>
+        <source>control panel</source>
+        <translation>控制面板</translation>
+    </message>
+    <message>
+        <source>panel of prepared strings</source>
+        <translation>预置数据面板</translation>
+    </message>
+    <message>
+        <source>progress of the file that is sent</source>
+        <translation>文件发送进度</translation>
+    </message>
+    <message>
+        <source>%1 opens as soon as the bytes of the last session are out</source>
+        <translation>上次会话的数据发送完后将打开 %1</translation>
     </message>
 </context>
 <context>

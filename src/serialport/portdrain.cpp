@@ -1,0 +1,139 @@
+#include "portdrain.h"
+
+#include "tty.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QThread>
+#include <QVector>
+#include <algorithm>
+#include <utility>
+
+// The system doesn't say when its queue is empty; it is asked this often, in ms: rarely where other
+// work goes on meanwhile, and often where somebody waits.
+static constexpr int CHECK_MS = 10;
+static constexpr int CHECK_WAITING_MS = 2;
+// A fast reader could go on taking; longer than this no close keeps its caller, in ms.
+static constexpr int AT_ONCE_MS = 10;
+
+// Bytes that may come in between two checks, which drop them.
+static constexpr int INPUT_LIMIT = 64 * 1024;
+
+static thread_local QVector<PortDrain*> drains;
+
+// Links lead to devices, and one device may have several.
+static QString device_of(const QString& port_name)
+{
+    const QString path = QFileInfo(port_name).canonicalFilePath();
+    return path.isEmpty() ? port_name : path;
+}
+
+void PortDrain::begin(std::unique_ptr<QSerialPort> serial, const QString& port_name,
+                      long timeout_ms)
+{
+    auto* const drain = new PortDrain(std::move(serial), port_name, timeout_ms);
+    if (drain->serial->isOpen()) {
+        drain->push_what_goes();
+        drain->check();
+    } else {
+        drain->end(); // the device went away before
+    }
+}
+
+PortDrain* PortDrain::holding(const QString& port_name)
+{
+    const QString device = device_of(port_name);
+    for (PortDrain* const drain : std::as_const(drains))
+        if (!drain->over && drain->device == device)
+            return drain;
+    return nullptr;
+}
+
+void PortDrain::finish_all()
+{
+    const auto open = [](const PortDrain* drain) { return !drain->over; };
+    // All of them in turn, as each has a time-out of its own that runs.
+    while (std::any_of(drains.cbegin(), drains.cend(), open))
+        for (PortDrain* const drain : std::as_const(drains))
+            drain->advance();
+    const auto all = drains;
+    qDeleteAll(all); // there may be no event loop any more to do it
+}
+
+PortDrain::PortDrain(std::unique_ptr<QSerialPort> port, const QString& port_name, long timeout_ms)
+    : serial(std::move(port))
+    , device(device_of(port_name))
+    , timeout_ms(timeout_ms)
+{
+    static const bool once = (qAddPostRoutine(&PortDrain::finish_all), true);
+    Q_UNUSED(once)
+    connect(QThread::currentThread(), &QThread::finished, this, &PortDrain::finish,
+            Qt::DirectConnection);
+    connect(serial.get(), &QSerialPort::errorOccurred, this, &PortDrain::handle_error);
+    connect(&timer, &QTimer::timeout, this, &PortDrain::check);
+    // A wait for room to write reads on while there is input and room for it.
+    serial->setReadBufferSize(INPUT_LIMIT);
+    drains += this;
+    clock.start();
+    timer.start(CHECK_MS);
+}
+
+PortDrain::~PortDrain()
+{
+    drains.removeOne(this);
+}
+
+void PortDrain::push_what_goes()
+{
+    while (serial->bytesToWrite() > 0 && clock.elapsed() < AT_ONCE_MS &&
+           serial->waitForBytesWritten(0))
+        ;
+}
+
+void PortDrain::finish()
+{
+    while (!over)
+        advance();
+}
+
+void PortDrain::advance()
+{
+    if (over)
+        return;
+    if (serial->bytesToWrite() > 0)
+        serial->waitForBytesWritten(CHECK_WAITING_MS);
+    else
+        QThread::msleep(CHECK_WAITING_MS);
+    check();
+}
+
+void PortDrain::check()
+{
+    if (over)
+        return;
+    if (serial->bytesAvailable() > 0)
+        serial->readAll();
+    const bool sent = serial->bytesToWrite() == 0 && tty_output_queue(*serial) == 0;
+    if (sent || clock.elapsed() >= timeout_ms)
+        end();
+}
+
+void PortDrain::handle_error(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::WriteError || tty_lost(*serial, error))
+        end();
+}
+
+void PortDrain::end()
+{
+    over = true;
+    timer.stop();
+    serial->disconnect(this);
+    // The system would hold the close up for as long as its queue isn't empty.
+    if (serial->isOpen() && tty_output_queue(*serial) > 0)
+        serial->clear(QSerialPort::Output);
+    if (serial->isOpen())
+        serial->close();
+    deleteLater();
+    emit ended();
+}

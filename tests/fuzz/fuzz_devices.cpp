@@ -1,0 +1,176 @@
+// What comes from a device, and what comes to a simulated one: from its host, from the command line
+// and from its file.
+#include "atreply.h"
+#include "bootdialogue.h"
+#include "cnetframe.h"
+#include "fuzzing.h"
+#include "memorylink.h"
+#include "options.h"
+#include "qframerchan.h"
+#include "qframercnet.h"
+#include "qframercrc16.h"
+#include "qframerdorv.h"
+#include "qframernull.h"
+#include "qframerrtu.h"
+#include "qframerrwlt.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+// What the framer reads into a buffer of just that size: a byte too many is AddressSanitizer's to
+// find.
+QByteArray read_all(QFramer& framer, MemoryLink& link, int nbytes, const QByteArray& came)
+{
+    link.flush();
+    link.arrive(came);
+    std::vector<char> buffer(std::size_t(nbytes), '\0');
+    const int count = framer.read(buffer.data(), nbytes);
+    require(count <= nbytes);
+    return {buffer.data(), qMax(0, count)};
+}
+
+// The first byte says how much the reader asks for, the second is the framer's address or mode, the
+// rest is what comes, unasked and as the reply to each write. A payload that came, sent again,
+// gives the same bytes.
+void framers(const QByteArray& input)
+{
+    if (input.size() < 2)
+        return;
+    const int nbytes = quint8(input[0]) * 8; // reaches past frames that need no heap
+    const quint8 choice = quint8(input[1]);
+    const QByteArray came = input.mid(2);
+    MemoryLink link;
+    link.device = [&](const QByteArray&) { return came; };
+    QFramerNull bytes(&link);
+    QFramerCrc16 crc16(&bytes);
+    QFramerRtu rtu(&bytes);
+    rtu.slave_set(choice);
+    QFramerChan chan(&bytes);
+    chan.chan_set("0123456789ABCDEF", choice % 17u);
+    QFramerRwlt rwlt(&bytes);
+    QFramerCnet cnet(&bytes);
+    cnet.target_set(std::uint16_t(choice));
+    cnet.keep_trying_set([] { return false; });
+    for (QFramer* framer : std::initializer_list<QFramer*>{&crc16, &rtu, &chan, &rwlt, &cnet}) {
+        const QByteArray payload = read_all(*framer, link, nbytes, came);
+        const QByteArray unread = link.unread();
+        framer->write(payload.constData(), payload.size());
+        require(payload.isEmpty() || link.written.last() + unread == came);
+    }
+    QFramerDorv dorv(&bytes);
+    dorv.link_set(&link);
+    dorv.verbose_set(true);
+    dorv.raw_set(choice >= 0x80);
+    dorv.mode_set(choice & 3);
+    const QByteArray payload = read_all(dorv, link, nbytes, came);
+    require(choice >= 0x80 || came.contains(payload)); // only raw payload is decoded
+    dorv.write("ping", 4);
+    std::vector<char> text(std::size_t(nbytes), '\0');
+    link.arrive(came);
+    dorv.text_read("+radiorx", text.data(), nbytes);
+}
+
+// The tools' answers.
+void replies(const QByteArray& reply)
+{
+    require(at_key(reply).size() <= 16);
+    at_address(reply);
+    for (const QByteArray& field : at_fields(reply, 3))
+        at_word(field);
+    // Where the text is cut changes nothing.
+    QByteArray whole = reply + '\n';
+    QByteArray piece = whole.left(reply.size() / 2);
+    QStringList devices = at_devices_take(piece);
+    piece += whole.mid(reply.size() / 2);
+    devices += at_devices_take(piece);
+    require(reply.size() > 1024 || devices == at_devices_take(whole));
+    if (const auto response = cnet_response(reply))
+        require(response->payload.size() == reply.size() - CNET_FRAMING);
+    if (reply.size() < BOOT_INFO_MIN)
+        return;
+    const std::vector<std::uint8_t> record(reply.begin(), reply.end());
+    const DeviceInfo info = device_info(record.data(), int(record.size()));
+    const int name_size = int(info.name.value_or(QString()).size());
+    require(name_size + info.hard_info_size <= reply.size() - BOOT_INFO_MIN);
+    soft_info(info);
+    hard_info_text("%1 %2 %3 %4 %5", info.hard_info, info.hard_info_size);
+}
+
+// The simulator's command line, an argument a line.
+void options(const QByteArray& input)
+{
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char* argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv); // help texts ask for it
+    const Options options = parse_options(QString::fromUtf8(input).split('\n')).options;
+    require(options.talk.line_length >= SHORTEST_LINE);
+    require(options.faults.drop >= 0 && options.faults.drop <= 1); // false for what is no number
+    for (const CnetDevice& device : options.cnet_neighbours)
+        require(device.channel >= 9 && device.channel <= 30 && device.rate >= 0 &&
+                device.rate <= 2);
+}
+
+std::unique_ptr<Module> make_module(int choice)
+{
+    const char* const frames[] = {"none", "crc16", "rtu:1", "chan:0506", "rwlt", "none"};
+    if (choice % 8 == 0)
+        return std::make_unique<Cnet>(cnet_device(9, 0, 1), cnet_neighbourhood(6, 1));
+    if (choice % 8 == 1)
+        return std::make_unique<Dorv>(DorvSettings());
+    BootSettings settings;
+    settings.framing = *Framing::named(frames[choice % 8 - 2]);
+    settings.rom_size = 4096;
+    settings.in_boot = (choice & 8) != 0;
+    return std::make_unique<Boot>(settings);
+}
+
+// The first byte is the module and its frame, the rest comes as one piece with silence behind it.
+void modules(const QByteArray& input)
+{
+    const std::unique_ptr<Module> module = make_module(quint8(input.isEmpty() ? 0 : input[0]));
+    QByteArray heard = input.mid(1);
+    while (!heard.isEmpty()) {
+        const int begun = module->request_size(heard, false);
+        const int request = begun == 0 ? module->request_size(heard, true) : begun;
+        require(request >= 0 && request <= heard.size());
+        if (request == 0)
+            return; // the start of a line, which somebody still types
+        const Answer answer = module->answer(heard.left(request));
+        if (answer.resets)
+            module->restart();
+        heard.remove(0, request);
+    }
+}
+
+// The first line is set, as in a command; the others are the file of the settings.
+void memory(const QByteArray& input)
+{
+    static const QTemporaryDir folder;
+    const int end = input.indexOf('\r'), sign = input.indexOf('=');
+    const QByteArray name = input.left(sign), value = input.mid(sign + 1, end - sign - 1);
+    QFile file(folder.filePath("settings"));
+    require(file.open(QIODevice::WriteOnly) && file.write(input.mid(end + 1)) >= 0);
+    file.close();
+    // What a module has written, it reads: a throw from here ends the process.
+    const auto value_in_file = [&]() noexcept { return DorvMemory(file.fileName()).value(name); };
+    try {
+        DorvMemory module(file.fileName());
+        require(!module.set(name, value) || value_in_file() == module.value(name));
+    } catch (const std::runtime_error& refusal) {
+        require(*refusal.what() != '\0');
+    }
+}
+
+} // namespace
+
+const QMap<QByteArray, Parser> PARSERS = {{"framers", framers},
+                                          {"replies", replies},
+                                          {"options", options},
+                                          {"modules", modules},
+                                          {"memory", memory}};

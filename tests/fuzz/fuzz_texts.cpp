@@ -1,0 +1,116 @@
+// What people write, in the send area and on the command line, and the grid that shows received
+// text.
+#include "cnetaddress.h"
+#include "dorvsettings.h"
+#include "fuzzing.h"
+#include "rowtable.h"
+#include "sendtext.h"
+#include "stacktext.h"
+
+namespace {
+
+// What comes out is what stands in front of a mistake.
+void typed(const QByteArray& text)
+{
+    require(text.contains('\\') || send_text_escaped(text).bytes == text);
+    for (const auto parse : {send_text_escaped, send_text_hex}) {
+        const SendText parsed = parse(text);
+        if (parsed.error == SendText::NONE)
+            continue;
+        require(parsed.offset >= 0 && parsed.offset <= text.size());
+        require(parsed.character == QChar::fromLatin1(text[qMin(parsed.offset, text.size() - 1)]));
+        require(parse(text.left(parsed.offset)).bytes == parsed.bytes);
+    }
+}
+
+// What parse(text) returns; nothing for a mistake, which lies in the text or right after it.
+template <typename Parse> auto parsed(const QString& text, Parse parse)
+{
+    std::optional<decltype(parse(text))> value;
+    try {
+        value = parse(text);
+    } catch (const TextError& error) {
+        const auto& [message, column, length] = error;
+        require(!message.isEmpty() && column >= 0 && column <= text.size() && length >= 1);
+        require(column + length <= qMax(text.size(), column + 1));
+        require(pointed_at(text, error).contains('^'));
+    }
+    return value;
+}
+
+void check_link(const QString& text, const LinkDescription& link)
+{
+    const bool serial = link.kind == LinkKind::Serial;
+    require(text.contains(serial ? link.port : link.host));
+    require(serial ? link.settings.BaudRate >= 1 : link.remote_port >= 1);
+    require(link.remote_port <= 65535 && link.host.size() <= 63);
+    if (link.kind == LinkKind::RawTcp || link.kind == LinkKind::RawUdp)
+        for (const QChar c : link.host)
+            require(c == '.' || (c >= '0' && c <= '9'));
+}
+
+// The first line is a link, what follows it framers.
+void stack(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    const QString link_text = text.section('\n', 0, 0);
+    const QString framers_text = text.section('\n', 1);
+    const auto link = parsed(link_text, parse_link);
+    if (link)
+        check_link(link_text, *link);
+    const auto framers = parsed(framers_text, parse_framers);
+    if (!framers)
+        return;
+    require(framers->size() == framers_text.count('+') + 1);
+    for (const FramerDescription& framer : *framers)
+        require(framer.number <= 0xFFFF && framer.prefix.size() <= 16);
+    parsed(framers_text, [&](const Piece&) {
+        check_fit(link.value_or(LinkDescription()), *framers);
+        return true;
+    });
+}
+
+// The text as each of the others; as a module's values it is a setting's name and a word a line.
+void arguments(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    parsed(text, parse_hex_bytes);
+    parsed(text, parse_cnet_address);
+    const auto channels =
+        parsed(text, [](const Piece& piece) { return parse_number_mask(piece, 9, 30); });
+    require(!channels || (*channels >= 1 && *channels < 1u << 22));
+    const auto word = parsed(text, parse_cnet_word);
+    require(!word || (word->index >= 0 && word->index <= 12 && word->bytes.size() == 4));
+    const DorvSetting* const setting = find_dorv_setting(text.section('\n', 0, 0));
+    if (!setting)
+        return;
+    DorvValues values;
+    try {
+        values = parse_dorv_values(*setting, text.section('\n', 1).split('\n'));
+    } catch (const Failure& failure) {
+        return require(failure.code == ExitCode::Usage);
+    }
+    const DorvValues again = parse_dorv_values(*setting, dorv_words(*setting, values));
+    require(again.numbers == values.numbers && again.bytes == values.bytes);
+}
+
+// The rows of a text that came in pieces are those of a new width. Each eighth character is left
+// out, which parts surrogate pairs.
+void rows(const QByteArray& input)
+{
+    const QString text = QString::fromUtf8(input);
+    RowTable grown(1 + input.size() % 50), wrapped(100);
+    for (int at = 0; at < text.size(); at += 8) {
+        grown.append(text.mid(at, 7));
+        wrapped.append(text.mid(at, 7));
+    }
+    wrapped.set_columns(grown.columns());
+    require(grown.row_count() == wrapped.row_count());
+    for (int row = 0; row < grown.row_count(); ++row)
+        require(grown.row_end(row) == wrapped.row_end(row));
+}
+
+} // namespace
+
+const QMap<QByteArray, Parser> PARSERS = {
+    {"typed", typed}, {"stack", stack}, {"arguments", arguments}, {"rows", rows}};

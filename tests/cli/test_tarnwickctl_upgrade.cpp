@@ -66,7 +66,7 @@ TEST_F(CtlUpgrade, TellsWhyAnUpgradeCannotBeAndCanBeRepeated)
     } rows[] = {
         {" --silent-after 12", upgrade(file), 4, "the transfer failed"},
         {" --cut-after 12", upgrade(file), 3, "the connection is lost"},
-        {" --mtu 0", upgrade(file), 1, "neither may be 0"},
+        {" --mtu 0", upgrade(file), 1, "MTU of 0"},
         {" --rom 20000", upgrade(file), 1, "Maybe the file (30000 bytes) is larger than"},
         {"", upgrade(firmware_file(sandbox, "M2_1.bin", 100)), 1,
          "wrong firmware (M2_1.bin) for module (M1)"},

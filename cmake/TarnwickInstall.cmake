@@ -3,19 +3,26 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-# tarnwick_install(<folder> [PRIVATE <header>...]): a folder's library as Tarnwick::<folder>, and
-# its headers but the private ones.
+# tarnwick_install(<folder> <header>...): a folder's library as Tarnwick::<folder>, and its public
+# headers as <tarnwick/...>. Nothing else of the folder gets out.
+add_custom_target(tarnwick_headers ALL)
 function(tarnwick_install folder)
-  cmake_parse_arguments(INSTALL "" "" "PRIVATE" ${ARGN})
   set(target tarnwick_${folder})
-  get_target_property(headers ${target} SOURCES)
-  list(FILTER headers INCLUDE REGEX "\\.h$")
-  list(REMOVE_ITEM headers ${INSTALL_PRIVATE})
-  list(TRANSFORM headers PREPEND ${PROJECT_SOURCE_DIR}/src/${folder}/)
-  install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarnwick COMPONENT devel)
+  set(installed "")
+  foreach(header IN LISTS ARGN)
+    set(source ${PROJECT_SOURCE_DIR}/src/${folder}/${header})
+    set(script ${PROJECT_SOURCE_DIR}/cmake/InstalledHeader.cmake)
+    set(output ${PROJECT_BINARY_DIR}/include/tarnwick/${header})
+    add_custom_command(OUTPUT ${output} DEPENDS ${source} ${script} VERBATIM
+      COMMAND ${CMAKE_COMMAND} -D SOURCE=${source} -D OUTPUT=${output} -P ${script})
+    list(APPEND installed ${output})
+  endforeach()
+  add_custom_target(${target}_headers DEPENDS ${installed})
+  add_dependencies(tarnwick_headers ${target}_headers)
+  install(FILES ${installed} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarnwick COMPONENT devel)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${folder})
   install(TARGETS ${target} EXPORT TarnwickLibraries COMPONENT devel
-    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tarnwick)
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endfunction()
 
 # The files that find_package reads. Call it once, after tarnwick_install of every folder.

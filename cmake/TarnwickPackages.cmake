@@ -30,7 +30,7 @@ Links over serial ports and sockets, framers that stack on them, and device
 dialogues on top: firmware upgrade, AT settings, search.
 .
 This package holds the headers, the static libraries, the files for CMake's
-find_package and an example.")
+find_package and examples.")
 if(TARNWICK_QT EQUAL 5)
   set(CPACK_DEBIAN_TARNWICK_PACKAGE_RECOMMENDS "qttranslations5-l10n")
   set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "qtbase5-dev, libqt5serialport5-dev")

@@ -29,6 +29,9 @@ foreach(program tarnwick tarnwickctl tarnwick-sim)
     endif()
   endif()
 endforeach()
+if(NOT TARNWICK_GUI)
+  return()
+endif()
 install(FILES ${packaging}/tarnwick.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT tarnwick)
 install(FILES ${packaging}/org.tarnwick.Tarnwick.metainfo.xml

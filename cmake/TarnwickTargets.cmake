@@ -4,17 +4,24 @@ set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
-set(CMAKE_AUTOUIC ON)
-set(CMAKE_AUTORCC ON)
+set(CMAKE_AUTOUIC ${TARNWICK_GUI})
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+get_property(chosen_when_building GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT CMAKE_BUILD_TYPE AND NOT chosen_when_building)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Kind of build" FORCE)
+endif()
 
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
-add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic)
+if(TARNWICK_WERROR)
+  add_compile_options(-Werror)
+endif()
 if(TARNWICK_SANITIZE)
   add_compile_options(-fsanitize=${TARNWICK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TARNWICK_SANITIZE})
@@ -34,11 +41,15 @@ if(TARNWICK_COVERAGE)
   add_link_options(--coverage)
 endif()
 
-# tarnwick_library(<folder> SOURCES ... LINKS ...): the static library of one folder of src/.
+# tarnwick_library(<folder> SOURCES ... LINKS ...): the static library of one folder of src/. Inside,
+# includes name their folder ("links/qlink.h"); a program that adds this tree to its own may leave the
+# folder out.
 function(tarnwick_library name)
   cmake_parse_arguments(LIB "" "" "SOURCES;LINKS" ${ARGN})
   add_library(tarnwick_${name} STATIC ${LIB_SOURCES})
-  target_include_directories(tarnwick_${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+  target_include_directories(tarnwick_${name}
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+    INTERFACE $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
   target_link_libraries(tarnwick_${name} PUBLIC ${LIB_LINKS})
 endfunction()
 

@@ -1,9 +1,9 @@
 // Reads one holding register of a Modbus RTU device: read_register /dev/ttyUSB0 1 40
 #include <QCoreApplication>
 #include <cstdio>
-#include <qframernull.h>
-#include <qframerrtu.h>
-#include <qlinkserial.h>
+#include <tarnwick/qframernull.h>
+#include <tarnwick/qframerrtu.h>
+#include <tarnwick/qlinkserial.h>
 
 int main(int argc, char** argv)
 {

@@ -1,6 +1,7 @@
 #include "qlinkwinsock.h"
 
 #include "hextext.h"
+#include "winsock.h"
 
 #include <QByteArray>
 #include <QDeadlineTimer>
@@ -9,10 +10,10 @@ namespace {
 
 constexpr quint16 SOCKETS_VERSION = 0x0202;
 
-bool set_option(SOCKET sock, int option, int value)
+bool set_option(qintptr sock, int option, int value)
 {
-    return winsock::setsockopt(sock, SOL_SOCKET, option, reinterpret_cast<const char*>(&value),
-                               sizeof value) != SOCKET_ERROR;
+    return winsock::setsockopt(SOCKET(sock), SOL_SOCKET, option,
+                               reinterpret_cast<const char*>(&value), sizeof value) != SOCKET_ERROR;
 }
 
 // The text that devices mean: it ends at the first NUL.
@@ -24,6 +25,7 @@ QString text_of(const char* bytes, int nbytes)
 } // namespace
 
 QLinkWinsock::QLinkWinsock(const tcpip_cfg* cfg)
+    : remote(std::make_unique<sockaddr_in>())
 {
     settings_set(cfg);
 }
@@ -62,15 +64,15 @@ int QLinkWinsock::open()
         return error;
     }
 
-    remote = {};
-    remote.sin_family = AF_INET;
-    remote.sin_port = winsock::htons(quint16(cfg.remote_port));
-    remote.sin_addr.s_addr =
+    *remote = {};
+    remote->sin_family = AF_INET;
+    remote->sin_port = winsock::htons(quint16(cfg.remote_port));
+    remote->sin_addr.s_addr =
         cfg.protocol == TCPIP_UDP_BROADCAST ? INADDR_BROADCAST : winsock::inet_addr(cfg.addr);
     if (const char* const line = refused_option())
         return fail(tr(line));
-    if (stream && winsock::connect(sock, reinterpret_cast<const sockaddr*>(&remote),
-                                   sizeof remote) == SOCKET_ERROR)
+    if (stream && winsock::connect(SOCKET(sock), reinterpret_cast<const sockaddr*>(remote.get()),
+                                   sizeof *remote) == SOCKET_ERROR)
         return fail(tr("tcpip: connect to host %1:%2 failed")
                         .arg(QString::fromLatin1(cfg.addr), QString::number(cfg.remote_port)));
     return 0;
@@ -78,16 +80,16 @@ int QLinkWinsock::open()
 
 bool QLinkWinsock::is_open()
 {
-    return sock != INVALID_SOCKET;
+    return SOCKET(sock) != INVALID_SOCKET;
 }
 
 int QLinkWinsock::close()
 {
     if (!is_open())
         return 0;
-    winsock::closesocket(sock);
+    winsock::closesocket(SOCKET(sock));
     winsock::WSACleanup();
-    sock = INVALID_SOCKET;
+    sock = -1;
     return 0;
 }
 
@@ -115,7 +117,7 @@ int QLinkWinsock::bytes_available()
     if (!is_open())
         return LINK_CLOSED;
     unsigned long count = 0;
-    winsock::ioctlsocket(sock, FIONREAD, &count);
+    winsock::ioctlsocket(SOCKET(sock), FIONREAD, &count);
     return int(count);
 }
 
@@ -152,8 +154,8 @@ int QLinkWinsock::read(char* buffer, int nbytes)
     while (count < nbytes) {
         char* const behind = buffer + count;
         const int missing = nbytes - count;
-        result = stream ? winsock::recv(sock, behind, missing, 0)
-                        : winsock::recvfrom(sock, behind, missing, 0, nullptr, nullptr);
+        result = stream ? winsock::recv(SOCKET(sock), behind, missing, 0)
+                        : winsock::recvfrom(SOCKET(sock), behind, missing, 0, nullptr, nullptr);
         if (result <= 0)
             break;
         count += result;
@@ -177,9 +179,10 @@ int QLinkWinsock::write(const char* buffer, int nbytes)
         emit log(tr("tcpip: write   [%1]").arg(hex_text(buffer, nbytes)));
     if (log_text)
         emit log(tr("tcpip: write   [%1]").arg(text_of(buffer, nbytes)));
-    return stream ? winsock::send(sock, buffer, nbytes, 0)
-                  : winsock::sendto(sock, buffer, nbytes, 0,
-                                    reinterpret_cast<const sockaddr*>(&remote), sizeof remote);
+    return stream
+               ? winsock::send(SOCKET(sock), buffer, nbytes, 0)
+               : winsock::sendto(SOCKET(sock), buffer, nbytes, 0,
+                                 reinterpret_cast<const sockaddr*>(remote.get()), sizeof *remote);
 }
 
 int QLinkWinsock::create_socket()
@@ -189,7 +192,7 @@ int QLinkWinsock::create_socket()
         return LINK_FAILED;
     }
     stream = cfg.protocol == TCPIP_TCP_CLIENT;
-    sock = winsock::socket(AF_INET, stream ? SOCK_STREAM : SOCK_DGRAM, 0);
+    sock = qintptr(winsock::socket(AF_INET, stream ? SOCK_STREAM : SOCK_DGRAM, 0));
     if (is_open())
         return 0;
     emit log(tr("tcpip: create socket failed"));

@@ -3,7 +3,10 @@
 
 #include "qlink.h"
 #include "tcpip_cfg.h"
-#include "winsock.h"
+
+#include <memory>
+
+struct sockaddr_in;
 
 // Every call blocks for at most one time-out per system call; a read makes one system call for each
 // piece that comes. No ties to a thread: it may be created, opened and driven on different ones,
@@ -67,9 +70,9 @@ private:
     int fail(const QString& line);
 
     tcpip_cfg cfg;
-    SOCKET sock = INVALID_SOCKET;
+    qintptr sock = -1;   // the platform's; its headers stay out of this one
     bool stream = false; // what sort `sock` is; the settings may have changed since
-    sockaddr_in remote = {};
+    const std::unique_ptr<sockaddr_in> remote;
     bool log_hex = false;
     bool log_text = false;
 };

@@ -9,7 +9,7 @@ endif()
 execute_process(COMMAND_ERROR_IS_FATAL ANY
   COMMAND ${CMAKE_COMMAND} --install ${TARNWICK_BUILD} --prefix ${PREFIX} --component devel)
 
-file(GLOB headers RELATIVE ${PREFIX}/include/tarnwick ${PREFIX}/include/tarnwick/*.h)
+file(GLOB headers RELATIVE ${PREFIX}/include ${PREFIX}/include/tarnwick/*.h)
 list(TRANSFORM headers REPLACE "(.+)" "#include <\\1>\n" OUTPUT_VARIABLE includes)
 string(REPLACE ";" "" includes "${includes}")
 file(WRITE ${HEADERS}/source/headers.cpp ${includes})

@@ -6,6 +6,7 @@
 #include "qlinktcpip.h"
 #include "qlinkwinsock.h"
 #include "wait.h"
+#include "winsock.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>

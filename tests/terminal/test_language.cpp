@@ -48,7 +48,7 @@ Catalogue catalogue_read(const QString& path)
 // them.
 Catalogue collected_texts(const QString& work_file)
 {
-    QStringList arguments = {"-silent", "-extensions", "h,cpp,ui"};
+    QStringList arguments = {"-silent", "-I", SOURCE_FOLDER, "-extensions", "h,cpp,ui"};
     for (const char* folder :
          {"terminal", "linkcfg", "checksum", "serialport", "links", "framers", "tools"})
         arguments += QString("%1/%2").arg(SOURCE_FOLDER, folder);

@@ -4,9 +4,9 @@
 set -eu
 cd "$(dirname "$0")/../.."
 lupdate=$(command -v lupdate || echo /usr/lib/qt5/bin/lupdate)
-"$lupdate" -silent -locations none -no-obsolete -extensions h,cpp,ui \
+"$lupdate" -silent -locations none -no-obsolete -I . -extensions h,cpp,ui \
   terminal linkcfg checksum $(ls links/qlinkserial.* 2>/dev/null) -ts resources/language/tarnwick_zh_CN.ts
-"$lupdate" -silent -locations none -no-obsolete -extensions h,cpp,ui \
+"$lupdate" -silent -locations none -no-obsolete -I . -extensions h,cpp,ui \
   terminal linkcfg checksum serialport links framers tools -ts resources/language/tarnwick_en_US.ts
 # The English catalogue translates nothing: it lists the texts, and the source text is what shows. The
 # framers' texts are listed by the class that says them, though tr() takes them from their base.

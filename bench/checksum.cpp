@@ -1,7 +1,7 @@
 // The CRCs and MD5 beside the routines that others use: libmodbus, zlib and OpenSSL. Each pair runs
 // interleaved on the same bytes, and the run ends with their speeds as ratios.
-#include "crc.h"
-#include "md5.h"
+#include "checksum/crc.h"
+#include "checksum/md5.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>

@@ -1,8 +1,8 @@
 // What finding text costs: a receive area full of text, and somebody who looks for something in it,
 // while nothing comes in and while data does.
-#include "findbar.h"
-#include "receivearea.h"
 #include "stallwatch.h"
+#include "terminal/findbar.h"
+#include "terminal/receivearea.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,14 +1,14 @@
 // Frames a second through each stack of framers over a link in memory, as multiples of the bare
 // QFramerNull in the same run, and the heap allocations that a frame costs: a usual telegram, a
 // page of firmware, and the longest frame that needs no heap.
-#include "qframerchan.h"
-#include "qframercnet.h"
-#include "qframercrc16.h"
-#include "qframerdorv.h"
-#include "qframernull.h"
-#include "qframerrtu.h"
-#include "qframerrwlt.h"
-#include "qlink.h"
+#include "framers/qframerchan.h"
+#include "framers/qframercnet.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframerdorv.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrtu.h"
+#include "framers/qframerrwlt.h"
+#include "links/qlink.h"
 
 #include <algorithm>
 #include <chrono>

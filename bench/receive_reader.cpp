@@ -1,7 +1,7 @@
 // The reading side of a measurement: a bare port, a stock text widget, or the program's window.
-#include "mainwindow.h"
-#include "qlinkcfgdlg.h"
+#include "linkcfg/qlinkcfgdlg.h"
 #include "receive_case.h"
+#include "terminal/mainwindow.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -4,11 +4,11 @@
 // place of the serial link, which tells what the machine itself allows.
 //
 //   bench_upgrade [bits/s ...]
-#include "loader.h"
-#include "qframercrc16.h"
-#include "qframernull.h"
-#include "qlinkserial.h"
-#include "qlinkwinsock.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframernull.h"
+#include "links/qlinkserial.h"
+#include "links/qlinkwinsock.h"
+#include "tools/loader.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

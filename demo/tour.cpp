@@ -4,9 +4,9 @@
 //   tarnwick-tour PORT LANGUAGE FOLDER     e.g. /run/user/1000/tarnwick/ports/echo en_US /tmp/shots
 //
 // Exit codes: 0 all was echoed, 1 something wasn't, 2 wrong arguments.
-#include "hashselectdialog.h"
-#include "mainwindow.h"
-#include "qlinkcfgdlg.h"
+#include "checksum/hashselectdialog.h"
+#include "linkcfg/qlinkcfgdlg.h"
+#include "terminal/mainwindow.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,4 +1,4 @@
-#include "crc.h"
+#include "checksum/crc.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
-#include "hashselectdialog.h"
+#include "checksum/hashselectdialog.h"
 
-#include "crc.h"
-#include "hextext.h"
-#include "md5.h"
-#include "sums.h"
+#include "checksum/crc.h"
+#include "checksum/hextext.h"
+#include "checksum/md5.h"
+#include "checksum/sums.h"
 #include "ui_hashselectdialog.h"
 
 #include <utility>

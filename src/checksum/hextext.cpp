@@ -1,4 +1,4 @@
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 #include <QByteArray>
 #include <cstdlib>

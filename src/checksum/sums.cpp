@@ -1,4 +1,4 @@
-#include "sums.h"
+#include "checksum/sums.h"
 
 std::uint8_t sum8(const void* data, unsigned len)
 {

@@ -1,6 +1,6 @@
-#include "cnetaddress.h"
+#include "cli/cnetaddress.h"
 
-#include "cnetframe.h"
+#include "tools/cnetframe.h"
 
 CnetAddress parse_cnet_address(const Piece& text)
 {

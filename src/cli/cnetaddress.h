@@ -1,7 +1,7 @@
 // Addresses and settings of cnet devices as typed texts. What doesn't fit throws TextError.
 #pragma once
 
-#include "typedtext.h"
+#include "cli/typedtext.h"
 
 struct CnetAddress
 {

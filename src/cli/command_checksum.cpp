@@ -1,10 +1,10 @@
 // tarnwickctl checksum: the check values that devices and frames use.
-#include "failure.h"
-#include "invocation.h"
+#include "cli/failure.h"
+#include "cli/invocation.h"
 
-#include "crc.h"
-#include "md5.h"
-#include "sums.h"
+#include "checksum/crc.h"
+#include "checksum/md5.h"
+#include "checksum/sums.h"
 
 namespace {
 QByteArray big_endian(std::uint32_t value, int size)

@@ -1,6 +1,6 @@
 // tarnwickctl cnet info, get, set, value: settings of cnet devices.
-#include "cnetaddress.h"
-#include "session.h"
+#include "cli/cnetaddress.h"
+#include "cli/session.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,8 +1,8 @@
 // tarnwickctl cnet search: which devices answer, on which channels and rates.
-#include "cnetaddress.h"
-#include "hextext.h"
-#include "progress.h"
-#include "session.h"
+#include "checksum/hextext.h"
+#include "cli/cnetaddress.h"
+#include "cli/progress.h"
+#include "cli/session.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>

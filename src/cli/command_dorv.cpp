@@ -1,6 +1,6 @@
 // tarnwickctl dorv get, set, list: the settings of a Dorv module.
-#include "dorvsettings.h"
-#include "session.h"
+#include "cli/dorvsettings.h"
+#include "cli/session.h"
 
 #include <QJsonArray>
 

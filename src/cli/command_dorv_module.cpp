@@ -1,7 +1,7 @@
 // tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
-#include "qframerchan.h"
-#include "session.h"
-#include "typedtext.h"
+#include "cli/session.h"
+#include "cli/typedtext.h"
+#include "framers/qframerchan.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,7 +1,7 @@
 // tarnwickctl frame: payload through a stack of framers, by hand.
-#include "qframer.h"
-#include "session.h"
-#include "typedtext.h"
+#include "cli/session.h"
+#include "cli/typedtext.h"
+#include "framers/qframer.h"
 
 #include <QElapsedTimer>
 

@@ -1,7 +1,7 @@
 // tarnwickctl ports: the serial ports of this machine.
-#include "invocation.h"
+#include "cli/invocation.h"
 
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

@@ -1,9 +1,9 @@
 // tarnwickctl upgrade: new firmware for a module. What the loader reports becomes progress, notes
 // and a verdict.
-#include "hextext.h"
-#include "loader.h"
-#include "progress.h"
-#include "session.h"
+#include "checksum/hextext.h"
+#include "cli/progress.h"
+#include "cli/session.h"
+#include "tools/loader.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
-#include "dorvsettings.h"
+#include "cli/dorvsettings.h"
 
-#include "dorvcfg.h"
-#include "typedtext.h"
+#include "cli/typedtext.h"
+#include "tools/dorvcfg.h"
 
 #include <tuple>
 

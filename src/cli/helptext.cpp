@@ -1,7 +1,7 @@
-#include "command.h"
+#include "cli/command.h"
 
-#include "failure.h"
-#include "session.h"
+#include "cli/failure.h"
+#include "cli/session.h"
 
 namespace {
 const char OVERVIEW_HEAD[] =

@@ -1,6 +1,6 @@
-#include "interrupts.h"
+#include "cli/interrupts.h"
 
-#include "failure.h"
+#include "cli/failure.h"
 
 #include <QSocketNotifier>
 #include <csignal>

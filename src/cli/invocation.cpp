@@ -1,6 +1,6 @@
-#include "invocation.h"
+#include "cli/invocation.h"
 
-#include "typedtext.h"
+#include "cli/typedtext.h"
 
 #include <QFile>
 #include <limits>

@@ -1,9 +1,9 @@
 // One run of a command: its arguments and options, and where its words go.
 #pragma once
 
-#include "command.h"
-#include "console.h"
-#include "interrupts.h"
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/interrupts.h"
 
 #include <QCommandLineParser>
 #include <QStringList>

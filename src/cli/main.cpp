@@ -1,6 +1,6 @@
 // tarnwickctl: the device library from a shell.
-#include "failure.h"
-#include "invocation.h"
+#include "cli/failure.h"
+#include "cli/invocation.h"
 
 #include <QCoreApplication>
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "session.h"
+#include "cli/session.h"
 
-#include "typedtext.h"
+#include "cli/typedtext.h"
 
 namespace {
 constexpr int LONGEST_TIMEOUT_MS = 600'000;

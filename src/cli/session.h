@@ -1,10 +1,10 @@
 // The ways from a command to its device: connection and tool, and why an operation failed.
 #pragma once
 
-#include "cnetcfg.h"
-#include "dorvcfg.h"
-#include "invocation.h"
-#include "stack.h"
+#include "cli/invocation.h"
+#include "cli/stack.h"
+#include "tools/cnetcfg.h"
+#include "tools/dorvcfg.h"
 
 // The options that say how a device is connected. --frame is among them for commands that speak
 // through framers.

@@ -1,15 +1,15 @@
-#include "stack.h"
+#include "cli/stack.h"
 
-#include "qextserialenumerator.h"
-#include "qframerchan.h"
-#include "qframercrc16.h"
-#include "qframerdorv.h"
-#include "qframernull.h"
-#include "qframerrtu.h"
-#include "qframerrwlt.h"
-#include "qlinkserial.h"
-#include "qlinktcpip.h"
-#include "qlinkwinsock.h"
+#include "framers/qframerchan.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframerdorv.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrtu.h"
+#include "framers/qframerrwlt.h"
+#include "links/qlinkserial.h"
+#include "links/qlinktcpip.h"
+#include "links/qlinkwinsock.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QDir>
 #include <QEventLoop>

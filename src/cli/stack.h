@@ -1,10 +1,10 @@
 // A link with its framers, assembled from their description.
 #pragma once
 
-#include "failure.h"
-#include "qframercnet.h"
-#include "stacktext.h"
-#include "tracedlink.h"
+#include "cli/failure.h"
+#include "cli/stacktext.h"
+#include "cli/tracedlink.h"
+#include "framers/qframercnet.h"
 
 #include <QThread>
 #include <atomic>

@@ -1,7 +1,7 @@
-#include "stacktext.h"
+#include "cli/stacktext.h"
 
-#include "qframerchan.h"
-#include "tcpip_cfg.h"
+#include "framers/qframerchan.h"
+#include "links/tcpip_cfg.h"
 
 #include <algorithm>
 

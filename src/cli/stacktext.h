@@ -21,8 +21,8 @@
 //                                                 radio if not given
 #pragma once
 
-#include "qextserialport.h"
-#include "typedtext.h"
+#include "cli/typedtext.h"
+#include "serialport/qextserialport.h"
 
 enum class LinkKind { Serial, Tcp, Udp, RawTcp, RawUdp, Broadcast };
 

@@ -1,7 +1,7 @@
-#include "tracedlink.h"
+#include "cli/tracedlink.h"
 
-#include "failure.h"
-#include "typedtext.h"
+#include "cli/failure.h"
+#include "cli/typedtext.h"
 
 #include <QDateTime>
 #include <algorithm>

@@ -6,8 +6,8 @@
 //   2026-05-04T10:20:30.632 ldr: device reboot    what a layer logs
 #pragma once
 
-#include "console.h"
-#include "qlink.h"
+#include "cli/console.h"
+#include "links/qlink.h"
 
 #include <QFile>
 #include <atomic>

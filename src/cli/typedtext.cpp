@@ -1,6 +1,6 @@
-#include "typedtext.h"
+#include "cli/typedtext.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 #include <algorithm>
 

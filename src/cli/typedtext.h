@@ -1,7 +1,7 @@
 // Texts that a user typed: their parts, what these stand for, and where a mistake is.
 #pragma once
 
-#include "failure.h"
+#include "cli/failure.h"
 
 #include <QByteArray>
 #include <QVector>

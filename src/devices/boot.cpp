@@ -1,6 +1,6 @@
-#include "boot.h"
+#include "devices/boot.h"
 
-#include "crc.h"
+#include "checksum/crc.h"
 
 #include <QtEndian>
 

@@ -1,9 +1,9 @@
 // A module with an application and boot code, whose firmware can be replaced.
 #pragma once
 
-#include "framing.h"
-#include "module.h"
-#include "romimage.h"
+#include "devices/framing.h"
+#include "devices/module.h"
+#include "devices/romimage.h"
 
 #include <array>
 

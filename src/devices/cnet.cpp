@@ -1,4 +1,4 @@
-#include "cnet.h"
+#include "devices/cnet.h"
 
 #include <QtEndian>
 #include <random>

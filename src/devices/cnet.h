@@ -1,7 +1,7 @@
 // A cnet radio device at the host's line, with other devices in reach of its radio.
 #pragma once
 
-#include "module.h"
+#include "devices/module.h"
 
 #include <QVector>
 

@@ -1,4 +1,4 @@
-#include "dorv.h"
+#include "devices/dorv.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
 // A radio module that takes AT commands, each ended by a carriage return.
 #pragma once
 
-#include "dorvmemory.h"
-#include "module.h"
+#include "devices/dorvmemory.h"
+#include "devices/module.h"
 
 struct DorvSettings
 {

@@ -1,4 +1,4 @@
-#include "dorvmemory.h"
+#include "devices/dorvmemory.h"
 
 #include <QFile>
 #include <QSaveFile>

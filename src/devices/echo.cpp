@@ -1,4 +1,4 @@
-#include "echo.h"
+#include "devices/echo.h"
 
 #include <algorithm>
 

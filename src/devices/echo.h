@@ -1,8 +1,8 @@
 // Sends back every byte, in order, none lost: what it can't pass on yet it doesn't take.
 #pragma once
 
-#include "device.h"
-#include "faults.h"
+#include "devices/device.h"
+#include "devices/faults.h"
 
 #include <deque>
 

@@ -1,4 +1,4 @@
-#include "exchange.h"
+#include "devices/exchange.h"
 
 #include <QString>
 #include <algorithm>

@@ -2,8 +2,8 @@
 // lets the faults happen to both.
 #pragma once
 
-#include "faults.h"
-#include "module.h"
+#include "devices/faults.h"
+#include "devices/module.h"
 
 #include <QByteArrayList>
 #include <deque>

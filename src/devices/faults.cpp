@@ -1,4 +1,4 @@
-#include "faults.h"
+#include "devices/faults.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "framing.h"
+#include "devices/framing.h"
 
-#include "crc.h"
+#include "checksum/crc.h"
 
 namespace {
 constexpr char START = '\xAB';

@@ -1,4 +1,4 @@
-#include "lane.h"
+#include "devices/lane.h"
 
 #include <algorithm>
 

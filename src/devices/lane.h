@@ -2,7 +2,7 @@
 // to carry them.
 #pragma once
 
-#include "device.h"
+#include "devices/device.h"
 
 class Lane
 {

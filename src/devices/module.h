@@ -1,7 +1,7 @@
 // What a simulated module does with its requests, free of the line, its faults and its pace.
 #pragma once
 
-#include "device.h"
+#include "devices/device.h"
 
 #include <functional>
 #include <vector>

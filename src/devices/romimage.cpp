@@ -1,4 +1,4 @@
-#include "romimage.h"
+#include "devices/romimage.h"
 
 #include <QFile>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "talk.h"
+#include "devices/talk.h"
 
 #include <algorithm>
 

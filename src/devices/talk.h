@@ -2,8 +2,8 @@
 // taken. The text depends on the seed alone, so a listener can check it.
 #pragma once
 
-#include "device.h"
-#include "faults.h"
+#include "devices/device.h"
+#include "devices/faults.h"
 
 #include <random>
 

@@ -1,4 +1,4 @@
-#include "qframer.h"
+#include "framers/qframer.h"
 
 QFramer::QFramer() = default;
 QFramer::~QFramer() = default;

@@ -1,6 +1,6 @@
-#include "qframerchan.h"
+#include "framers/qframerchan.h"
 
-#include "framebuffer.h"
+#include "framers/framebuffer.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Puts a channel prefix in front of the payload.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <cstdint>
 #include <optional>

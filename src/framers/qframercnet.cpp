@@ -1,6 +1,6 @@
-#include "qframercnet.h"
+#include "framers/qframercnet.h"
 
-#include "framebuffer.h"
+#include "framers/framebuffer.h"
 
 #include <cstring>
 #include <utility>

@@ -2,7 +2,7 @@
 // every send.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
-#include "qframercrc16.h"
+#include "framers/qframercrc16.h"
 
-#include "crc.h"
-#include "framebuffer.h"
+#include "checksum/crc.h"
+#include "framers/framebuffer.h"
 
 void Crc16Frame::build(char* frame) const
 {

@@ -1,7 +1,7 @@
 // Guards payload with a CRC behind it.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <optional>
 #include <string_view>

@@ -1,8 +1,8 @@
-#include "qframerdorv.h"
+#include "framers/qframerdorv.h"
 
-#include "framebuffer.h"
-#include "hextext.h"
-#include "qlink.h"
+#include "checksum/hextext.h"
+#include "framers/framebuffer.h"
+#include "links/qlink.h"
 
 #include <algorithm>
 #include <array>

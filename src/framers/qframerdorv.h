@@ -2,7 +2,7 @@
 // report line of the module.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <optional>
 #include <string_view>

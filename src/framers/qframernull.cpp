@@ -1,6 +1,6 @@
-#include "qframernull.h"
+#include "framers/qframernull.h"
 
-#include "qlink.h"
+#include "links/qlink.h"
 
 QFramerNull::QFramerNull(QLink* link)
     : link(link)

@@ -1,7 +1,7 @@
 // The lowest framer of a stack: hands payload through to a link, with nothing around it.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 class QLink;
 

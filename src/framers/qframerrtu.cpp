@@ -1,7 +1,7 @@
-#include "qframerrtu.h"
+#include "framers/qframerrtu.h"
 
-#include "crc.h"
-#include "framebuffer.h"
+#include "checksum/crc.h"
+#include "framers/framebuffer.h"
 
 void RtuFrame::build(char* frame) const
 {

@@ -1,7 +1,7 @@
 // Frames with an address in front and a CRC behind, as Modbus RTU has them.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
-#include "qframerrwlt.h"
+#include "framers/qframerrwlt.h"
 
-#include "framebuffer.h"
+#include "framers/framebuffer.h"
 
 namespace {
 constexpr char START = '\xAB';

@@ -1,7 +1,7 @@
 // Wraps payload between two marker bytes.
 #pragma once
 
-#include "qframer.h"
+#include "framers/qframer.h"
 
 #include <optional>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "inifile.h"
+#include "linkcfg/inifile.h"
 
 #include <QFileInfo>
 #include <QLockFile>

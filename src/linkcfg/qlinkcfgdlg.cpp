@@ -1,9 +1,9 @@
-#include "qlinkcfgdlg.h"
+#include "linkcfg/qlinkcfgdlg.h"
 
-#include "inifile.h"
-#include "qserialcfgwidget.h"
-#include "qtcpipcfgwidget.h"
-#include "setting.h"
+#include "linkcfg/inifile.h"
+#include "linkcfg/qserialcfgwidget.h"
+#include "linkcfg/qtcpipcfgwidget.h"
+#include "linkcfg/setting.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -1,8 +1,8 @@
-#include "qserialcfgwidget.h"
+#include "linkcfg/qserialcfgwidget.h"
 
-#include "inifile.h"
-#include "qextserialenumerator.h"
-#include "setting.h"
+#include "linkcfg/inifile.h"
+#include "linkcfg/setting.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QComboBox>
 #include <QGridLayout>

@@ -1,7 +1,7 @@
 // The page of the link dialog for a serial port: which one, and how it is to be set up.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <QString>
 #include <QWidget>

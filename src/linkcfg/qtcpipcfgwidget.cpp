@@ -1,7 +1,7 @@
-#include "qtcpipcfgwidget.h"
+#include "linkcfg/qtcpipcfgwidget.h"
 
-#include "inifile.h"
-#include "setting.h"
+#include "linkcfg/inifile.h"
+#include "linkcfg/setting.h"
 #include "ui_qtcpipcfgwidget.h"
 
 #include <QByteArray>

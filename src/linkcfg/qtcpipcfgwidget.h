@@ -1,7 +1,7 @@
 // The page of the link dialog for a network link: address, ports and time-out.
 #pragma once
 
-#include "tcpip_cfg.h"
+#include "links/tcpip_cfg.h"
 
 #include <QString>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "qlink.h"
+#include "links/qlink.h"
 
 bool QLink::can_read_line()
 {

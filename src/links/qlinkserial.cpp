@@ -1,6 +1,6 @@
-#include "qlinkserial.h"
+#include "links/qlinkserial.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 #include <QThread>
 

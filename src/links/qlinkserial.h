@@ -1,9 +1,9 @@
 // A byte link over a serial port.
 #pragma once
 
-#include "qextserialenumerator.h"
-#include "qextserialport.h"
-#include "qlink.h"
+#include "links/qlink.h"
+#include "serialport/qextserialenumerator.h"
+#include "serialport/qextserialport.h"
 
 // The port works in polling mode: each operation is one call into it and takes at most the time-out
 // of the port settings, without an event loop and, but for Windows, without a QCoreApplication. The

@@ -1,6 +1,6 @@
-#include "qlinktcpip.h"
+#include "links/qlinktcpip.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 #include <QScopedValueRollback>
 #include <QTcpSocket>

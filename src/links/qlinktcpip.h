@@ -1,8 +1,8 @@
 // A byte link over Qt's sockets: TCP client or UDP.
 #pragma once
 
-#include "qlink.h"
-#include "tcpip_cfg.h"
+#include "links/qlink.h"
+#include "links/tcpip_cfg.h"
 
 #include <QAbstractSocket>
 #include <QList>

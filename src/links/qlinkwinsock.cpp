@@ -1,7 +1,7 @@
-#include "qlinkwinsock.h"
+#include "links/qlinkwinsock.h"
 
-#include "hextext.h"
-#include "winsock.h"
+#include "checksum/hextext.h"
+#include "links/winsock.h"
 
 #include <QByteArray>
 #include <QDeadlineTimer>

@@ -1,8 +1,8 @@
 // A byte link over the socket calls of the platform: TCP client, UDP and UDP broadcast over IPv4.
 #pragma once
 
-#include "qlink.h"
-#include "tcpip_cfg.h"
+#include "links/qlink.h"
+#include "links/tcpip_cfg.h"
 
 #include <memory>
 

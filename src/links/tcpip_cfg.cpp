@@ -1,4 +1,4 @@
-#include "tcpip_cfg.h"
+#include "links/tcpip_cfg.h"
 
 tcpip_cfg tcpip_defaults()
 {

@@ -1,4 +1,4 @@
-#include "winsock.h"
+#include "links/winsock.h"
 
 #ifndef _WIN32
 

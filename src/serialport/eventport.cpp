@@ -1,7 +1,7 @@
-#include "eventport.h"
+#include "serialport/eventport.h"
 
-#include "portdrain.h"
-#include "tty.h"
+#include "serialport/portdrain.h"
+#include "serialport/tty.h"
 
 #include <QAbstractEventDispatcher>
 #include <QPointer>

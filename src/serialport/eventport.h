@@ -1,7 +1,7 @@
 // The event-driven side of QextSerialPort: a QSerialPort that goes quiet when its device has gone.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <QByteArray>
 #include <QObject>

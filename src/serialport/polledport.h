@@ -2,13 +2,13 @@
 // loop.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <QSerialPort>
 #include <QtGlobal>
 #include <memory>
 #ifdef Q_OS_UNIX
-#include "tty.h"
+#include "serialport/tty.h"
 class QDeadlineTimer;
 #else
 #include <thread>
@@ -18,7 +18,7 @@ struct PolledState;
 // One thread at a time calls; open() and close() may come from another thread than read() and
 // write(). Where ports are file descriptors the caller's thread does all the work
 // (polledport_posix.cpp); elsewhere a QSerialPort on a thread of its own does
-// (polledport_thread.cpp).
+// (polledport_windows.cpp).
 class PolledPort
 {
 public:

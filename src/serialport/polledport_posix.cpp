@@ -1,8 +1,8 @@
 // The polled port on a file descriptor: each call does its work on the caller's thread, against one
 // deadline.
-#include "polledport.h"
+#include "serialport/polledport.h"
 
-#include "portwatch.h"
+#include "serialport/portwatch.h"
 
 #include <QDeadlineTimer>
 #include <QThread>
@@ -186,5 +186,5 @@ void PolledPort::lose()
 {
     lost = true;
     failure = {QSerialPort::ResourceError, QextSerialPort::tr("the device has gone")};
-    emit PortWatch::instance().lost(name);
+    emit PortWatch::instance().lost_in_call(name);
 }

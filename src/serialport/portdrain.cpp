@@ -1,6 +1,6 @@
-#include "portdrain.h"
+#include "serialport/portdrain.h"
 
-#include "tty.h"
+#include "serialport/tty.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "portwatch.h"
+#include "serialport/portwatch.h"
 
 #include <QMutexLocker>
 

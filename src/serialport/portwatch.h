@@ -23,6 +23,9 @@ signals:
     void added(QString port_name);
     void removed(QString port_name);
     void lost(QString port_name);
+    // The same, inside a call of the port's user: to be connected queued, as a receiver may delete
+    // the port.
+    void lost_in_call(QString port_name);
 
 private:
     mutable QMutex mutex;

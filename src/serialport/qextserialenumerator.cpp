@@ -1,6 +1,6 @@
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
-#include "portwatch.h"
+#include "serialport/portwatch.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -158,8 +158,8 @@ void QextSerialEnumerator::setUpNotifications()
     connect(&ports, &PortWatch::added, this, &QextSerialEnumerator::note_open);
     connect(&ports, &PortWatch::removed, this,
             [this](const QString& port_name) { unlisted.removeAll(port_name); });
-    // Queued, as a receiver of deviceRemoved may delete the port, which may be inside a read.
-    connect(&ports, &PortWatch::lost, this, &QextSerialEnumerator::report_lost,
+    connect(&ports, &PortWatch::lost, this, &QextSerialEnumerator::report_lost);
+    connect(&ports, &PortWatch::lost_in_call, this, &QextSerialEnumerator::report_lost,
             Qt::QueuedConnection);
     for (const QString& port_name : ports.open_ports())
         note_open(port_name);

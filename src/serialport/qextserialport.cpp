@@ -1,9 +1,9 @@
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
-#include "eventport.h"
-#include "polledport.h"
-#include "portdrain.h"
-#include "portwatch.h"
+#include "serialport/eventport.h"
+#include "serialport/polledport.h"
+#include "serialport/portdrain.h"
+#include "serialport/portwatch.h"
 
 QextSerialPort::QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode,
                                QObject* parent)

@@ -1,4 +1,4 @@
-#include "tty.h"
+#include "serialport/tty.h"
 
 #include <QFile>
 

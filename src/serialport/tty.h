@@ -1,7 +1,7 @@
 // What PortSettings mean to a QSerialPort, and what it doesn't do by itself on POSIX.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <QSerialPort>
 

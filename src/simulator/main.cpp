@@ -1,5 +1,5 @@
 // tarnwick-sim: simulated devices on virtual serial ports.
-#include "simulator.h"
+#include "simulator/simulator.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "options.h"
+#include "simulator/options.h"
 
 #include <QCommandLineParser>
 

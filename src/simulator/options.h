@@ -1,12 +1,12 @@
 // The command line of the simulator, as values.
 #pragma once
 
-#include "boot.h"
-#include "cnet.h"
-#include "dorv.h"
-#include "exchange.h"
-#include "faults.h"
-#include "talk.h"
+#include "devices/boot.h"
+#include "devices/cnet.h"
+#include "devices/dorv.h"
+#include "devices/exchange.h"
+#include "devices/faults.h"
+#include "devices/talk.h"
 
 #include <QString>
 #include <QStringList>

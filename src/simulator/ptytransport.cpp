@@ -1,6 +1,6 @@
-#include "ptytransport.h"
+#include "simulator/ptytransport.h"
 
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // A pseudo-terminal, linked under a name into the folder of virtual ports.
 #pragma once
 
-#include "transport.h"
+#include "simulator/transport.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "runner.h"
+#include "simulator/runner.h"
 
 #include <algorithm>
 #include <sys/prctl.h>

@@ -1,9 +1,9 @@
 // The loop that joins a device, the line and a transport until it is told to end.
 #pragma once
 
-#include "device.h"
-#include "lane.h"
-#include "transport.h"
+#include "devices/device.h"
+#include "devices/lane.h"
+#include "simulator/transport.h"
 
 #include <csignal>
 

@@ -1,11 +1,11 @@
-#include "simulator.h"
+#include "simulator/simulator.h"
 
-#include "echo.h"
-#include "options.h"
-#include "ptytransport.h"
-#include "runner.h"
-#include "talk.h"
-#include "tcptransport.h"
+#include "devices/echo.h"
+#include "devices/talk.h"
+#include "simulator/options.h"
+#include "simulator/ptytransport.h"
+#include "simulator/runner.h"
+#include "simulator/tcptransport.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "tcptransport.h"
+#include "simulator/tcptransport.h"
 
 #include <arpa/inet.h>
 #include <cerrno>

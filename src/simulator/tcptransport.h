@@ -1,7 +1,7 @@
 // A TCP port that serves one program at a time, as a serial device server does.
 #pragma once
 
-#include "transport.h"
+#include "simulator/transport.h"
 
 // Listens on the loopback address only: a simulated device has no business in the network.
 class TcpTransport : public Transport

@@ -1,4 +1,4 @@
-#include "celltext.h"
+#include "terminal/celltext.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
-#include "fileprogress.h"
+#include "terminal/fileprogress.h"
 
-#include "filesend.h"
+#include "terminal/filesend.h"
 
 #include <QFontMetrics>
 

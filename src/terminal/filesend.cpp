@@ -1,4 +1,4 @@
-#include "filesend.h"
+#include "terminal/filesend.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
-#include "findbar.h"
+#include "terminal/findbar.h"
 
-#include "framepacer.h"
-#include "pacedlabel.h"
-#include "receivearea.h"
+#include "terminal/framepacer.h"
+#include "terminal/pacedlabel.h"
+#include "terminal/receivearea.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

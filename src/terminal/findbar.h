@@ -1,7 +1,7 @@
 // The bar at the top of the receive area that finds text in it.
 #pragma once
 
-#include "textsearch.h"
+#include "terminal/textsearch.h"
 
 #include <QBasicTimer>
 #include <QFrame>

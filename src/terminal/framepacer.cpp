@@ -1,4 +1,4 @@
-#include "framepacer.h"
+#include "terminal/framepacer.h"
 
 #include <QCoreApplication>
 #include <QEvent>

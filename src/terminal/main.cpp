@@ -1,4 +1,4 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
 #include <QApplication>
 

@@ -1,13 +1,13 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "fileprogress.h"
-#include "filesend.h"
-#include "inifile.h"
-#include "pacedlabel.h"
-#include "portdrain.h"
-#include "settingkeys.h"
+#include "linkcfg/inifile.h"
+#include "serialport/portdrain.h"
+#include "terminal/fileprogress.h"
+#include "terminal/filesend.h"
+#include "terminal/pacedlabel.h"
+#include "terminal/settingkeys.h"
+#include "terminal/wallclock.h"
 #include "ui_mainwindow.h"
-#include "wallclock.h"
 
 #include <QMessageBox>
 #include <QScopedValueRollback>

@@ -2,9 +2,9 @@
 // settings.
 #pragma once
 
-#include "cuttext.h"
-#include "qextserialenumerator.h"
-#include "qextserialport.h"
+#include "serialport/qextserialenumerator.h"
+#include "serialport/qextserialport.h"
+#include "terminal/cuttext.h"
 
 #include <QByteArray>
 #include <QFile>

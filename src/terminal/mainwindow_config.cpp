@@ -1,8 +1,8 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "inifile.h"
-#include "settingkeys.h"
-#include "stringcolumns.h"
+#include "linkcfg/inifile.h"
+#include "terminal/settingkeys.h"
+#include "terminal/stringcolumns.h"
 #include "ui_mainwindow.h"
 
 #include <QDir>

@@ -1,8 +1,8 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "counter.h"
+#include "terminal/counter.h"
+#include "terminal/wallclock.h"
 #include "ui_mainwindow.h"
-#include "wallclock.h"
 
 #include <QFileDialog>
 

@@ -1,10 +1,10 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "counter.h"
-#include "hashselectdialog.h"
-#include "inifile.h"
-#include "sendtext.h"
-#include "settingkeys.h"
+#include "checksum/hashselectdialog.h"
+#include "linkcfg/inifile.h"
+#include "terminal/counter.h"
+#include "terminal/sendtext.h"
+#include "terminal/settingkeys.h"
 #include "ui_mainwindow.h"
 
 #include <memory>

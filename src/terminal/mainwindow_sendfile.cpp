@@ -1,6 +1,6 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "filesend.h"
+#include "terminal/filesend.h"
 #include "ui_mainwindow.h"
 
 #include <QFileDialog>

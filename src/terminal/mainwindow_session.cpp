@@ -1,8 +1,8 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "portdrain.h"
-#include "qlinkcfgdlg.h"
-#include "qserialcfgwidget.h"
+#include "linkcfg/qlinkcfgdlg.h"
+#include "linkcfg/qserialcfgwidget.h"
+#include "serialport/portdrain.h"
 #include "ui_mainwindow.h"
 
 #include <QEventLoop>

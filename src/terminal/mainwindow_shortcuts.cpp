@@ -1,7 +1,7 @@
 // Keys that work anywhere in the window, beside those of its menus and buttons.
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "findbar.h"
+#include "terminal/findbar.h"
 #include "ui_mainwindow.h"
 
 #include <QShortcut>

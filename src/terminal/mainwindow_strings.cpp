@@ -1,6 +1,6 @@
-#include "mainwindow.h"
+#include "terminal/mainwindow.h"
 
-#include "stringcolumns.h"
+#include "terminal/stringcolumns.h"
 #include "ui_mainwindow.h"
 
 void MainWindow::row_insert(int row)

@@ -1,6 +1,6 @@
-#include "pacedlabel.h"
+#include "terminal/pacedlabel.h"
 
-#include "framepacer.h"
+#include "terminal/framepacer.h"
 
 #include <QEvent>
 

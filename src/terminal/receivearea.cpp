@@ -1,6 +1,6 @@
-#include "receivearea.h"
+#include "terminal/receivearea.h"
 
-#include "framepacer.h"
+#include "terminal/framepacer.h"
 
 #include <QAction>
 #include <QContextMenuEvent>

@@ -1,7 +1,7 @@
 // The area that shows received data, at the same cost for each byte however much it holds.
 #pragma once
 
-#include "receivelayout.h"
+#include "terminal/receivelayout.h"
 
 #include <QBasicTimer>
 #include <QElapsedTimer>

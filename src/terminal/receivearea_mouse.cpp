@@ -1,5 +1,5 @@
 // How the receive area is selected from: by character, word or paragraph, past its edges, by drag.
-#include "receivearea.h"
+#include "terminal/receivearea.h"
 
 #include <QApplication>
 #include <QClipboard>

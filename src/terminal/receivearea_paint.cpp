@@ -1,7 +1,7 @@
 // What the receive area looks like: rows of cells, colours, selection, hits, placeholder.
-#include "receivearea.h"
+#include "terminal/receivearea.h"
 
-#include "textsearch.h"
+#include "terminal/textsearch.h"
 
 #include <QGlyphRun>
 #include <QPaintEvent>

@@ -1,6 +1,6 @@
 // What of the receive area is in sight and how large: keys that scroll, the font's size, hits of a
 // search.
-#include "receivearea.h"
+#include "terminal/receivearea.h"
 
 #include <QFontInfo>
 #include <QKeyEvent>

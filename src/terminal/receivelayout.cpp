@@ -1,4 +1,4 @@
-#include "receivelayout.h"
+#include "terminal/receivelayout.h"
 
 #include <QTextBlock>
 #include <QTextDocument>

@@ -1,7 +1,7 @@
 // The document layout of the receive area: it counts rows and lays nothing out.
 #pragma once
 
-#include "rowtable.h"
+#include "terminal/rowtable.h"
 
 #include <QPlainTextDocumentLayout>
 #include <QTextLayout>

@@ -1,7 +1,7 @@
 // Wraps a long text into the rows of a grid that is some columns wide.
 #pragma once
 
-#include "celltext.h"
+#include "terminal/celltext.h"
 
 #include <QString>
 #include <vector>

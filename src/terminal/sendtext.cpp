@@ -1,6 +1,6 @@
-#include "sendtext.h"
+#include "terminal/sendtext.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 static SendText success(QByteArray bytes)
 {

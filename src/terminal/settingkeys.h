@@ -2,7 +2,7 @@
 // absent.
 #pragma once
 
-#include "setting.h"
+#include "linkcfg/setting.h"
 
 // In the root file, which says where everything else is.
 inline const Setting<QString> CFG_FILE = {"cfg_file", "tarnwick.ini"};

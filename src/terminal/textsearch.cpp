@@ -1,4 +1,4 @@
-#include "textsearch.h"
+#include "terminal/textsearch.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "wallclock.h"
+#include "terminal/wallclock.h"
 
 static constexpr int MS_PER_DAY = 24 * 60 * 60 * 1000;
 

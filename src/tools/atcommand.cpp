@@ -1,4 +1,4 @@
-#include "atcommand.h"
+#include "tools/atcommand.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "atreply.h"
+#include "tools/atreply.h"
 
-#include "hextext.h"
+#include "checksum/hextext.h"
 
 #include <charconv>
 #include <cmath>

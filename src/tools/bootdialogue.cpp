@@ -1,4 +1,4 @@
-#include "bootdialogue.h"
+#include "tools/bootdialogue.h"
 
 #include <QtEndian>
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "cnetcfg.h"
+#include "tools/cnetcfg.h"
 
-#include "qlink.h"
-#include "toolerror.h"
+#include "links/qlink.h"
+#include "tools/toolerror.h"
 
 #include <QtEndian>
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The configuration dialogue of a cnet radio device, and the search for such devices on the air.
 #pragma once
 
-#include "cnetframe.h"
+#include "tools/cnetframe.h"
 
 #include <QThread>
 #include <atomic>

@@ -1,8 +1,8 @@
 // The search of CnetCfg: what runs on its thread, and what starts and ends it.
 
-#include "cnetcfg.h"
+#include "tools/cnetcfg.h"
 
-#include "toolerror.h"
+#include "tools/toolerror.h"
 
 #include <QtEndian>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "cnetframe.h"
+#include "tools/cnetframe.h"
 
 QByteArray cnet_request(std::uint8_t cmd, const void* target, const void* payload, int nbytes)
 {

@@ -1,9 +1,9 @@
-#include "dorvcfg.h"
+#include "tools/dorvcfg.h"
 
-#include "atreply.h"
-#include "hextext.h"
-#include "qframer.h"
-#include "toolerror.h"
+#include "checksum/hextext.h"
+#include "framers/qframer.h"
+#include "tools/atreply.h"
+#include "tools/toolerror.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 // The settings and queries of a Dorv radio module, over its AT commands.
 #pragma once
 
-#include "atcommand.h"
+#include "tools/atcommand.h"
 
 #include <QThread>
 #include <QTimer>

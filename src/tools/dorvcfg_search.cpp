@@ -1,9 +1,9 @@
 // The search of DorvCfg: a timer that listens for what modules report of themselves.
 
-#include "dorvcfg.h"
+#include "tools/dorvcfg.h"
 
-#include "atreply.h"
-#include "qframer.h"
+#include "framers/qframer.h"
+#include "tools/atreply.h"
 
 #include <QElapsedTimer>
 #include <algorithm>

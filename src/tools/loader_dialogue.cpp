@@ -1,11 +1,11 @@
 // What Loader says to the module, and what it makes of the answers.
 
-#include "loader.h"
+#include "tools/loader.h"
 
-#include "bootdialogue.h"
-#include "crc.h"
-#include "qframer.h"
-#include "toolerror.h"
+#include "checksum/crc.h"
+#include "framers/qframer.h"
+#include "tools/bootdialogue.h"
+#include "tools/toolerror.h"
 
 #include <QElapsedTimer>
 #include <algorithm>

@@ -1,9 +1,9 @@
 // One run of Loader from start to end, and its settings.
 
-#include "loader.h"
+#include "tools/loader.h"
 
-#include "qframer.h"
-#include "toolerror.h"
+#include "framers/qframer.h"
+#include "tools/toolerror.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,8 +1,8 @@
 // CRCs, sums, MD5 and hexadecimal text against published answers, zlib and OpenSSL.
-#include "crc.h"
-#include "hextext.h"
-#include "md5.h"
-#include "sums.h"
+#include "checksum/crc.h"
+#include "checksum/hextext.h"
+#include "checksum/md5.h"
+#include "checksum/sums.h"
 
 #include <QByteArray>
 #include <QRandomGenerator>

@@ -1,5 +1,5 @@
 // The calculator as a user sees it: a shown dialog, clicked with the mouse.
-#include "hashselectdialog.h"
+#include "checksum/hashselectdialog.h"
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>

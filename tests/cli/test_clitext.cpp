@@ -1,9 +1,9 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
-#include "cnetaddress.h"
-#include "dorvsettings.h"
-#include "progress.h"
-#include "qframernull.h"
-#include "stack.h"
+#include "cli/cnetaddress.h"
+#include "cli/dorvsettings.h"
+#include "cli/progress.h"
+#include "cli/stack.h"
+#include "framers/qframernull.h"
 
 #include <gtest/gtest.h>
 #include <memorylink.h>

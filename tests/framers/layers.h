@@ -1,14 +1,14 @@
 // Layers to put under a framer, and calls on it as byte arrays.
 #pragma once
 
+#include "framers/qframer.h"
+#include "framers/qframerchan.h"
+#include "framers/qframercnet.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframerrtu.h"
+#include "framers/qframerrwlt.h"
 #include "loglines.h"
 #include "print.h"
-#include "qframer.h"
-#include "qframerchan.h"
-#include "qframercnet.h"
-#include "qframercrc16.h"
-#include "qframerrtu.h"
-#include "qframerrwlt.h"
 
 #include <deque>
 #include <vector>

@@ -1,9 +1,9 @@
 // Every framer over a missing layer, over a closed link, and over a link that fails at each of its
 // calls in turn: no false success, and the documented code.
+#include "framers/qframerdorv.h"
+#include "framers/qframernull.h"
 #include "layers.h"
 #include "memorylink.h"
-#include "qframerdorv.h"
-#include "qframernull.h"
 
 #include <QScopedValueRollback>
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 // The framers that wrap payload in a frame: transcripts in plain bytes, and what becomes of frames
 // that aren't right.
-#include "framebuffer.h"
+#include "framers/framebuffer.h"
+#include "framers/qframernull.h"
 #include "layers.h"
 #include "memorylink.h"
-#include "qframernull.h"
 
 #include <climits>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // QFramerRtu over a serial port, against a device that libmodbus plays.
+#include "framers/qframernull.h"
 #include "layers.h"
+#include "links/qlinkserial.h"
 #include "modbusserver.h"
 #include "portsettings.h"
-#include "qframernull.h"
-#include "qlinkserial.h"
 #include "wait.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // QFramerDorv: AT send commands with their replies, and report lines in every form.
+#include "framers/qframerdorv.h"
+#include "framers/qframernull.h"
 #include "layers.h"
 #include "memorylink.h"
-#include "qframerdorv.h"
-#include "qframernull.h"
 
 #include <gtest/gtest.h>
 

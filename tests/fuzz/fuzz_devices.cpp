@@ -1,18 +1,18 @@
 // What comes from a device, and what comes to a simulated one: from its host, from the command line
 // and from its file.
-#include "atreply.h"
-#include "bootdialogue.h"
-#include "cnetframe.h"
+#include "framers/qframerchan.h"
+#include "framers/qframercnet.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframerdorv.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrtu.h"
+#include "framers/qframerrwlt.h"
 #include "fuzzing.h"
 #include "memorylink.h"
-#include "options.h"
-#include "qframerchan.h"
-#include "qframercnet.h"
-#include "qframercrc16.h"
-#include "qframerdorv.h"
-#include "qframernull.h"
-#include "qframerrtu.h"
-#include "qframerrwlt.h"
+#include "simulator/options.h"
+#include "tools/atreply.h"
+#include "tools/bootdialogue.h"
+#include "tools/cnetframe.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,11 +1,11 @@
 // What people write, in the send area and on the command line, and the grid that shows received
 // text.
-#include "cnetaddress.h"
-#include "dorvsettings.h"
+#include "cli/cnetaddress.h"
+#include "cli/dorvsettings.h"
+#include "cli/stacktext.h"
 #include "fuzzing.h"
-#include "rowtable.h"
-#include "sendtext.h"
-#include "stacktext.h"
+#include "terminal/rowtable.h"
+#include "terminal/sendtext.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Any bytes as the file of a window: what the window makes of them it stores, and shows the same
 // from then on.
 #include "fuzzing.h"
-#include "mainwindow.h"
-#include "qlinkcfgdlg.h"
-#include "qtcpipcfgwidget.h"
-#include "settingkeys.h"
+#include "linkcfg/qlinkcfgdlg.h"
+#include "linkcfg/qtcpipcfgwidget.h"
+#include "terminal/mainwindow.h"
+#include "terminal/settingkeys.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "qlinkcfgdlg.h"
+#include "linkcfg/qlinkcfgdlg.h"
 
+#include "linkcfg/qserialcfgwidget.h"
 #include "pagetest.h"
-#include "qserialcfgwidget.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

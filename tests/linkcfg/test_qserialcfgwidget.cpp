@@ -1,7 +1,7 @@
-#include "qserialcfgwidget.h"
+#include "linkcfg/qserialcfgwidget.h"
 
 #include "pagetest.h"
-#include "qextserialenumerator.h"
+#include "serialport/qextserialenumerator.h"
 
 #include <QComboBox>
 #include <QDir>

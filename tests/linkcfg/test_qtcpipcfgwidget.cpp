@@ -1,4 +1,4 @@
-#include "qtcpipcfgwidget.h"
+#include "linkcfg/qtcpipcfgwidget.h"
 
 #include "pagetest.h"
 

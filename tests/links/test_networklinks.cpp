@@ -1,12 +1,12 @@
 // Both network links against sockets, socat and ser2net on loopback.
+#include "links/qlinktcpip.h"
+#include "links/qlinkwinsock.h"
+#include "links/winsock.h"
 #include "loglines.h"
 #include "netpeer.h"
 #include "portsettings.h"
 #include "pty.h"
-#include "qlinktcpip.h"
-#include "qlinkwinsock.h"
 #include "wait.h"
-#include "winsock.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>

@@ -1,11 +1,11 @@
 // What every byte link shares.
+#include "links/qlinkserial.h"
+#include "links/qlinktcpip.h"
+#include "links/qlinkwinsock.h"
 #include "loglines.h"
 #include "memorylink.h"
 #include "portsettings.h"
 #include "print.h"
-#include "qlinkserial.h"
-#include "qlinktcpip.h"
-#include "qlinkwinsock.h"
 
 #include <gtest/gtest.h>
 

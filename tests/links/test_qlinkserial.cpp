@@ -1,8 +1,8 @@
 // The serial link on a real tty.
+#include "links/qlinkserial.h"
 #include "loglines.h"
 #include "portsettings.h"
 #include "pty.h"
-#include "qlinkserial.h"
 #include "sandbox.h"
 #include "wait.h"
 

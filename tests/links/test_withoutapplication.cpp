@@ -1,7 +1,7 @@
 // The serial link in a program that has no QCoreApplication.
+#include "links/qlinkserial.h"
 #include "portsettings.h"
 #include "pty.h"
-#include "qlinkserial.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>

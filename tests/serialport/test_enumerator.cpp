@@ -1,7 +1,7 @@
 #include "portsettings.h"
 #include "pty.h"
-#include "qextserialenumerator.h"
 #include "sandbox.h"
+#include "serialport/qextserialenumerator.h"
 #include "wait.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "portdrain.h"
 #include "portsettings.h"
 #include "pty.h"
-#include "tty.h"
+#include "serialport/portdrain.h"
+#include "serialport/tty.h"
 #include "wait.h"
 
 #include <QEventLoop>

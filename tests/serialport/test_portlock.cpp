@@ -1,7 +1,7 @@
 // A port that another program holds by the lock that terminals take beside the tty's own.
 #include "portsettings.h"
 #include "pty.h"
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

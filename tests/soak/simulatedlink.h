@@ -2,9 +2,9 @@
 // the moment at which something happens, so that hours of time-outs pass in seconds.
 #pragma once
 
-#include "device.h"
-#include "lane.h"
-#include "qlink.h"
+#include "devices/device.h"
+#include "devices/lane.h"
+#include "links/qlink.h"
 
 // What the caller computes or sleeps counts as well, as real time. The device isn't owned.
 class SimulatedLink : public QLink

@@ -3,7 +3,7 @@
 //
 //   store_soak [kills]
 #include "soak.h"
-#include "stringcolumns.h"
+#include "terminal/stringcolumns.h"
 
 #include <QAction>
 #include <QProcess>

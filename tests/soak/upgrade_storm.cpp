@@ -3,14 +3,14 @@
 // verified, the device holds the file; whenever it does not, a rerun on a good line completes.
 //
 //   upgrade_storm [count] [first seed]
-#include "boot.h"
-#include "exchange.h"
-#include "loader.h"
-#include "qframercrc16.h"
-#include "qframernull.h"
-#include "qframerrtu.h"
+#include "devices/boot.h"
+#include "devices/exchange.h"
+#include "framers/qframercrc16.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrtu.h"
 #include "sandbox.h"
 #include "simulatedlink.h"
+#include "tools/loader.h"
 
 #include <QCoreApplication>
 #include <QMap>

@@ -1,7 +1,7 @@
 // A link in memory with a scripted device on its other side.
 #pragma once
 
-#include "qlink.h"
+#include "links/qlink.h"
 
 #include <QByteArrayList>
 #include <climits>

@@ -1,7 +1,7 @@
 // Port settings that every port takes, as a starting point for tests.
 #pragma once
 
-#include "qextserialport.h"
+#include "serialport/qextserialport.h"
 
 inline PortSettings plain_settings(long timeout_ms = 300)
 {

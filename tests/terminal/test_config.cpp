@@ -1,4 +1,4 @@
-#include "stringcolumns.h"
+#include "terminal/stringcolumns.h"
 #include "windowtest.h"
 
 #include <QAction>

@@ -1,4 +1,4 @@
-#include "cuttext.h"
+#include "terminal/cuttext.h"
 
 #include <QTextCursor>
 #include <QTextDocument>

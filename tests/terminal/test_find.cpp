@@ -1,7 +1,7 @@
-#include "findbar.h"
-#include "hashselectdialog.h"
-#include "qlinkcfgdlg.h"
-#include "receivearea.h"
+#include "checksum/hashselectdialog.h"
+#include "linkcfg/qlinkcfgdlg.h"
+#include "terminal/findbar.h"
+#include "terminal/receivearea.h"
 #include "windowtest.h"
 
 #include <QAccessible>

@@ -1,4 +1,4 @@
-#include "wallclock.h"
+#include "terminal/wallclock.h"
 #include "windowtest.h"
 
 #include <QLineEdit>

@@ -1,7 +1,7 @@
-#include "receivearea.h"
+#include "terminal/receivearea.h"
 
-#include "framepacer.h"
 #include "slowrows.h"
+#include "terminal/framepacer.h"
 #include "wait.h"
 
 #include <QApplication>

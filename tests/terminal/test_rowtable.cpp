@@ -1,4 +1,4 @@
-#include "rowtable.h"
+#include "terminal/rowtable.h"
 
 #include "slowrows.h"
 

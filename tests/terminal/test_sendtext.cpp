@@ -1,4 +1,4 @@
-#include "sendtext.h"
+#include "terminal/sendtext.h"
 
 #include <gtest/gtest.h>
 

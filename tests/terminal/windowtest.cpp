@@ -1,7 +1,7 @@
 #include "windowtest.h"
 
-#include "qlinkcfgdlg.h"
-#include "stringcolumns.h"
+#include "linkcfg/qlinkcfgdlg.h"
+#include "terminal/stringcolumns.h"
 
 #include <QApplication>
 #include <QComboBox>

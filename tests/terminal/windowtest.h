@@ -1,10 +1,10 @@
 // A real window over a real pseudo-terminal, and somebody who answers the dialogs it opens.
 #pragma once
 
-#include "mainwindow.h"
 #include "portsettings.h"
 #include "pty.h"
 #include "sandbox.h"
+#include "terminal/mainwindow.h"
 #include "wait.h"
 
 #include <QCheckBox>

@@ -1,10 +1,10 @@
 // A Loader, a firmware file for it, and a simulated module on its link.
 #pragma once
 
-#include "boot.h"
-#include "loader.h"
-#include "qframernull.h"
+#include "devices/boot.h"
+#include "framers/qframernull.h"
 #include "toolrun.h"
+#include "tools/loader.h"
 
 #include <QTemporaryDir>
 #include <sandbox.h>

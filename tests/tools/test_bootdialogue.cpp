@@ -1,5 +1,5 @@
 // The information record of a module and the names of its firmware files.
-#include "bootdialogue.h"
+#include "tools/bootdialogue.h"
 
 #include <gtest/gtest.h>
 #include <print.h>

@@ -1,6 +1,6 @@
 // CnetCfg: its operations on one device.
-#include "cnetcfg.h"
 #include "toolrun.h"
+#include "tools/cnetcfg.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

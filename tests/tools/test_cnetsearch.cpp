@@ -1,6 +1,6 @@
 // The search for cnet devices: its frames and signals, and its ends.
-#include "cnetcfg.h"
 #include "toolrun.h"
+#include "tools/cnetcfg.h"
 
 #include <QRegularExpression>
 #include <gtest/gtest.h>

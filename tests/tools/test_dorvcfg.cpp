@@ -1,7 +1,7 @@
 // What the Dorv module is told and asked, and what is made of its replies.
-#include "dorvcfg.h"
-#include "qframernull.h"
-#include "qframerrwlt.h"
+#include "framers/qframernull.h"
+#include "framers/qframerrwlt.h"
+#include "tools/dorvcfg.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
@@ -52,10 +52,9 @@ template <typename Number> Command number(int (D::*set)(Number), const char* nam
 // clang-format off
 const std::vector<Command> COMMANDS = {
     number(&D::freq_set, "freq"), number(&D::sf_set, "sf"), number(&D::pwr_set, "pwr"),
-    number(&D::pwrid_set, "pwrid"), takes(OK_LINE, "at+pwrlimit=0,65535", &D::pwrlimit_set, 0, 65535),
     number(&D::txprlen_set, "txprlen"), number(&D::rxprlen_set, "rxprlen"),
-    number(&D::transfport_set, "transfport"), number(&D::dr_set, "dr"), number(&D::retx_set, "retx"),
-    number(&D::level_set, "level"), takes(ANY_REPLY, "at+echo=off", &D::echo_off),
+    number(&D::transfport_set, "transfport"), number(&D::pwrid_set, "pwrid"), number(&D::dr_set, "dr"),
+    number(&D::retx_set, "retx"), number(&D::level_set, "level"), takes(ANY_REPLY, "at+echo=off", &D::echo_off),
     takes(OK, "at+reboot", &D::module_reboot), takes(OK, "at+def", &D::factory_reset),
     takes(OK, "+++", &D::command_mode_enter), takes(ANY_REPLY, "at+mode=radio", &D::mode_radio_set),
     takes(ANY_REPLY, "at+mode=pmac", &D::mode_pmac_set), takes(ANY_REPLY, "at+mode=mac", &D::mode_mac_set),
@@ -75,6 +74,7 @@ const std::vector<Command> COMMANDS = {
     takes(OK_LINE, "at+linkchk=0,1,65535", &D::linkchk_set, 0, 1, 65535),
     takes(OK_LINE, "at+ch=255,4294967295,1,5", &D::ch_set, 255, 0xFFFFFFFF),
     takes(OK_LINE, "at+heartbeat=0,1,65535", &D::heartbeat_set, 0, 1, 65535),
+    takes(OK_LINE, "at+pwrlimit=0,65535", &D::pwrlimit_set, 0, 65535),
     takes(OK, "at+deveui=00FF0AB001234567", &D::deveui_set, EUI),
     takes(OK, "at+appeui=00FF0AB001234567", &D::appeui_set, EUI),
     takes(OK_LINE, "at+appkey=00FF0AB00123456789ABCDEFFEDCBA98", &D::appkey_set, KEY),

@@ -1,9 +1,9 @@
 // The polled port where ports are no file descriptors: a QSerialPort on an I/O thread of its own,
 // behind a guarded buffer.
-#include "polledport.h"
+#include "serialport/polledport.h"
 
-#include "portwatch.h"
-#include "tty.h"
+#include "serialport/portwatch.h"
+#include "serialport/tty.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -358,4 +358,4 @@ QSerialPort::SerialPortError PolledPort::error()
     return state->failure.code;
 }
 
-#include "polledport_thread.moc"
+#include "polledport_windows.moc"

@@ -38,7 +38,7 @@ const char STACK_HELP[] =
     "  crc16           payload, CRC-16\n"
     "  rtu:ADDRESS     address 0 to 255, payload, CRC-16\n"
     "  chan:PREFIX     a prefix of 1 to 16 bytes in hexadecimal, payload\n"
-    "  cnet:TARGET     frames to a device behind a local one; 4 hexadecimal digits\n"
+    "  cnet:TARGET     frames to a device on the air; 4 hexadecimal digits\n"
     "  rwlt            payload between 0xAB and 0xBA\n"
     "  dorv[:MODE]     payload in AT send commands; MODE is mac, pmac, radio, data or\n"
     "                  raw; radio if not given\n"

@@ -136,7 +136,7 @@ void read_network(const Piece& rest, LinkDescription& link)
     if (bracketed)
         host = rest.mid(1, bracket - 1);
     else if (host.text.contains(':'))
-        throw host.error("an IPv6 address stands in brackets, as in [::1]:4001");
+        throw host.error("an IPv6 address is written in brackets, as in [::1]:4001");
     if (host.text.isEmpty())
         throw host.error("the host is missing");
     if (host.text.size() > LONGEST_HOST)
@@ -237,7 +237,7 @@ void check_fit(const LinkDescription& link, const QVector<FramerDescription>& fr
         if (framer.kind == FramerKind::Dorv) {
             // It reads lines from the link itself and wants each write to be taken as it is.
             if (!on_link)
-                throw framer.piece.error("dorv stands directly on the link: write it first");
+                throw framer.piece.error("dorv works only directly on the link: write it first");
             if (link.kind == LinkKind::Tcp || link.kind == LinkKind::Udp)
                 throw framer.piece.error("dorv waits for lines, which tcp: and udp: links don't; "
                                          "use rawtcp: or rawudp:");

@@ -114,7 +114,7 @@ public:
     int packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
     int packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
     // True on an abort too: block_verify_retry, which comes next, then refuses. The information
-    // record, which tells page size and MTU, comes before these two.
+    // record, which has page size and MTU, comes before these two.
     bool block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
                     std::uint32_t total);
     bool file_send(const std::uint8_t* data, std::uint32_t size);

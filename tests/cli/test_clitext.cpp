@@ -129,7 +129,6 @@ TEST(CliText, ProgressTellsRateAndRemainingTime)
 {
     EXPECT_EQ(transfer_text({131072, 262144, 12000}),
               "[==========          ]  50 %  131072 of 262144 bytes  10.9 KB/s  0:12 left");
-    EXPECT_EQ(transfer_text({0, 100, 5000}), "[                    ]   0 %  0 of 100 bytes");
     EXPECT_EQ(count_text({66, 66, 9000}, "pairs"), "100 %  66 of 66 pairs");
     // A file of the largest size at a crawl.
     EXPECT_EQ(
@@ -139,32 +138,19 @@ TEST(CliText, ProgressTellsRateAndRemainingTime)
 
 TEST(CliText, ValuesOfDorvSettingsGoThereAndBackOrAreRefused)
 {
-    const struct
-    {
-        const char* name;
-        const char* words;
-        bool good;
-    } rows[] = {
-        {"freq", "4294967295", true},
-        {"freq", "4294967296", false},
-        {"freq", "1 2", false},
-        {"pwrid", "-128", true},
-        {"bw", "31.25", true},
-        {"bw", "31", false},
-        {"uartcfg", "9600 8 even 1", true},
-        {"uartcfg", "9600 8  1", false}, // an empty word
-        {"devaddr", "0xab12", true},
-        {"deveui", "0102030405060708", true},
-        {"deveui", "01020304050607", false},
-    };
-    for (const auto& row : rows) {
-        const DorvSetting& setting = *find_dorv_setting(row.name);
-        const QStringList words = QString(row.words).split(' ');
+    const QStringList good = {"freq 4294967295",         "pwrid -128",     "bw 31.25",
+                              "deveui 0102030405060708", "devaddr 0xab12", "uartcfg 9600 8 even 1"};
+    const QStringList bad = {"freq 4294967296", "freq 1 2", "bw 31",
+                             "uartcfg 9600 8  1", // an empty word
+                             "deveui 01020304050607"};
+    for (const QString& text : good + bad) {
+        const DorvSetting& setting = *find_dorv_setting(text.section(' ', 0, 0));
+        const QStringList words = text.section(' ', 1).split(' ');
         try {
             EXPECT_EQ(dorv_words(setting, parse_dorv_values(setting, words)), words);
-            EXPECT_TRUE(row.good) << row.name << ' ' << row.words;
+            EXPECT_TRUE(good.contains(text)) << text.toStdString();
         } catch (const Failure& failure) {
-            EXPECT_FALSE(row.good) << failure.what.toStdString();
+            EXPECT_TRUE(bad.contains(text)) << failure.what.toStdString();
         }
     }
 }

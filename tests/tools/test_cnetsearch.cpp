@@ -113,11 +113,7 @@ TEST(CnetSearch, EndsAtOnceWithNothingToDoOrARefusalOrAClosedLink)
 
     search.tuned = hex("AB D4 01 BA");
     ASSERT_EQ(search.cfg.search_all(0x3FFFFF, 7), 0);
-    EXPECT_EQ(
-        search.finish(),
-        (QStringList{"started 66", "progress 0 9 0", "cfg: searching chan 9 with 250 kbps ...",
-                     "cfg: set device to chan 9, 250 kbps", "> AB D4 09 00 BA",
-                     "cfg: set local device chan and baud failed", "finished"}));
+    EXPECT_EQ(search.finish().filter("> "), QStringList{"> AB D4 09 00 BA"});
     EXPECT_EQ(int(search.cfg.outcome()), int(CnetOutcome::Refused));
     search.link.close();
     ASSERT_EQ(search.cfg.search_all(1, 1), 0);

@@ -6,11 +6,13 @@
 #include <QAbstractEventDispatcher>
 #include <QPointer>
 
-EventPort::EventPort(const QString& name, const PortSettings& settings, QObject* parent)
+EventPort::EventPort(const QString& name, const PortSettings& settings, qint64 write_limit,
+                     QObject* parent)
     : QObject(parent)
     , serial(std::make_unique<QSerialPort>())
     , name(name)
     , settings(settings)
+    , write_limit(write_limit)
 {
     tty_settings_prepare(*serial, name, settings);
 }
@@ -87,9 +89,9 @@ qint64 EventPort::write(const char* data, qint64 size)
     if (lost)
         return -1;
     const qint64 waiting = serial->bytesToWrite();
-    if (waiting > 0 && waiting + size > QextSerialPort::WRITE_LIMIT) {
+    if (waiting > 0 && waiting + size > write_limit) {
         fail(QSerialPort::WriteError,
-             QextSerialPort::tr("%1 bytes wait to be sent, there is no room for %2 more")
+             PortTexts::tr("%1 bytes wait to be sent, there is no room for %2 more")
                  .arg(waiting)
                  .arg(size));
         return -1;
@@ -108,7 +110,7 @@ void EventPort::handle_error(QSerialPort::SerialPortError error)
         fail(error, serial->errorString());
         return;
     }
-    fail(QSerialPort::ResourceError, QextSerialPort::tr("the device has gone"));
+    fail(QSerialPort::ResourceError, PortTexts::tr("the device has gone"));
     lost = true;
     leftover = serial->readAll();
     serial->disconnect(this);

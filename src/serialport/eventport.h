@@ -1,7 +1,7 @@
 // The event-driven side of QextSerialPort: a QSerialPort that goes quiet when its device has gone.
 #pragma once
 
-#include "serialport/qextserialport.h"
+#include "serialport/portsettings.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -15,7 +15,9 @@ class EventPort : public QObject
     Q_OBJECT
 
 public:
-    EventPort(const QString& name, const PortSettings& settings, QObject* parent);
+    // At most write_limit bytes wait to be written, unless one write to an idle port is larger.
+    EventPort(const QString& name, const PortSettings& settings, qint64 write_limit,
+              QObject* parent);
 
     bool open(QIODevice::OpenMode mode);
     // The end of this object's work: a PortDrain lets accepted bytes out, and nothing but the
@@ -45,6 +47,7 @@ private:
     std::unique_ptr<QSerialPort> serial; // null once closed
     const QString name;
     const PortSettings settings;
+    const qint64 write_limit;
     QByteArray leftover;     // what had arrived when the device went away
     bool announcing = false; // inside ready_read
     bool lost = false;

@@ -2,7 +2,7 @@
 // loop.
 #pragma once
 
-#include "serialport/qextserialport.h"
+#include "serialport/portsettings.h"
 
 #include <QSerialPort>
 #include <QtGlobal>

@@ -123,7 +123,7 @@ qint64 PolledPort::write(const char* data, qint64 size)
     if (done < size)
         failure = {
             QSerialPort::TimeoutError,
-            QextSerialPort::tr("%1 of %2 bytes were not taken in time").arg(size - done).arg(size)};
+            PortTexts::tr("%1 of %2 bytes were not taken in time").arg(size - done).arg(size)};
     return done;
 }
 
@@ -185,6 +185,6 @@ void PolledPort::pull_all()
 void PolledPort::lose()
 {
     lost = true;
-    failure = {QSerialPort::ResourceError, QextSerialPort::tr("the device has gone")};
+    failure = {QSerialPort::ResourceError, PortTexts::tr("the device has gone")};
     emit PortWatch::instance().lost_in_call(name);
 }

@@ -84,7 +84,7 @@ bool SerialPump::open(QIODevice::OpenMode mode)
     PortFailure failure;
     if (!QCoreApplication::instance())
         failure = {QSerialPort::OpenError,
-                   QextSerialPort::tr("a polled port needs a QCoreApplication on this system")};
+                   PortTexts::tr("a polled port needs a QCoreApplication on this system")};
     if (!failure)
         failure = lock.open(serial, mode);
     if (!failure)
@@ -195,7 +195,7 @@ void SerialPump::handle_error(QSerialPort::SerialPortError error)
         fail({error, serial.errorString()});
         return;
     }
-    fail({QSerialPort::ResourceError, QextSerialPort::tr("the device has gone")});
+    fail({QSerialPort::ResourceError, PortTexts::tr("the device has gone")});
     append_received(serial.readAll());
     {
         const std::lock_guard lock(state.mutex);
@@ -330,7 +330,7 @@ qint64 PolledPort::write(const char* data, qint64 size)
         state->changed.wait_for(lock, TURN_LIMIT, [&] { return !state->withdraw || state->lost; });
         state->failure = {
             QSerialPort::TimeoutError,
-            QextSerialPort::tr("%1 of %2 bytes were not taken in time").arg(left).arg(size)};
+            PortTexts::tr("%1 of %2 bytes were not taken in time").arg(left).arg(size)};
     }
     return size - left;
 }

@@ -39,7 +39,7 @@ bool QextSerialPort::open(OpenMode mode)
 
 bool QextSerialPort::open_event(OpenMode mode)
 {
-    auto* const port = new EventPort(name, settings, this);
+    auto* const port = new EventPort(name, settings, WRITE_LIMIT, this);
     if (!port->open(mode)) {
         report(port->error(), port->error_string());
         delete port;

@@ -18,8 +18,8 @@
 static PortFailure locked_elsewhere()
 {
     return {QSerialPort::PermissionError,
-            QextSerialPort::tr("another program has locked the port; close it there, or choose "
-                               "another port")};
+            PortTexts::tr("another program has locked the port; close it there, or choose "
+                          "another port")};
 }
 
 #ifdef Q_OS_UNIX
@@ -92,17 +92,17 @@ static QString finish_settings(QSerialPort& serial, const PortSettings& settings
 {
     termios2 tio = {};
     if (ioctl(serial.handle(), TCGETS2, &tio) != 0)
-        return QextSerialPort::tr("the device gives no settings");
+        return PortTexts::tr("the device gives no settings");
     // QSerialPort switches the receiver on for a port that it reads itself, and falls back to one
     // stop bit. CSTOPB is 1.5 with five data bits and 2 with the others.
     tio.c_cflag |= CREAD;
     if (settings.StopBits == STOP_1_5)
         tio.c_cflag |= CSTOPB;
     if (ioctl(serial.handle(), TCSETS2, &tio) != 0)
-        return QextSerialPort::tr("the device refuses its settings");
+        return PortTexts::tr("the device refuses its settings");
     // A driver that can't make a rate doesn't fail: it takes another one and says which.
     if (!rate_is_close(settings.BaudRate, tio.c_ospeed))
-        return QextSerialPort::tr("the device refuses %1 bits/s and offers %2")
+        return PortTexts::tr("the device refuses %1 bits/s and offers %2")
             .arg(int(settings.BaudRate))
             .arg(tio.c_ospeed);
     return {};

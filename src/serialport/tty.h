@@ -1,9 +1,16 @@
 // What PortSettings mean to a QSerialPort, and what it doesn't do by itself on POSIX.
 #pragma once
 
-#include "serialport/qextserialport.h"
+#include "serialport/portsettings.h"
 
+#include <QCoreApplication>
 #include <QSerialPort>
+
+// What a port says to its user: the texts of QextSerialPort, below which the engines are.
+struct PortTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(QextSerialPort)
+};
 
 // Why something failed; false when nothing did.
 struct PortFailure

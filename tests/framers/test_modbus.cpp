@@ -3,7 +3,7 @@
 #include "layers.h"
 #include "links/qlinkserial.h"
 #include "modbusserver.h"
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "wait.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "links/winsock.h"
 #include "loglines.h"
 #include "netpeer.h"
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 #include "wait.h"
 

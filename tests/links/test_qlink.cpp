@@ -4,7 +4,7 @@
 #include "links/qlinkwinsock.h"
 #include "loglines.h"
 #include "memorylink.h"
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "print.h"
 
 #include <gtest/gtest.h>

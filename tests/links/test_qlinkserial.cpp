@@ -1,7 +1,7 @@
 // The serial link on a real tty.
 #include "links/qlinkserial.h"
 #include "loglines.h"
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 #include "sandbox.h"
 #include "wait.h"

@@ -1,6 +1,6 @@
 // The serial link in a program that has no QCoreApplication.
 #include "links/qlinkserial.h"
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 
 #include <QCoreApplication>

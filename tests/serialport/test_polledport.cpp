@@ -1,4 +1,4 @@
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 #include "wait.h"
 

@@ -1,5 +1,5 @@
 // A port that another program holds by the lock that terminals take beside the tty's own.
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 #include "serialport/qextserialport.h"
 

@@ -1,7 +1,7 @@
 // A real window over a real pseudo-terminal, and somebody who answers the dialogs it opens.
 #pragma once
 
-#include "portsettings.h"
+#include "plainsettings.h"
 #include "pty.h"
 #include "sandbox.h"
 #include "terminal/mainwindow.h"

@@ -31,11 +31,9 @@ int main(int argc, char** argv)
                      [](const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
     QObject::connect(&loader, &Loader::upgrade_progress, &app,
                      [](int size, int sent) { std::printf("%d of %d bytes\n", sent, size); });
-    // The log says how the run ended; upgrade_done comes whenever the file could be read.
-    bool done = false;
-    QObject::connect(&loader, &Loader::upgrade_done, &app, [&done] { done = true; });
     QObject::connect(&loader, &QThread::finished, &app, &QCoreApplication::quit);
     loader.upgrade_start();
     app.exec();
-    return done ? 0 : 1;
+    loader.wait();
+    return loader.outcome().ending == LoaderEnding::Upgraded ? 0 : 1;
 }

@@ -1,7 +1,7 @@
-// Addresses and settings of cnet devices as text. Pure.
+// Addresses and settings of cnet devices as typed texts. What doesn't fit throws TextError.
 #pragma once
 
-#include "cli/hexbytes.h"
+#include "cli/typedtext.h"
 
 struct CnetAddress
 {
@@ -11,10 +11,10 @@ struct CnetAddress
 };
 
 // 4 or 16 hexadecimal digits.
-Parsed<CnetAddress> parse_cnet_address(const QString& text);
+CnetAddress parse_cnet_address(const Piece& text);
 
 // "9-30", "9,12,20-22": the numbers from `least` to `most` as bits, `least` as bit 0.
-Parsed<quint32> parse_number_mask(const QString& text, int least, int most);
+std::uint32_t parse_number_mask(const Piece& text, int least, int most);
 
 // One word of a configuration block to change: "3=00112233".
 struct CnetWord
@@ -22,4 +22,4 @@ struct CnetWord
     int index = 0;
     QByteArray bytes; // 4
 };
-Parsed<CnetWord> parse_cnet_word(const QString& text);
+CnetWord parse_cnet_word(const Piece& text);

@@ -1,15 +1,13 @@
 // tarnwickctl checksum: the check values that devices and frames use.
-#include "cli/command.h"
+#include "cli/failure.h"
+#include "cli/invocation.h"
 
 #include "checksum/crc.h"
 #include "checksum/md5.h"
 #include "checksum/sums.h"
-#include "cli/failure.h"
-#include "cli/hexbytes.h"
-#include "cli/payload.h"
 
 namespace {
-QByteArray big_endian(quint32 value, int size)
+QByteArray big_endian(std::uint32_t value, int size)
 {
     QByteArray bytes;
     for (int i = size - 1; i >= 0; --i)
@@ -56,7 +54,7 @@ constexpr Algorithm ALGORITHMS[] = {
 
 void run_checksum(Invocation& invocation)
 {
-    const QByteArray data = payload_of(invocation, 0);
+    const QByteArray data = invocation.payload(0);
     invocation.expect_at_most(invocation.has("hex") || invocation.has("text") ? 0 : 1);
     const QString wanted = invocation.text("only");
     QJsonObject sums;

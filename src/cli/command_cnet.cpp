@@ -1,7 +1,6 @@
 // tarnwickctl cnet info, get, set, value: settings of cnet devices.
-#include "cli/cnetcommands.h"
-
 #include "cli/cnetaddress.h"
+#include "cli/session.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -9,12 +8,7 @@
 #include <array>
 
 namespace {
-const char NO_ANSWER_ADVICE[] =
-    "Is the local device on? Check the port, its rate and format; for a "
-    "device on the air, --channel and --rate, or wait longer with "
-    "--timeout.";
-
-using Block = std::array<quint32, CNET_BLOCK_WORDS>; // as it lies in memory and travels
+using Block = std::array<std::uint32_t, CNET_BLOCK_WORDS>; // as it lies in memory and travels
 
 QByteArray bytes_of(const Block& block)
 {
@@ -28,54 +22,34 @@ Block block_of(const QByteArray& bytes)
     return block;
 }
 
-// Why an operation failed: the last frame tells a refusal from silence and rubbish.
-Failure failure_of(Connection& connection, const QString& what, const CnetCommand& command)
-{
-    const auto response = cnet_response(connection.stack.link().last_received());
-    if (response && response->cmd == command.code && response->payload.size() == command.response)
-        return {ExitCode::Refused, what + ": the device refused", {}};
-    return connection.stack.no_answer(what, NO_ANSWER_ADVICE);
-}
-
 CnetAddress address_of(const Invocation& invocation)
 {
-    const QString text = invocation.argument(0, "ADDRESS");
-    return parsed_or_usage("ADDRESS", text, parse_cnet_address(text));
+    return parse_argument("ADDRESS", invocation.argument(0, "ADDRESS"), parse_cnet_address);
 }
 
-// A command's way to the device: the link opened, and the local device tuned if that was asked.
-struct Session
+// For devices on the air: the local device goes where --channel and --rate say, if they do.
+void tune_as_asked(CnetSession& session, const Invocation& invocation)
 {
-    explicit Session(const Invocation& invocation)
-        : connection(invocation)
-        , cfg(&connection.stack.link())
+    if (invocation.has("channel") != invocation.has("rate"))
+        throw usage_failure("--channel and --rate go together");
+    if (!invocation.has("channel"))
+        return;
+    constexpr int LAST_CHANNEL = CNET_FIRST_CHANNEL + CNET_CHANNELS - 1;
+    const auto channel = invocation.number("channel", CNET_FIRST_CHANNEL, LAST_CHANNEL);
+    const auto rate = invocation.number("rate", 0, CNET_RATES - 1);
+    if (session.cfg.local_chan_baud_set(int(channel), int(rate)) != 0)
+        throw session.failure("the local device can't be tuned");
+}
+
+// The link open, and the local device tuned if that is asked.
+struct OpenSession : CnetSession
+{
+    explicit OpenSession(const Invocation& invocation)
+        : CnetSession(invocation)
     {
-        QObject::connect(
-            &cfg, &CnetCfg::log, &cfg, [this](const QString& line) { connection.log.told(line); },
-            Qt::DirectConnection);
         connection.stack.open();
+        tune_as_asked(*this, invocation);
     }
-
-    // For devices on the air: the local device goes where --channel and --rate say, if they do.
-    void tune_as_asked(const Invocation& invocation)
-    {
-        if (invocation.has("channel") != invocation.has("rate"))
-            throw usage_failure("--channel and --rate go together");
-        if (invocation.has("channel"))
-            tune(int(invocation.number("channel", CNET_FIRST_CHANNEL,
-                                       CNET_FIRST_CHANNEL + CNET_CHANNELS - 1)),
-                 int(invocation.number("rate", 0, CNET_RATES - 1)));
-    }
-
-    void tune(int channel, int rate)
-    {
-        if (cfg.local_chan_baud_set(channel, rate) != 0)
-            throw failure_of(connection, "the local device can't be tuned",
-                             cnet::LOCAL_CHAN_BAUD_SET);
-    }
-
-    Connection connection;
-    CnetCfg cfg;
 };
 
 struct Configuration
@@ -84,7 +58,7 @@ struct Configuration
     QByteArray extra = QByteArray(CNET_EXTRA_SIZE, '\0');
 };
 
-Configuration read_configuration(Session& session, const CnetAddress& address)
+Configuration read_configuration(CnetSession& session, const CnetAddress& address)
 {
     Configuration read;
     const char* bytes = address.bytes.constData();
@@ -93,8 +67,7 @@ Configuration read_configuration(Session& session, const CnetAddress& address)
             ? session.cfg.remote_cfg_get_ext(bytes, read.block.data(), read.extra.data())
             : session.cfg.remote_cfg_get(bytes, read.block.data(), read.extra.data());
     if (result <= 0)
-        throw session.connection.stack.no_answer(
-            "the settings of " + shown(address.bytes) + " can't be read", NO_ANSWER_ADVICE);
+        throw session.failure("the settings of " + shown(address.bytes) + " can't be read");
     return read;
 }
 
@@ -103,13 +76,12 @@ void run_info(Invocation& invocation)
     invocation.expect_at_most(0);
     const bool is_long = invocation.has("long");
     const CnetCommand& command = is_long ? cnet::LOCAL_INFO_GET_EXT : cnet::LOCAL_INFO_GET;
-    Session session(invocation);
+    CnetSession session(invocation);
+    session.connection.stack.open();
     QByteArray info(command.response, '\0');
-    const int count = is_long ? session.cfg.local_info_get_ext(info.data())
-                              : session.cfg.local_info_get(info.data());
-    if (count != command.response)
-        throw session.connection.stack.no_answer("the local device doesn't tell what it is",
-                                                 NO_ANSWER_ADVICE);
+    is_long ? session.cfg.local_info_get_ext(info.data()) : session.cfg.local_info_get(info.data());
+    if (session.cfg.outcome() != CnetOutcome::Done)
+        throw session.failure("the local device doesn't say what it is");
     invocation.console.line(shown(info));
     invocation.console.result({{"info", shown(info)}});
 }
@@ -118,8 +90,7 @@ void run_get(Invocation& invocation)
 {
     const CnetAddress address = address_of(invocation);
     invocation.expect_at_most(1);
-    Session session(invocation);
-    session.tune_as_asked(invocation);
+    OpenSession session(invocation);
     const Configuration read = read_configuration(session, address);
     const QByteArray block = bytes_of(read.block);
     if (invocation.has("output")) {
@@ -167,20 +138,21 @@ std::optional<Block> given_block(const Invocation& invocation)
     const int ways =
         int(invocation.has("block")) + int(invocation.has("file")) + int(invocation.has("word"));
     if (ways != 1)
-        throw usage_failure("what to set is told by one of --block, --file and --word",
+        throw usage_failure("what to set is given by one of --block, --file and --word",
                             "`tarnwickctl cnet get` shows what the device holds.");
     if (invocation.has("word"))
         return std::nullopt;
-    const QString text = invocation.text("block");
-    const QByteArray bytes = invocation.has("block")
-                                 ? parsed_or_usage("--block", text, parse_hex_bytes(text))
-                                 : block_from_file(invocation.text("file"));
+    const QByteArray bytes =
+        invocation.has("block")
+            ? parse_argument("--block", invocation.text("block"), parse_hex_bytes)
+            : block_from_file(invocation.text("file"));
     if (bytes.size() != CNET_BLOCK_SIZE)
         throw usage_failure(wrong_size(QString::number(bytes.size())));
     return block_of(bytes);
 }
 
-Block changed_block(Session& session, const CnetAddress& address, const QVector<CnetWord>& words)
+Block changed_block(CnetSession& session, const CnetAddress& address,
+                    const QVector<CnetWord>& words)
 {
     QByteArray bytes = bytes_of(read_configuration(session, address).block);
     for (const CnetWord& word : words)
@@ -195,18 +167,16 @@ void run_set(Invocation& invocation)
     const std::optional<Block> given = given_block(invocation);
     QVector<CnetWord> words;
     for (const QString& text : invocation.texts("word"))
-        words.append(parsed_or_usage("--word", text, parse_cnet_word(text)));
+        words.append(parse_argument("--word", text, parse_cnet_word));
 
-    Session session(invocation);
-    session.tune_as_asked(invocation);
+    OpenSession session(invocation);
     const Block block = given ? *given : changed_block(session, address, words);
     invocation.interrupts.check();
     const char* bytes = address.bytes.constData();
     const int result = address.is_long() ? session.cfg.remote_cfg_set_ext(bytes, block.data())
                                          : session.cfg.remote_cfg_set(bytes, block.data());
     if (result != 0)
-        throw failure_of(session.connection, "the settings of " + shown(address.bytes),
-                         address.is_long() ? cnet::REMOTE_CFG_SET_EXT : cnet::REMOTE_CFG_SET);
+        throw session.failure("the settings of " + shown(address.bytes));
     invocation.console.line("set");
     invocation.console.result(
         {{"address", shown(address.bytes)}, {"block", shown(bytes_of(block))}});
@@ -216,15 +186,13 @@ void run_value(Invocation& invocation)
 {
     const CnetAddress address = address_of(invocation);
     invocation.expect_at_most(1);
-    Session session(invocation);
-    session.tune_as_asked(invocation);
+    OpenSession session(invocation);
     int second = 0;
     const char* bytes = address.bytes.constData();
     const int value = address.is_long() ? session.cfg.remote_value_get_ext(bytes, &second)
                                         : session.cfg.remote_value_get(bytes);
-    if (value == CnetCfg::VALUE_FAILED)
-        throw session.connection.stack.no_answer(
-            "the value of " + shown(address.bytes) + " can't be read", NO_ANSWER_ADVICE);
+    if (session.cfg.outcome() != CnetOutcome::Done)
+        throw session.failure("the value of " + shown(address.bytes) + " can't be read");
     QJsonArray values = {value};
     if (address.is_long())
         values.append(second);
@@ -253,7 +221,7 @@ QList<Command> cnet_commands()
             {"word", "Change one of the 13 words, as in 3=00112233; may be given again.", "n=hex"},
             {"block", "Write all 52 bytes, in hexadecimal.", "bytes"},
             {"file", "Write all 52 bytes of a file.", "file"}};
-    return {
+    const QList<Command> settings = {
         {"cnet info",
          "",
          "Ask the local cnet device what it is.",
@@ -272,11 +240,13 @@ QList<Command> cnet_commands()
          "read first. " +
              about + "\n\n  tarnwickctl cnet set 1234 --word 3=00112233 --link serial:/dev/ttyUSB0",
          set, Needs::Link, run_set},
-        cnet_search_command(),
+    };
+    const QList<Command> value = {
         {"cnet value", "ADDRESS", "Read the measured value of a cnet device.",
-         "Reads the value that a device reports of itself, a number from -127 to 127, and two of\n"
+         "Reads the value that a device reports of itself, a number from -128 to 127, and two of\n"
          "them from devices with long addresses.\n" +
              about,
          TUNING, Needs::Link, run_value},
     };
+    return settings + cnet_search_commands() + value;
 }

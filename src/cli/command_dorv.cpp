@@ -1,10 +1,6 @@
 // tarnwickctl dorv get, set, list: the settings of a Dorv module.
-#include "cli/dorvcommands.h"
-
 #include "cli/dorvsettings.h"
-#include "cli/hexbytes.h"
-#include "cli/usage.h"
-#include "tools/atreply.h"
+#include "cli/session.h"
 
 #include <QJsonArray>
 
@@ -19,26 +15,11 @@ const DorvSetting& setting_of(const Invocation& invocation)
     return *setting;
 }
 
-// The operations for EUIs and keys take what a reply spells, however little.
-bool spells_all(const DorvSetting& setting, const QByteArray& reply)
-{
-    const int bytes = setting.fields[0].bytes;
-    if (bytes == 0)
-        return true;
-    const Parsed<QByteArray> eui = parse_hex_bytes(QString::fromLatin1(reply.left(2 * bytes)));
-    return at_key(reply).size() == bytes || (!eui.error && eui.value.size() == bytes);
-}
-
 QStringList read_setting(DorvSession& session, const DorvSetting& setting)
 {
-    const QString what = QString(setting.name) + " can't be read";
     DorvValues values;
-    const int result = setting.get(session.cfg, values);
-    if (session.reply().startsWith("at+"))
-        throw Failure{ExitCode::Refused, what + ": the module echoes what it is sent",
-                      "Turn that off first, with `tarnwickctl dorv set echo off`."};
-    if (result != 0 || !spells_all(setting, session.reply()))
-        throw session.failure(what);
+    setting.get(session.cfg, values);
+    session.check(setting.name + " can't be read");
     return dorv_words(setting, values);
 }
 
@@ -47,7 +28,7 @@ void run_get(Invocation& invocation)
     const DorvSetting& setting = setting_of(invocation);
     invocation.expect_at_most(1);
     if (!setting.get)
-        throw usage_failure(QString(setting.name) + " can be set, not read",
+        throw usage_failure(setting.name + " can be set, not read",
                             "`tarnwickctl dorv list` marks what can be read.");
     DorvSession session(invocation);
     const QStringList words = read_setting(session, setting);
@@ -62,8 +43,9 @@ void run_set(Invocation& invocation)
     const QStringList words = invocation.arguments_from(1);
     const DorvValues values = parse_dorv_values(setting, words);
     DorvSession session(invocation);
-    session.check(setting.set(session.cfg, values), QString(setting.name) + " can't be set");
-    invocation.console.line(QString(setting.name) + " set to " + words.join(' '));
+    setting.set(session.cfg, values);
+    session.check(setting.name + " can't be set");
+    invocation.console.line(setting.name + " set to " + words.join(' '));
     invocation.console.result(
         {{"setting", setting.name}, {"values", QJsonArray::fromStringList(words)}});
 }
@@ -74,9 +56,8 @@ void list_settings(Console& console)
     QJsonArray list;
     for (const DorvSetting& setting : dorv_settings()) {
         const bool readable = setting.get != nullptr;
-        console.line(QString(setting.name).leftJustified(12) +
-                     (readable ? "get set  " : "    set  ") +
-                     QString(setting.meaning).leftJustified(MEANING_COLUMN) + form_of(setting));
+        console.line(setting.name.leftJustified(12) + (readable ? "get set  " : "    set  ") +
+                     setting.meaning.leftJustified(MEANING_COLUMN) + form_of(setting));
         list.append(QJsonObject{{"setting", setting.name},
                                 {"takes", form_of(setting)},
                                 {"meaning", setting.meaning},
@@ -96,7 +77,7 @@ void run_list(Invocation& invocation)
         if (!setting.get)
             continue;
         const QStringList words = read_setting(session, setting);
-        invocation.console.line(QString(setting.name).leftJustified(12) + words.join(' '));
+        invocation.console.line(setting.name.leftJustified(12) + words.join(' '));
         settings[setting.name] = QJsonArray::fromStringList(words);
         invocation.interrupts.check();
     }

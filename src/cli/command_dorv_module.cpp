@@ -1,8 +1,6 @@
 // tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
-#include "cli/dorvcommands.h"
-
-#include "cli/confirm.h"
-#include "cli/usage.h"
+#include "cli/session.h"
+#include "cli/typedtext.h"
 #include "framers/qframerchan.h"
 
 #include <QElapsedTimer>
@@ -31,7 +29,7 @@ QString read_mode(DorvSession& session, const Interrupts& interrupts)
         if (mode.is && (session.cfg.*mode.is)() == 0)
             return mode.name;
         interrupts.check();
-        if (session.reply().isEmpty())
+        if (session.cfg.outcome() == DorvOutcome::NoReply)
             break; // a silent module would be silent twice more
     }
     throw session.failure("the mode can't be read");
@@ -40,10 +38,12 @@ QString read_mode(DorvSession& session, const Interrupts& interrupts)
 void set_mode(DorvSession& session, const Mode& mode)
 {
     const QString what = QStringLiteral("mode %1 can't be set").arg(mode.name);
-    session.check((session.cfg.*mode.set)(), what);
-    // Any reply counts as a yes there, so the module is asked again.
-    if (mode.is && (session.cfg.*mode.is)() != 0)
-        throw session.failure(what);
+    (session.cfg.*mode.set)();
+    session.check(what);
+    if (!mode.is)
+        return;
+    (session.cfg.*mode.is)(); // as any reply but an error counts as a yes
+    session.check(what);
 }
 
 const Mode* mode_of(const Invocation& invocation)
@@ -73,7 +73,8 @@ void run_mode(Invocation& invocation)
 void carry_out(int (DorvCfg::*operation)(), DorvSession& session, Console& console,
                const char* what, const char* done)
 {
-    session.check((session.cfg.*operation)(), what);
+    (session.cfg.*operation)();
+    session.check(what);
     console.line(done);
     console.result({{"result", done}});
 }
@@ -91,8 +92,7 @@ void run_reset(Invocation& invocation)
     invocation.expect_at_most(0);
     DorvSession session(invocation);
     if (!invocation.has("yes"))
-        confirm("All settings of the module will be lost.", invocation.console,
-                invocation.interrupts);
+        invocation.confirm("All settings of the module will be lost.");
     carry_out(&DorvCfg::factory_reset, session, invocation.console, "the settings can't be reset",
               "reset to factory settings");
 }
@@ -100,7 +100,7 @@ void run_reset(Invocation& invocation)
 void run_search(Invocation& invocation)
 {
     invocation.expect_at_most(0);
-    const qint64 duration_ms = 1000 * invocation.number("duration", 0, LONGEST_DURATION_S);
+    const std::int64_t duration_ms = 1000 * invocation.number("duration", 0, LONGEST_DURATION_S);
     DorvSession session(invocation);
     // The search listens below its framer; this one adds nothing and has the real ones below.
     QFramerChan listener(&session.connection.stack.top());
@@ -135,37 +135,36 @@ void run_search(Invocation& invocation)
     invocation.console.result(result);
 }
 
-qint64 address_of(const Invocation& invocation, qint64 most)
+std::int64_t address_of(const Invocation& invocation, std::int64_t most)
 {
     invocation.expect_at_most(1);
     const QString text = invocation.argument(0, "ADDRESS");
     const auto address = number_in(text, 0, most);
     if (!address)
-        throw usage_failure(QStringLiteral("\"%1\": ADDRESS is a number from 0 to %2, or behind 0x")
-                                .arg(text, QString::number(most)));
+        throw usage_failure(
+            QStringLiteral(
+                "\"%1\": ADDRESS is a number from 0 to %2, decimal or hexadecimal as in 0x1F")
+                .arg(text, QString::number(most)));
     return *address;
 }
 
 void run_rssi(Invocation& invocation)
 {
-    const auto address = quint32(address_of(invocation, UINT32_MAX));
+    const auto address = std::uint32_t(address_of(invocation, UINT32_MAX));
     DorvSession session(invocation);
     const QString rssi = session.cfg.rssi_get(address).trimmed();
-    if (rssi == "N/A")
-        throw session.failure("the signal strength can't be read");
+    session.check("the signal strength can't be read");
     invocation.console.line(rssi);
     invocation.console.result({{"rssi", rssi}});
 }
 
 void run_quality(Invocation& invocation)
 {
-    const auto address = quint16(address_of(invocation, UINT16_MAX));
+    const auto address = std::uint16_t(address_of(invocation, UINT16_MAX));
     DorvSession session(invocation);
     float values[4] = {};
-    const int result =
-        session.cfg.comm_quality_get(address, &values[0], &values[1], &values[2], &values[3]);
-    if (result != 0)
-        throw session.failure("the quality of the link can't be read");
+    session.cfg.comm_quality_get(address, &values[0], &values[1], &values[2], &values[3]);
+    session.check("the quality of the link can't be read");
     QJsonArray list;
     QStringList words;
     for (const float value : values) {
@@ -185,7 +184,7 @@ QList<Command> dorv_module_commands()
          "Read or change the mode of a Dorv module.",
          "Prints which of the modes radio, pmac and mac the module works in, or changes it. In\n"
          "the mode command a module that is busy with radio traffic takes settings; the mode it\n"
-         "works in stays, and is what the module tells.",
+         "works in stays, and is what the module reports.",
          {},
          Needs::Stack,
          run_mode},
@@ -216,7 +215,7 @@ QList<Command> dorv_module_commands()
          "ADDRESS",
          "Ask a Dorv module for the signal strength of a device.",
          "Prints the signal strength that the module reports of a device. ADDRESS is a number,\n"
-         "decimal or behind 0x.",
+         "decimal, or hexadecimal as in 0x1F.",
          {},
          Needs::Stack,
          run_rssi},

@@ -1,10 +1,6 @@
 // tarnwickctl frame: payload through a stack of framers, by hand.
-#include "cli/command.h"
-
-#include "cli/failure.h"
-#include "cli/hexbytes.h"
-#include "cli/payload.h"
-#include "cli/stackoptions.h"
+#include "cli/session.h"
+#include "cli/typedtext.h"
 #include "framers/qframer.h"
 
 #include <QElapsedTimer>
@@ -12,7 +8,7 @@
 namespace {
 constexpr int LONGEST_PAYLOAD = 65536;
 constexpr char HOW_TO_GIVE_BYTES[] =
-    "Give bytes as --hex '01 02' or --text hello, or name a file; - stands for standard input.";
+    "Give bytes as --hex '01 02' or --text hello, or name a file; - is standard input.";
 
 QByteArray payload_to_send(const Invocation& invocation)
 {
@@ -20,7 +16,7 @@ QByteArray payload_to_send(const Invocation& invocation)
     invocation.expect_at_most(given ? 0 : 1);
     if (!given && invocation.argument_count() == 0)
         throw usage_failure("there is nothing to send", HOW_TO_GIVE_BYTES);
-    QByteArray payload = payload_of(invocation, 0);
+    QByteArray payload = invocation.payload(0);
     if (payload.isEmpty()) // no framer takes that
         throw usage_failure("there is nothing to send: no byte was given", HOW_TO_GIVE_BYTES);
     if (payload.size() > LONGEST_PAYLOAD)
@@ -30,11 +26,10 @@ QByteArray payload_to_send(const Invocation& invocation)
 
 void send(Connection& connection, const QByteArray& payload)
 {
-    const int result = connection.stack.top().write(payload.constData(), int(payload.size()));
-    if (result > 0)
-        return;
-    throw connection.stack.no_answer("the frame could not be sent",
-                                     "The device under the framer didn't take it; -v shows why.");
+    if (connection.stack.top().write(payload.constData(), int(payload.size())) <= 0)
+        throw connection.stack.no_answer(
+            "the frame could not be sent",
+            "The device under the framer didn't take it; -v shows why.");
 }
 
 void run_send(Invocation& invocation)

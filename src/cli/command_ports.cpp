@@ -1,5 +1,5 @@
 // tarnwickctl ports: the serial ports of this machine.
-#include "cli/command.h"
+#include "cli/invocation.h"
 
 #include "serialport/qextserialenumerator.h"
 
@@ -7,7 +7,8 @@
 #include <QJsonArray>
 #include <algorithm>
 
-static QString usb_id(const QextPortInfo& port)
+namespace {
+QString usb_id(const QextPortInfo& port)
 {
     if (port.vendorID == 0 && port.productID == 0)
         return {};
@@ -17,7 +18,7 @@ static QString usb_id(const QextPortInfo& port)
 }
 
 // The folder of virtual ports when it is there and none of its entries counts.
-static QString ignored_folder()
+QString ignored_folder()
 {
     const QString folder = QextSerialEnumerator::virtual_ports_folder();
     const bool ignored =
@@ -25,7 +26,7 @@ static QString ignored_folder()
     return ignored ? folder : QString();
 }
 
-static void run_ports(Invocation& invocation)
+void run_ports(Invocation& invocation)
 {
     invocation.expect_at_most(0);
     const QList<QextPortInfo> ports = QextSerialEnumerator::getPorts();
@@ -58,6 +59,7 @@ static void run_ports(Invocation& invocation)
         result["ignored_folder"] = ignored;
     invocation.console.result(result);
 }
+} // namespace
 
 QList<Command> ports_commands()
 {

@@ -8,7 +8,8 @@
 #include <unistd.h>
 #endif
 
-static bool is_terminal()
+namespace {
+bool is_terminal()
 {
 #ifdef Q_OS_UNIX
     return isatty(STDERR_FILENO) != 0;
@@ -18,7 +19,7 @@ static bool is_terminal()
 }
 
 // What fits on a line of the terminal, as only what stays on one line can be replaced.
-static QString cut_to_width(const QString& text)
+QString cut_to_width(const QString& text)
 {
 #ifdef Q_OS_UNIX
     winsize size = {};
@@ -27,6 +28,14 @@ static QString cut_to_width(const QString& text)
 #endif
     return text;
 }
+
+void put(std::FILE* stream, const QString& text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream); // a reader of a pipe sees each line as it comes
+}
+} // namespace
 
 QString harmless(const QString& text)
 {
@@ -45,13 +54,6 @@ Console::Console(bool json)
     : json(json)
     , in_place(is_terminal())
 {
-}
-
-static void put(std::FILE* stream, const QString& text)
-{
-    const QByteArray bytes = text.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream); // a reader of a pipe sees each line as it comes
 }
 
 void Console::line(const QString& text)

@@ -1,13 +1,15 @@
 #include "cli/dorvsettings.h"
 
-#include "cli/hexbytes.h"
-#include "cli/usage.h"
+#include "cli/typedtext.h"
 #include "tools/dorvcfg.h"
 
-namespace {
-using Values = DorvValues;
+#include <tuple>
 
-DorvField number(const char* name, qint64 most)
+namespace {
+constexpr int EUI = 8;
+constexpr int KEY = 16;
+
+DorvField number(const char* name, std::int64_t most)
 {
     return {name, 0, most};
 }
@@ -39,124 +41,112 @@ DorvField address(const char* name)
     return field;
 }
 
+// The words that stand for 0, 1, ..; an empty one for a number that isn't used.
+DorvField word(const QStringList& words)
+{
+    QStringList shown = words;
+    shown.removeAll({});
+    return {shown.join('|'), 0, 0, words};
+}
+
+// Split by |.
 DorvField word(const char* words)
 {
-    return {words, 0, 0, words};
+    return word(QString(words).split('|'));
+}
+
+DorvField word(const char* (*word_at)(int index))
+{
+    QStringList words;
+    while (const char* text = word_at(int(words.size())))
+        words.append(text);
+    return word(words);
 }
 
 DorvField hex(int bytes)
 {
-    return {"HEX", 0, 0, nullptr, bytes};
+    DorvField field = {"HEX"};
+    field.bytes = bytes;
+    return field;
 }
 
-// A setting of a number or a word that goes into one argument.
-template <auto operation> int set_one(DorvCfg& cfg, const Values& values)
+// The first values as the arguments of an operation.
+template <auto operation, int count> void set(DorvCfg& cfg, const DorvValues& values)
 {
-    return (cfg.*operation)(values.numbers[0]);
+    const QVector<std::int64_t>& n = values.numbers;
+    if constexpr (count == 0)
+        (cfg.*operation)();
+    else if constexpr (count == 1)
+        (cfg.*operation)(n[0]);
+    else if constexpr (count == 2)
+        (cfg.*operation)(n[0], n[1]);
+    else if constexpr (count == 3)
+        (cfg.*operation)(n[0], n[1], n[2]);
+    else
+        (cfg.*operation)(n[0], n[1], n[2], n[3]);
 }
 
-template <auto operation> int set_two(DorvCfg& cfg, const Values& values)
+template <auto operation> void set_bytes(DorvCfg& cfg, const DorvValues& values)
 {
-    return (cfg.*operation)(values.numbers[0], values.numbers[1]);
+    (cfg.*operation)(values.bytes.constData());
 }
 
-template <auto operation> int set_three(DorvCfg& cfg, const Values& values)
-{
-    return (cfg.*operation)(values.numbers[0], values.numbers[1], values.numbers[2]);
-}
-
-template <auto operation> int set_four(DorvCfg& cfg, const Values& values)
-{
-    const QVector<qint64>& n = values.numbers;
-    return (cfg.*operation)(n[0], n[1], n[2], n[3]);
-}
-
-template <auto operation> int set_none(DorvCfg& cfg, const Values&)
-{
-    return (cfg.*operation)();
-}
-
-template <auto operation> int set_bytes(DorvCfg& cfg, const Values& values)
-{
-    return (cfg.*operation)(values.bytes.constData());
-}
-
-template <auto operation, int size> int get_bytes(DorvCfg& cfg, Values& values)
+template <auto operation, int size> void get_bytes(DorvCfg& cfg, DorvValues& values)
 {
     values.bytes = QByteArray(size, '\0');
-    return (cfg.*operation)(values.bytes.data());
+    (cfg.*operation)(values.bytes.data());
 }
 
-template <auto operation, typename Number> int get_one(DorvCfg& cfg, Values& values)
+template <auto operation, typename... Numbers> void get(DorvCfg& cfg, DorvValues& values)
 {
-    Number value = 0;
-    const int result = (cfg.*operation)(&value);
-    values.numbers = {qint64(value)};
-    return result;
+    std::tuple<Numbers...> numbers{};
+    std::apply([&](auto&... number) { (cfg.*operation)(&number...); }, numbers);
+    std::apply([&](auto... number) { values.numbers = {std::int64_t(number)...}; }, numbers);
 }
-
-int get_heartbeat(DorvCfg& cfg, Values& values)
-{
-    quint16 first = 0, second = 0, third = 0;
-    const int result = cfg.heartbeat_get(&first, &second, &third);
-    values.numbers = {first, second, third};
-    return result;
-}
-
-int get_pwrlimit(DorvCfg& cfg, Values& values)
-{
-    quint16 first = 0, second = 0;
-    const int result = cfg.pwrlimit_get(&first, &second);
-    values.numbers = {first, second};
-    return result;
-}
-
-const char BANDWIDTHS[] = "7.8|10.4|15.6|20.8|31.25|41.7|62.5|125|250|500";
-constexpr int EUI = 8;
-constexpr int KEY = 16;
 } // namespace
 
 const QVector<DorvSetting>& dorv_settings()
 {
     using D = DorvCfg;
+    using U16 = std::uint16_t;
     // clang-format off
     static const QVector<DorvSetting> SETTINGS = {
-        {"freq",       {u32("FREQUENCY")},            "radio frequency",             set_one<&D::freq_set>},
-        {"sf",         {u8("SF")},                    "spreading factor",            set_one<&D::sf_set>},
-        {"bw",         {word(BANDWIDTHS)},            "bandwidth in kHz",            set_one<&D::bw_set>},
-        {"cr",         {word("4/5|4/6|4/7|4/8")},     "coding rate",                 set_one<&D::cr_set>},
-        {"pwr",        {u8("POWER")},                 "transmit power",              set_one<&D::pwr_set>},
-        {"txprlen",    {u16("LENGTH")},               "preamble sent",               set_one<&D::txprlen_set>},
-        {"rxprlen",    {u16("LENGTH")},               "preamble expected",           set_one<&D::rxprlen_set>},
-        {"radiorx",    {word("off")},                 "radio receiver",              set_none<&D::radio_rx_off>},
-        {"rxfmt",      {word("raw|hex")},             "form of received payload",    set_one<&D::rxfmt_set>},
-        {"echo",       {word("off")},                 "echo of commands",            set_none<&D::echo_off>},
+        {"freq",       {u32("FREQUENCY")},               "radio frequency",             set<&D::freq_set, 1>},
+        {"sf",         {u8("SF")},                       "spreading factor",            set<&D::sf_set, 1>},
+        {"bw",         {word(at_bandwidth)},             "bandwidth in kHz",            set<&D::bw_set, 1>},
+        {"cr",         {word(at_coding_rate)},           "coding rate",                 set<&D::cr_set, 1>},
+        {"pwr",        {u8("POWER")},                    "transmit power",              set<&D::pwr_set, 1>},
+        {"txprlen",    {u16("LENGTH")},                  "preamble sent",               set<&D::txprlen_set, 1>},
+        {"rxprlen",    {u16("LENGTH")},                  "preamble expected",           set<&D::rxprlen_set, 1>},
+        {"radiorx",    {word("off")},                    "radio receiver",              set<&D::radio_rx_off, 0>},
+        {"rxfmt",      {word(at_rx_format)},             "form of received payload",    set<&D::rxfmt_set, 1>},
+        {"echo",       {word("off")},                    "echo of commands",            set<&D::echo_off, 0>},
         {"uartcfg",    {u32("BAUD"), u8("DATABITS"), word("none||even"), u8("STOPBITS")},
-                                                      "serial port of the module",   set_four<&D::uartcfg_set>},
-        {"uartpack",   {u16("A"), u16("B")},          "packing of serial data",      set_two<&D::uartpack_set>},
-        {"irq",        {word("rise||wdo"), u16("VALUE")}, "interrupt pin",           set_two<&D::irq_set>},
+                                                      "serial port of the module",   set<&D::uartcfg_set, 4>},
+        {"uartpack",   {u16("A"), u16("B")},             "packing of serial data",      set<&D::uartpack_set, 2>},
+        {"irq",        {word("rise||wdo"), u16("VALUE")}, "interrupt pin",               set<&D::irq_set, 2>},
         {"sleep",      {word("off||deep"), u16("VALUE"), word("timeout|level"), u16("TIMEOUT")},
-                                                      "sleep; TIMEOUT is 0 with level", set_four<&D::sleep_set>},
-        {"devaddr",    {address("ADDRESS")},          "device address",              set_one<&D::devaddr_set>, get_one<&D::devaddr_get, quint32>},
-        {"join",       {word("otaa|abp"), u16("VALUE")}, "way to join; only the way is read", set_two<&D::join_set>, get_one<&D::join_get, int>},
-        {"class",      {word("a|b|c")},               "device class",                set_one<&D::class_set>, get_one<&D::class_get, int>},
-        {"transcnf",   {word("uncnf|cnf")},           "confirmed sending",           set_one<&D::transcnf_set>},
-        {"transfport", {u8("PORT")},                  "port of sent data",           set_one<&D::transfport_set>},
-        {"pwrid",      {s8("INDEX")},                 "power index",                 set_one<&D::pwrid_set>},
-        {"dr",         {u8("RATE")},                  "data rate",                   set_one<&D::dr_set>},
-        {"retx",       {u8("COUNT")},                 "repeats",                     set_one<&D::retx_set>},
-        {"adr",        {word("off|on")},              "adaptive data rate",          set_one<&D::adr_set>},
-        {"joinadr",    {word("off|on")},              "adaptive data rate at joining", set_one<&D::joinadr_set>},
-        {"linkchk",    {u16("A"), u16("B"), u16("C")}, "link check",                 set_three<&D::linkchk_set>},
-        {"ch",         {u8("CHANNEL"), u32("FREQUENCY")}, "a channel's frequency",   set_two<&D::ch_set>},
-        {"level",      {u32("LEVEL")},                "level",                       set_one<&D::level_set>},
-        {"heartbeat",  {u16("A"), u16("B"), u16("C")}, "heartbeat",                  set_three<&D::heartbeat_set>, get_heartbeat},
-        {"pwrlimit",   {u16("A"), u16("B")},          "power limits",                set_two<&D::pwrlimit_set>, get_pwrlimit},
-        {"deveui",     {hex(EUI)},                    "device EUI, 8 bytes",         set_bytes<&D::deveui_set>, get_bytes<&D::deveui_get, EUI>},
-        {"appeui",     {hex(EUI)},                    "application EUI, 8 bytes",    set_bytes<&D::appeui_set>, get_bytes<&D::appeui_get, EUI>},
-        {"appkey",     {hex(KEY)},                    "application key, 16 bytes",   set_bytes<&D::appkey_set>, get_bytes<&D::appkey_get, KEY>},
-        {"appskey",    {hex(KEY)},                    "application session key",     set_bytes<&D::appskey_set>, get_bytes<&D::appskey_get, KEY>},
-        {"nwkskey",    {hex(KEY)},                    "network session key",         set_bytes<&D::nwkskey_set>, get_bytes<&D::nwkskey_get, KEY>},
+                                                      "sleep; TIMEOUT is 0 with level", set<&D::sleep_set, 4>},
+        {"devaddr",    {address("ADDRESS")},             "device address",              set<&D::devaddr_set, 1>, get<&D::devaddr_get, std::uint32_t>},
+        {"join",       {word("otaa|abp"), u16("VALUE")}, "way to join; only the way is read", set<&D::join_set, 2>, get<&D::join_get, int>},
+        {"class",      {word(at_class)},                 "device class",                set<&D::class_set, 1>, get<&D::class_get, int>},
+        {"transcnf",   {word("uncnf|cnf")},              "confirmed sending",           set<&D::transcnf_set, 1>},
+        {"transfport", {u8("PORT")},                     "port of sent data",           set<&D::transfport_set, 1>},
+        {"pwrid",      {s8("INDEX")},                    "power index",                 set<&D::pwrid_set, 1>},
+        {"dr",         {u8("RATE")},                     "data rate",                   set<&D::dr_set, 1>},
+        {"retx",       {u8("COUNT")},                    "repeats",                     set<&D::retx_set, 1>},
+        {"adr",        {word("off|on")},                 "adaptive data rate",          set<&D::adr_set, 1>},
+        {"joinadr",    {word("off|on")},                 "adaptive data rate at joining", set<&D::joinadr_set, 1>},
+        {"linkchk",    {u16("A"), u16("B"), u16("C")},   "link check",                  set<&D::linkchk_set, 3>},
+        {"ch",         {u8("CHANNEL"), u32("FREQUENCY")}, "a channel's frequency",       set<&D::ch_set, 2>},
+        {"level",      {u32("LEVEL")},                   "level",                       set<&D::level_set, 1>},
+        {"heartbeat",  {u16("A"), u16("B"), u16("C")},   "heartbeat",                   set<&D::heartbeat_set, 3>, get<&D::heartbeat_get, U16, U16, U16>},
+        {"pwrlimit",   {u16("A"), u16("B")},             "power limits",                set<&D::pwrlimit_set, 2>, get<&D::pwrlimit_get, U16, U16>},
+        {"deveui",     {hex(EUI)},                       "device EUI, 8 bytes",         set_bytes<&D::deveui_set>, get_bytes<&D::deveui_get, EUI>},
+        {"appeui",     {hex(EUI)},                       "application EUI, 8 bytes",    set_bytes<&D::appeui_set>, get_bytes<&D::appeui_get, EUI>},
+        {"appkey",     {hex(KEY)},                       "application key, 16 bytes",   set_bytes<&D::appkey_set>, get_bytes<&D::appkey_get, KEY>},
+        {"appskey",    {hex(KEY)},                       "application session key",     set_bytes<&D::appskey_set>, get_bytes<&D::appskey_get, KEY>},
+        {"nwkskey",    {hex(KEY)},                       "network session key",         set_bytes<&D::nwkskey_set>, get_bytes<&D::nwkskey_get, KEY>},
     };
     // clang-format on
     return SETTINGS;
@@ -165,7 +155,7 @@ const QVector<DorvSetting>& dorv_settings()
 const DorvSetting* find_dorv_setting(const QString& name)
 {
     for (const DorvSetting& setting : dorv_settings()) {
-        if (name == QLatin1String(setting.name))
+        if (name == setting.name)
             return &setting;
     }
     return nullptr;
@@ -175,14 +165,15 @@ QString form_of(const DorvSetting& setting)
 {
     QStringList forms;
     for (const DorvField& field : setting.fields)
-        forms.append(QString(field.name).replace("||", "|"));
+        forms.append(field.name);
     return forms.join(' ');
 }
 
-static QString expectation(const DorvField& field)
+namespace {
+QString expectation(const DorvField& field)
 {
-    if (field.words)
-        return "one of " + QString(field.words).replace("||", "|").replace('|', ", ");
+    if (!field.words.isEmpty())
+        return "one of " + QString(field.name).replace('|', ", ") + " is needed";
     if (field.bytes)
         return QStringLiteral("%1 bytes in hexadecimal").arg(field.bytes);
     return QStringLiteral("%1 is a number from %2 to %3")
@@ -191,19 +182,23 @@ static QString expectation(const DorvField& field)
         .arg(field.most);
 }
 
-static bool take(const DorvField& field, const QString& text, DorvValues& values)
+// Adds what the text means to the values, or throws TextError.
+void take(const DorvField& field, const Piece& piece, DorvValues& values)
 {
     if (field.bytes) {
-        const Parsed<QByteArray> bytes = parse_hex_bytes(text);
-        values.bytes = bytes.value;
-        return !bytes.error && bytes.value.size() == field.bytes;
+        values.bytes = parse_hex_bytes(piece);
+        if (values.bytes.size() != field.bytes)
+            throw piece.error(expectation(field));
+        return;
     }
-    const std::optional<qint64> number =
-        field.words ? std::optional<qint64>(QString(field.words).split('|').indexOf(text))
-                    : number_in(text, field.least, field.most);
-    values.numbers.append(number.value_or(0));
-    return number && !text.isEmpty() && (!field.words || *number >= 0);
+    const std::optional<std::int64_t> number =
+        field.words.isEmpty() ? number_in(piece.text, field.least, field.most)
+                              : std::optional<std::int64_t>(field.words.indexOf(piece.text));
+    if (!number || piece.text.isEmpty() || (!field.words.isEmpty() && *number < 0))
+        throw piece.error(expectation(field));
+    values.numbers.append(*number);
 }
+} // namespace
 
 DorvValues parse_dorv_values(const DorvSetting& setting, const QStringList& words)
 {
@@ -211,10 +206,10 @@ DorvValues parse_dorv_values(const DorvSetting& setting, const QStringList& word
     if (words.size() != setting.fields.size())
         throw usage_failure(usage, "`tarnwickctl dorv list` shows all settings.");
     DorvValues values;
-    for (int i = 0; i < words.size(); ++i) {
-        if (!take(setting.fields[i], words[i], values))
-            throw usage_failure('"' + words[i] + "\": " + expectation(setting.fields[i]), usage);
-    }
+    for (int i = 0; i < words.size(); ++i)
+        parse_argument(
+            setting.name, words[i],
+            [&](const Piece& word) { take(setting.fields[i], word, values); }, usage);
     return values;
 }
 
@@ -225,11 +220,11 @@ QStringList dorv_words(const DorvSetting& setting, const DorvValues& values)
     QStringList words;
     for (int i = 0; i < values.numbers.size(); ++i) {
         const DorvField& field = setting.fields[i];
-        if (field.words)
-            words.append(QString(field.words).split('|').value(int(values.numbers[i])));
-        else
+        if (field.words.isEmpty())
             words.append((field.base == 16 ? "0x" : "") +
                          QString::number(values.numbers[i], field.base));
+        else
+            words.append(field.words.value(int(values.numbers[i])));
     }
     return words;
 }

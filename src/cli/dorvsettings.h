@@ -4,34 +4,36 @@
 #include <QByteArray>
 #include <QStringList>
 #include <QVector>
+#include <cstdint>
 
 class DorvCfg;
 
 // One value of a setting, of one of three kinds.
 struct DorvField
 {
-    const char* name;
-    qint64 least = 0; // a number from least to most
-    qint64 most = 0;
-    const char* words = nullptr; // or one of these, split by |; its number is its place
-    int bytes = 0;               // or so many bytes in hexadecimal
-    int base = 10;               // how a number is shown
+    QString name;
+    std::int64_t least = 0; // a number from least to most
+    std::int64_t most = 0;
+    QStringList words = {}; // or one of these; its number is its place; none is empty
+    int bytes = 0;          // or so many bytes in hexadecimal
+    int base = 10;          // how a number is shown
 };
 
 struct DorvValues
 {
-    QVector<qint64> numbers; // of numbers and words, in order
+    QVector<std::int64_t> numbers; // of numbers and words, in order
     QByteArray bytes;
 };
 
+// What an operation comes to is its outcome, in DorvCfg.
 struct DorvSetting
 {
-    const char* name;
+    QString name;
     QVector<DorvField> fields; // what set takes
-    const char* meaning;
-    int (*set)(DorvCfg& cfg, const DorvValues& values);
-    // Reads the fields, or the first of them; null when the module doesn't tell.
-    int (*get)(DorvCfg& cfg, DorvValues& values) = nullptr;
+    QString meaning;
+    void (*set)(DorvCfg& cfg, const DorvValues& values);
+    // Reads the fields, or the first of them; null for a setting that can't be read.
+    void (*get)(DorvCfg& cfg, DorvValues& values) = nullptr;
 };
 
 const QVector<DorvSetting>& dorv_settings();
@@ -39,7 +41,7 @@ const DorvSetting* find_dorv_setting(const QString& name);
 
 // "BAUD DATA none|even STOP"
 QString form_of(const DorvSetting& setting);
-// The values that the words stand for. Throws Failure of usage.
+// The values that the words mean. Throws Failure of usage.
 DorvValues parse_dorv_values(const DorvSetting& setting, const QStringList& words);
 // The values as parse_dorv_values takes them.
 QStringList dorv_words(const DorvSetting& setting, const DorvValues& values);

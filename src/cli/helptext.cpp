@@ -1,26 +1,27 @@
-#include "cli/helptext.h"
+#include "cli/command.h"
 
-#include "cli/exitcode.h"
-#include "cli/stackoptions.h"
+#include "cli/failure.h"
+#include "cli/session.h"
 
-static const char OVERVIEW_HEAD[] =
+namespace {
+const char OVERVIEW_HEAD[] =
     "tarnwickctl talks to radio modules over a serial port or the network: it upgrades their\n"
     "firmware, reads and sets their settings, and searches for devices.\n"
     "\n"
     "Usage: tarnwickctl COMMAND [options]      tarnwickctl COMMAND --help\n";
 
-static const char OVERVIEW_TAIL[] =
-    "How a device is connected is told by --link and --frame; see `tarnwickctl help stack`:\n"
+const char OVERVIEW_TAIL[] =
+    "--link and --frame say how a device is connected; see `tarnwickctl help stack`:\n"
     "  tarnwickctl upgrade M1_2.3.bin --link serial:/dev/ttyUSB0,115200,8N1 --frame rtu:1\n"
     "  tarnwickctl cnet search --link tcp:10.0.0.5:4001 --channels 9-30 --rates 0-2\n"
     "No device at hand? `tarnwick-sim boot` plays one.\n";
 
-static const char STACK_HELP[] =
-    "A device is reached over a link, and through framers that stand on the link.\n"
+const char STACK_HELP[] =
+    "A device is reached over a link, and through framers on top of that link.\n"
     "\n"
     "--link LINK\n"
     "  serial:PORT[,BAUD[,FORMAT[,FLOW]]]\n"
-    "      A serial port; 115200,8N1,none unless told otherwise. FORMAT is data bits 5 to 8,\n"
+    "      A serial port; 115200,8N1,none unless given. FORMAT is data bits 5 to 8,\n"
     "      parity N O E M S, stop bits 1, 1.5 or 2. FLOW is none, rtscts or xonxoff.\n"
     "      `tarnwickctl ports` lists the ports; the last part of a port's path is enough.\n"
     "  tcp:HOST:PORT, udp:HOST:PORT\n"
@@ -37,7 +38,7 @@ static const char STACK_HELP[] =
     "  crc16           payload, CRC-16\n"
     "  rtu:ADDRESS     address 0 to 255, payload, CRC-16\n"
     "  chan:PREFIX     a prefix of 1 to 16 bytes in hexadecimal, payload\n"
-    "  cnet:TARGET     frames to a device behind a local one; 4 hexadecimal digits\n"
+    "  cnet:TARGET     frames to a device on the air; 4 hexadecimal digits\n"
     "  rwlt            payload between 0xAB and 0xBA\n"
     "  dorv[:MODE]     payload in AT send commands; MODE is mac, pmac, radio, data or\n"
     "                  raw; radio if not given\n"
@@ -47,7 +48,7 @@ static const char STACK_HELP[] =
     "  --link tcp:gateway.local:4001 --frame crc16+chan:05\n";
 
 // The parser's own help leaves the defaults out.
-static QList<QCommandLineOption> with_defaults_shown(QList<QCommandLineOption> options)
+QList<QCommandLineOption> with_defaults_shown(QList<QCommandLineOption> options)
 {
     for (QCommandLineOption& option : options) {
         const QString value = option.defaultValues().join(' ');
@@ -57,17 +58,7 @@ static QList<QCommandLineOption> with_defaults_shown(QList<QCommandLineOption> o
     return options;
 }
 
-QList<QCommandLineOption> options_of(const Command& command)
-{
-    QList<QCommandLineOption> options = command.options;
-    if (command.needs != Needs::Nothing)
-        options += stack_options(command.needs);
-    return with_defaults_shown(options) +
-           QList<QCommandLineOption>{{"json", "Print the result as JSON, for scripts."},
-                                     {{"h", "help"}, "Show this text."}};
-}
-
-static QString command_lines(const QList<Command>& commands, const QString& family)
+QString command_lines(const QList<Command>& commands, const QString& family)
 {
     constexpr int COLUMN = 20;
     QString text;
@@ -78,12 +69,30 @@ static QString command_lines(const QList<Command>& commands, const QString& fami
     return text;
 }
 
-static QString exit_code_lines()
+QString exit_code_lines()
 {
     QString text;
     for (const ExitCodeRow& row : EXIT_CODES)
         text += QStringLiteral("  %1  %2\n").arg(int(row.code), 3).arg(row.meaning);
     return text;
+}
+
+QString link_usage(Needs needs)
+{
+    if (needs == Needs::Nothing)
+        return {};
+    return needs == Needs::StackOrNothing ? " [--link LINK]" : " --link LINK";
+}
+} // namespace
+
+QList<QCommandLineOption> options_of(const Command& command)
+{
+    QList<QCommandLineOption> options = command.options;
+    if (command.needs != Needs::Nothing)
+        options += stack_options(command.needs);
+    return with_defaults_shown(options) +
+           QList<QCommandLineOption>{{"json", "Print the result as JSON, for scripts."},
+                                     {{"h", "help"}, "Show this text."}};
 }
 
 QString overview(const QList<Command>& commands)
@@ -96,13 +105,6 @@ QString family_help(const QList<Command>& commands, const QString& family)
 {
     return "Usage: tarnwickctl " + family + " COMMAND [options]\n\nCommands:\n" +
            command_lines(commands, family);
-}
-
-static QString link_usage(Needs needs)
-{
-    if (needs == Needs::Nothing)
-        return {};
-    return needs == Needs::StackOrNothing ? " [--link LINK]" : " --link LINK";
 }
 
 QString command_help(const Command& command)

@@ -10,14 +10,14 @@
 #include <unistd.h>
 #endif
 
-static volatile std::sig_atomic_t was_raised = 0;
+namespace {
+volatile std::sig_atomic_t was_raised = 0;
 
 #ifdef Q_OS_UNIX
-static int wake_pipe[2] = {-1, -1};
-static constexpr char STOPPING[] =
-    "\nStopping behind the exchange under way; Ctrl-C again ends at once.\n";
+int wake_pipe[2] = {-1, -1};
+constexpr char STOPPING[] = "\nStopping after the exchange under way; Ctrl-C again ends at once.\n";
 
-static void on_signal(int)
+void on_signal(int)
 {
     // Only what is safe in a handler: a flag, a word to the user, and a byte that wakes the event
     // loop, if there is one.
@@ -28,6 +28,10 @@ static void on_signal(int)
     static_cast<void>(ignored);
     errno = saved_errno;
 }
+#endif
+} // namespace
+
+#ifdef Q_OS_UNIX
 
 Interrupts::Interrupts()
 {

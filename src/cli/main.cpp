@@ -1,10 +1,179 @@
 // tarnwickctl: the device library from a shell.
-#include "cli/program.h"
+#include "cli/failure.h"
+#include "cli/invocation.h"
 
 #include <QCoreApplication>
+#include <algorithm>
+
+namespace {
+const char VERSION[] = TARNWICK_VERSION;
+
+bool takes_value(const QList<QCommandLineOption>& options, const QString& word)
+{
+    return std::any_of(options.cbegin(), options.cend(), [&](const QCommandLineOption& option) {
+        return !option.valueName().isEmpty() && word.startsWith("--") &&
+               option.names().contains(word.mid(2));
+    });
+}
+
+// The options with their values, and after "--" all other words: there the parser takes a number
+// such as -5 as it is, not as an option.
+QStringList options_first(const QList<QCommandLineOption>& options, const QStringList& words)
+{
+    QStringList result;
+    QStringList others = {"--"};
+    for (int i = 0; i < words.size(); ++i) {
+        const QString& word = words[i];
+        if (word == "--")
+            return result + others + words.mid(i + 1);
+        if (word.size() < 2 || word[0] != '-' || word[1].isDigit()) {
+            others.append(word);
+            continue;
+        }
+        result.append(word);
+        if (!takes_value(options, word))
+            continue;
+        if (i + 1 == words.size())
+            return result; // the parser says that its value is missing
+        result.append(words[++i]);
+    }
+    return result + others;
+}
+
+// The command that the words begin with; no command's name begins another's.
+const Command* find_command(const QList<Command>& commands, const QStringList& words)
+{
+    const auto fits = [&](const Command& command) {
+        return words.mid(0, command.name.count(' ') + 1).join(' ') == command.name;
+    };
+    const auto found = std::find_if(commands.cbegin(), commands.cend(), fits);
+    return found == commands.cend() ? nullptr : &*found;
+}
+
+bool is_family(const QList<Command>& commands, const QString& word)
+{
+    return std::any_of(commands.cbegin(), commands.cend(),
+                       [&](const Command& command) { return command.name.startsWith(word + ' '); });
+}
+
+void print(const QString& text, const QJsonObject& json, Console& console)
+{
+    console.bytes(text.toLocal8Bit());
+    console.result(json);
+}
+
+Failure unknown_command(const QList<Command>& commands, const QStringList& words)
+{
+    const QString first = words.value(0);
+    if (!is_family(commands, first))
+        return usage_failure("no such command: " + first,
+                             "`tarnwickctl --help` lists the commands.");
+    const QString second = words.value(1);
+    const QString what = second.isEmpty() || second.startsWith('-')
+                             ? first + " needs a word more"
+                             : "no such command: " + first + ' ' + second;
+    return usage_failure(what, family_help(commands, first).trimmed());
+}
+
+QString help_text(const QList<Command>& commands, const QStringList& names)
+{
+    if (names.isEmpty() || names[0] == "help")
+        return overview(commands);
+    if (const Command* command = find_command(commands, names))
+        return command_help(*command);
+    if (names.size() == 1 && is_family(commands, names[0]))
+        return family_help(commands, names[0]);
+    if (names == QStringList("stack"))
+        return stack_help();
+    throw unknown_command(commands, names);
+}
+
+bool asks_for_help(const QStringList& words)
+{
+    return words.isEmpty() || words[0] == "help" || words.contains("--help") ||
+           words.contains("-h");
+}
+
+void print_help(const QList<Command>& commands, const QStringList& words, Console& console)
+{
+    const QStringList asked = words.mid(words.value(0) == "help" ? 1 : 0);
+    const auto option = std::find_if(asked.cbegin(), asked.cend(),
+                                     [](const QString& word) { return word.startsWith('-'); });
+    const QString text = help_text(commands, asked.mid(0, int(option - asked.cbegin())));
+    print(text, {{"help", text}}, console);
+}
+
+void run_command(const Command& command, const QStringList& words, Console& console)
+{
+    QCommandLineParser parser;
+    const QList<QCommandLineOption> options = options_of(command);
+    parser.addOptions(options);
+    if (!parser.parse(QStringList("tarnwickctl") + options_first(options, words)))
+        throw usage_failure(parser.errorText(),
+                            "`tarnwickctl " + command.name + " --help` lists the options.");
+    Interrupts interrupts;
+    Invocation invocation(command, parser, parser.positionalArguments(), console, interrupts);
+    try {
+        command.run(invocation);
+    } catch (Failure& failure) {
+        // Whatever an exchange failed with, the user had already asked for the end.
+        if (interrupts.raised())
+            failure.code = ExitCode::Interrupted;
+        throw;
+    }
+    console.end_progress();
+    if (!console.flush())
+        throw Failure{ExitCode::File, "the result could not be written to the end",
+                      "Is the disk full that the output goes to?"};
+}
+
+// Throws Failure.
+ExitCode run(const QStringList& arguments, Console& console)
+{
+    const QList<Command> commands = ports_commands() + upgrade_commands() + cnet_commands() +
+                                    dorv_commands() + frame_commands() + checksum_commands();
+    if (arguments.value(0) == "--version") {
+        print(QString("tarnwickctl ") + VERSION + '\n', {{"version", VERSION}}, console);
+        return ExitCode::Done;
+    }
+    if (asks_for_help(arguments)) {
+        print_help(commands, arguments, console);
+        return arguments.isEmpty() ? ExitCode::Usage : ExitCode::Done;
+    }
+    const Command* command = find_command(commands, arguments);
+    if (!command)
+        throw unknown_command(commands, arguments);
+    run_command(*command, arguments.mid(command->name.count(' ') + 1), console);
+    return ExitCode::Done;
+}
+
+void report(const Failure& failure, Console& console)
+{
+    console.end_progress();
+    console.note("tarnwickctl: " + failure.what);
+    if (!failure.advice.isEmpty())
+        console.note(failure.advice);
+    const ExitCodeRow* row =
+        std::find_if(std::begin(EXIT_CODES), std::end(EXIT_CODES),
+                     [&](const ExitCodeRow& row) { return row.code == failure.code; });
+    QJsonObject result = failure.partial_result;
+    result["error"] = QJsonObject{{"exit", int(failure.code)},
+                                  {"name", row->name},
+                                  {"message", failure.what},
+                                  {"advice", failure.advice}};
+    console.result(result);
+}
+} // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    return run_tarnwickctl(QCoreApplication::arguments().mid(1));
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    Console console(arguments.contains("--json"));
+    try {
+        return int(run(arguments, console));
+    } catch (const Failure& failure) {
+        report(failure, console);
+        return int(failure.code);
+    }
 }

@@ -1,7 +1,5 @@
 #include "cli/stack.h"
 
-#include "cli/boundedcnet.h"
-#include "cli/portfailure.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercrc16.h"
 #include "framers/qframerdorv.h"
@@ -13,8 +11,11 @@
 #include "links/qlinkwinsock.h"
 #include "serialport/qextserialenumerator.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QSerialPort>
+#include <algorithm>
 
 namespace {
 // The path of a port that is named by its last part alone, such as ttyUSB0 or boot.
@@ -29,7 +30,7 @@ QString full_port_name(const QString& name)
     return name;
 }
 
-tcpip_cfg network_settings(const LinkSpec& link, int timeout_ms)
+tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
 {
     tcpip_cfg settings = tcpip_defaults();
     const QByteArray host = link.host.toLatin1();
@@ -50,20 +51,79 @@ tcpip_cfg network_settings(const LinkSpec& link, int timeout_ms)
     }
     return settings;
 }
+
+const char LIST_ADVICE[] = "`tarnwickctl ports` lists the ports of this machine.";
+
+bool has_open(const QFileInfoList& files, const QString& device)
+{
+    return std::any_of(files.cbegin(), files.cend(),
+                       [&](const QFileInfo& file) { return file.symLinkTarget() == device; });
+}
+
+// The other programs that have the device open, as in "picocom (4711)". Sees those that this user
+// may look at, on systems with a /proc. Who made a pseudo-terminal has both sides open, and isn't
+// meant.
+QStringList holders(const QString& port)
+{
+    const QString device = QFileInfo(port).canonicalFilePath();
+    QStringList found;
+    for (const QString& pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+        const QDir process("/proc/" + pid);
+        const auto files = QDir(process.filePath("fd")).entryInfoList(QDir::Files | QDir::System);
+        const bool maker = has_open(files, "/dev/ptmx") || has_open(files, "/dev/pts/ptmx");
+        QFile name(process.filePath("comm"));
+        if (!maker && has_open(files, device) && name.open(QIODevice::ReadOnly))
+            found.append(QString::fromLocal8Bit(name.readAll()).trimmed() + " (" + pid + ')');
+    }
+    return found;
+}
+
+QString busy_advice(const QString& port)
+{
+    const QStringList programs = holders(port);
+    return programs.isEmpty()
+               ? QString("Another program holds it: end that program, or take another port.")
+               : "It is open in " + programs.join(", ") + ": end that, or take another port.";
+}
+
+// `error` and `reason` are the port's lastError() and errorString().
+Failure port_failure(const QString& port, ulong error, const QString& reason)
+{
+    const QFileInfo file(port);
+    const QString what = "the port " + port + " can't be opened: ";
+    if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
+        return {ExitCode::Link, what + "there is no such port", LIST_ADVICE};
+    if (file.isFile() || file.isDir())
+        return {ExitCode::Link, what + "it is no serial port", LIST_ADVICE};
+    if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
+        return {
+            ExitCode::Link, what + "permission denied",
+            "Ports belong to a group, mostly dialout: `sudo adduser $USER dialout`, then log in "
+            "again."};
+    // The rights are there, so that somebody else has it.
+    if (error == QSerialPort::PermissionError)
+        return {ExitCode::Link, what + reason, busy_advice(port)};
+    if (error == QSerialPort::UnsupportedOperationError)
+        return {ExitCode::Link, what + reason,
+                "It may be no serial port, or need another rate or format in --link."};
+    return {ExitCode::Link, what + reason,
+            "Is the adapter all right, and does the port belong to a device? Plug the adapter in "
+            "again, or take another port."};
+}
 } // namespace
 
-Stack::Stack(const StackSpec& spec, ExchangeLog& log)
-    : spec(spec.link)
+Stack::Stack(const StackDescription& description, ExchangeLog& log)
+    : description(description.link)
     , log(log)
 {
-    add_link(spec);
+    add_link(description.timeout_ms);
     framers.push_back(std::make_unique<QFramerNull>(traced.get()));
-    for (const FramerSpec& framer : spec.framers)
+    for (const FramerDescription& framer : description.framers)
         add_framer(framer);
     for (const auto& framer : framers)
         QObject::connect(
             framer.get(), &QFramer::log, framer.get(),
-            [&log](const QString& text) { log.told(text); }, Qt::DirectConnection);
+            [&log](const QString& text) { log.note(text); }, Qt::DirectConnection);
 }
 
 Stack::~Stack()
@@ -74,29 +134,29 @@ Stack::~Stack()
         framers.pop_back();
 }
 
-void Stack::add_link(const StackSpec& stack)
+void Stack::add_link(int timeout_ms)
 {
     const auto own = [this](auto* link) {
         link_object.reset(link);
         QObject::connect(
             link, &std::remove_pointer_t<decltype(link)>::log, link,
-            [this](const QString& text) { log.told(text); }, Qt::DirectConnection);
+            [this](const QString& text) { log.note(text); }, Qt::DirectConnection);
         traced = std::make_unique<TracedLink>(*link, log);
     };
-    if (spec.kind == LinkKind::Serial) {
-        spec.port = full_port_name(spec.port);
-        spec.settings.Timeout_Millisec = stack.timeout_ms;
-        own(new QLinkSerial(spec.port, spec.settings, false));
+    if (description.kind == LinkKind::Serial) {
+        description.port = full_port_name(description.port);
+        description.settings.Timeout_Millisec = timeout_ms;
+        own(new QLinkSerial(description.port, description.settings, false));
         return;
     }
-    const tcpip_cfg settings = network_settings(spec, stack.timeout_ms);
-    if (spec.kind == LinkKind::Tcp || spec.kind == LinkKind::Udp)
+    const tcpip_cfg settings = network_settings(description, timeout_ms);
+    if (description.kind == LinkKind::Tcp || description.kind == LinkKind::Udp)
         own(new QLinkTcpip(&settings));
     else
         own(new QLinkWinsock(&settings));
 }
 
-void Stack::add_framer(const FramerSpec& framer)
+void Stack::add_framer(const FramerDescription& framer)
 {
     QFramer* lower = framers.back().get();
     switch (framer.kind) {
@@ -107,7 +167,7 @@ void Stack::add_framer(const FramerSpec& framer)
         break;
     case FramerKind::Rtu: {
         auto rtu = std::make_unique<QFramerRtu>(lower);
-        rtu->slave_set(quint8(framer.number));
+        rtu->slave_set(std::uint8_t(framer.number));
         framers.push_back(std::move(rtu));
         break;
     }
@@ -119,7 +179,7 @@ void Stack::add_framer(const FramerSpec& framer)
     }
     case FramerKind::Cnet: {
         auto cnet = std::make_unique<BoundedCnet>(lower);
-        cnet->target_set(quint16(framer.number));
+        cnet->target_set(std::uint16_t(framer.number));
         framers.push_back(std::move(cnet));
         break;
     }
@@ -145,12 +205,17 @@ void Stack::open()
 }
 
 void Stack::run_worker(QThread& worker, const std::function<void()>& start,
-                       const std::function<void(bool)>& opened)
+                       const std::function<void()>& give_up)
 {
     QEventLoop loop;
     QObject::connect(&worker, &QThread::finished, &loop, &QEventLoop::quit);
     QThread* const home = link_object->thread();
-    const auto open_link = [this, &opened] { opened(traced->open() == 0); };
+    std::atomic<bool> opened{false};
+    const auto open_link = [this, &opened, &give_up] {
+        opened = traced->open() == 0;
+        if (!opened)
+            give_up();
+    };
     const auto close_link = [this, home] {
         traced->close();
         link_object->moveToThread(home);
@@ -169,13 +234,16 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
     worker.wait();
     while (!given_back.load(std::memory_order_acquire))
         QThread::yieldCurrentThread();
+    if (!opened)
+        throw open_failure();
 }
 
 Failure Stack::open_failure() const
 {
     if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
-        return port_failure(spec.port, serial->open_error(), serial->open_error_text());
-    const QString peer = QStringLiteral("%1:%2").arg(spec.host, QString::number(spec.remote_port));
+        return port_failure(description.port, serial->open_error(), serial->open_error_text());
+    const QString peer =
+        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
     return {ExitCode::Link, "no connection to " + peer,
             "Check that the device or gateway is on, that address and port are right, and that no "
             "firewall is between; a slow network needs a longer --timeout."};
@@ -183,15 +251,15 @@ Failure Stack::open_failure() const
 
 Failure Stack::no_answer(const QString& what, const QString& advice) const
 {
-    const bool port_gone =
-        spec.kind == LinkKind::Serial && spec.port.startsWith('/') && !QFileInfo::exists(spec.port);
+    const bool port_gone = description.kind == LinkKind::Serial &&
+                           description.port.startsWith('/') && !QFileInfo::exists(description.port);
     if (port_gone)
-        return {ExitCode::Link, what + ": the port " + spec.port + " has gone",
+        return {ExitCode::Link, what + ": the port " + description.port + " has gone",
                 "Plug the adapter in again, and start anew."};
     if (traced->failed())
         return {ExitCode::Link, what + ": the connection is lost",
                 "Check the cable or the network, and start anew."};
-    if (!traced->last_received().isEmpty())
+    if (!traced->silent())
         return {ExitCode::BadAnswer, what + ": what came is no answer to it",
                 "The rate, the format or --frame may be wrong, or the line is noisy; -v shows the "
                 "bytes."};

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "cli/failure.h"
-#include "cli/stackspec.h"
+#include "cli/stacktext.h"
 #include "cli/tracedlink.h"
+#include "framers/qframercnet.h"
 
 #include <QThread>
 #include <atomic>
@@ -11,20 +12,46 @@
 #include <memory>
 #include <vector>
 
-class QFramer;
-
-struct StackSpec
+struct StackDescription
 {
-    LinkSpec link;
-    FramerSpecs framers;
+    LinkDescription link;
+    QVector<FramerDescription> framers;
     int timeout_ms;
+};
+
+// A framer for cnet devices that gives up a local device which stays busy.
+class BoundedCnet : public QFramerCnet
+{
+public:
+    // One that is busy for longer than a second won't recover by itself.
+    static constexpr int ATTEMPTS = 50;
+    static constexpr unsigned PAUSE_MS = 20;
+
+    explicit BoundedCnet(QFramer* lower)
+        : QFramerCnet(lower)
+    {
+        keep_trying_set([this] {
+            QThread::msleep(PAUSE_MS);
+            return ++attempts < ATTEMPTS;
+        });
+    }
+
+    // The attempts count anew.
+    int write(const char* buffer, int nbytes) override
+    {
+        attempts = 0;
+        return QFramerCnet::write(buffer, nbytes);
+    }
+
+private:
+    int attempts = 0;
 };
 
 class Stack
 {
 public:
     // `log` outlives it.
-    Stack(const StackSpec& spec, ExchangeLog& log);
+    Stack(const StackDescription& description, ExchangeLog& log);
     ~Stack();
     Stack(const Stack&) = delete;
     Stack& operator=(const Stack&) = delete;
@@ -37,26 +64,25 @@ public:
     void open();
     // Has the worker run with the link open, in an event loop until it has ended. The link is
     // opened and closed on the worker's own thread, as a network socket belongs to the thread that
-    // opens it. `start` starts the worker; `opened` is called on its thread, before its run, and
-    // tells whether the link could be opened. Throws Failure when the worker doesn't start; the
-    // stack is then of no more use.
+    // opens it. `start` starts the worker. When the link can't be opened, `give_up` is called on
+    // the worker's thread before its run and has it end soon. Throws Failure then, and when the
+    // worker doesn't start; in that case the stack is of no more use.
     void run_worker(QThread& worker, const std::function<void()>& start,
-                    const std::function<void(bool)>& opened);
-    // Why the link could not be opened.
-    Failure open_failure() const;
-    // Why nothing came: the port has gone, the connection is lost, or the device is silent.
+                    const std::function<void()>& give_up);
+    // Why there is no answer: the port has gone, the connection is lost, or the device is silent.
     Failure no_answer(const QString& what, const QString& advice) const;
 
 private:
-    void add_link(const StackSpec& spec);
-    void add_framer(const FramerSpec& spec);
+    void add_link(int timeout_ms);
+    void add_framer(const FramerDescription& description);
+    Failure open_failure() const;
 
-    LinkSpec spec;
+    LinkDescription description;
     ExchangeLog& log;
     std::unique_ptr<QObject> link_object;
     std::unique_ptr<TracedLink> traced;
     std::vector<std::unique_ptr<QFramer>> framers; // the lowest first
     // Set by a worker that is done with the link. It orders what the worker did before what its
-    // owner does next, which the end of a QThread does too, but out of sight of race detectors.
+    // owner does next. The end of a QThread does so too, but race detectors don't see that.
     std::atomic<bool> given_back{false};
 };

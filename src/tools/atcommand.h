@@ -98,7 +98,7 @@ template <typename... Args> QByteArray at_text(const AtCommand& command, const A
     return text.toLatin1();
 }
 
-// What stands in a command for an index or a code. The words of an index out of range are null.
+// What a command has for an index or a code. The words of an index out of range are null.
 const char* at_bandwidth(int index);    // 0 to 9: "7.8" to "500", in kHz
 const char* at_coding_rate(int index);  // 0 to 3: "4/5" to "4/8"
 const char* at_rx_format(int format);   // 0 "raw", 1 "hex"

@@ -9,18 +9,18 @@
 // The fields of a reply that has exactly count of them, split by commas; else an empty list.
 QList<QByteArray> at_fields(const QByteArray& reply, int count);
 
-// The number that a field begins with, behind white space, whatever the locale; 0 when there is
+// The number that a field begins with, after white space, whatever the locale; 0 when there is
 // none.
 float at_float(const QByteArray& field);
 // As at_float without the fraction, held between 0 and 65535.
 std::uint16_t at_word(const QByteArray& field);
 
-// The base-16 number of at most 32 bits that a reply begins with, behind white space and with or
+// The base-16 number of at most 32 bits that a reply begins with, after white space and with or
 // without a leading 0x; what follows its digits doesn't count. None for no digit, or too many.
 std::optional<std::uint32_t> at_address(const QByteArray& reply);
 
 // The key that a reply spells, at most 16 bytes. White space in front of a byte is skipped; a digit
-// with white space behind it is a byte by itself; a single digit at the end is dropped; any other
+// with white space after it is a byte by itself; a single digit at the end is dropped; any other
 // character ends the key.
 QByteArray at_key(const QByteArray& reply);
 

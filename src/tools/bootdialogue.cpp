@@ -11,7 +11,7 @@ constexpr int HARD_INFO_SHOWN = 4;
 
 void append_u32(QByteArray& request, std::uint32_t value)
 {
-    const quint32 wire = qToBigEndian(value);
+    const std::uint32_t wire = qToBigEndian(value);
     request.append(reinterpret_cast<const char*>(&wire), sizeof wire);
 }
 
@@ -46,8 +46,8 @@ DeviceInfo device_info(const std::uint8_t* record, int size)
     DeviceInfo info;
     info.in_boot = record[1] != 0;
     std::copy_n(record + 3, sizeof info.version, info.version);
-    info.rom_page_size = qFromBigEndian<quint16>(record + 8);
-    info.mtu = qFromBigEndian<quint16>(record + 10);
+    info.rom_page_size = qFromBigEndian<std::uint16_t>(record + 8);
+    info.mtu = qFromBigEndian<std::uint16_t>(record + 10);
 
     int name_end = NAME_OFFSET;
     if (size > NAME_OFFSET) {

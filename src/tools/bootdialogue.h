@@ -38,7 +38,7 @@ QByteArray boot_write_request(const void* data, std::uint32_t offset, std::uint3
 //   offset  size  field
 //      0      1   'a'
 //      1      1   0: the application runs; any other: the boot code does
-//      2      1   flags; bit 0: hard info stands behind the name
+//      2      1   flags; bit 0: hard info follows the name
 //      3      5   version
 //      8      2   ROM page size, bytes
 //     10      2   MTU: most payload bytes of a write
@@ -46,7 +46,7 @@ QByteArray boot_write_request(const void* data, std::uint32_t offset, std::uint3
 //   13 + L   ...  hard info, opaque
 //
 // A name without a NUL ends with the record. Hard info for which the record has no room counts as
-// absent; just behind the name's NUL there is room for 0 bytes of it.
+// absent; right after the name's NUL there is room for 0 bytes of it.
 struct DeviceInfo
 {
     bool in_boot = false;

@@ -28,13 +28,13 @@ QByteArray long_address(const void* addr)
 
 int signed_value(char byte)
 {
-    return qint8(byte);
+    return std::int8_t(byte);
 }
 
-// Stands behind the address wherever a configuration block goes or comes.
+// Follows the address wherever a configuration block is sent or received.
 QByteArray block_length()
 {
-    const quint16 length = qToBigEndian(quint16(CNET_BLOCK_SIZE));
+    const std::uint16_t length = qToBigEndian(std::uint16_t(CNET_BLOCK_SIZE));
     return bytes(&length, sizeof length);
 }
 
@@ -69,15 +69,18 @@ int CnetCfg::cmd_send(std::uint8_t cmd, const void* target, const void* payload,
 {
     if (link == nullptr) {
         emit log(tr("cfg: link is NULL!!, please check"));
+        last_outcome = CnetOutcome::NoLink;
         return TOOL_NO_LINK;
     }
     if (!link->is_open()) {
         emit log(tr("cfg: link is not open!!, please check"));
+        last_outcome = CnetOutcome::NoLink;
         return TOOL_FAILED;
     }
     link->flush(); // old bytes can't be taken for the response
     const QByteArray frame = cnet_request(cmd, target, payload, nbytes);
     link->write(frame.constData(), int(frame.size()));
+    last_outcome = CnetOutcome::Done;
     return int(frame.size());
 }
 
@@ -98,26 +101,29 @@ int CnetCfg::cmd_send(std::uint8_t cmd, const void* payload)
 
 int CnetCfg::cmd_send(std::uint8_t cmd, std::uint16_t payload)
 {
-    const quint16 wire = qToBigEndian(payload);
+    const std::uint16_t wire = qToBigEndian(payload);
     return cmd_send(cmd, nullptr, &wire, sizeof wire);
 }
 
 int CnetCfg::cmd_send(std::uint8_t cmd, std::uint16_t target, const void* payload, int nbytes)
 {
-    const quint16 wire = qToBigEndian(target);
+    const std::uint16_t wire = qToBigEndian(target);
     return cmd_send(cmd, &wire, payload, nbytes);
 }
 
 int CnetCfg::resp_read(std::uint8_t cmd, void* out, int nbytes)
 {
+    last_outcome = CnetOutcome::NoLink;
     if (link == nullptr)
         return TOOL_NO_LINK;
     QByteArray frame(nbytes + CNET_FRAMING + EXCESS, '\0');
     const int count = std::min(link->read(frame.data(), nbytes + CNET_FRAMING), int(frame.size()));
     if (count <= 0) {
         emit log(tr("cfg: read time out"));
+        last_outcome = count == 0 ? CnetOutcome::NoAnswer : CnetOutcome::LinkError;
         return count;
     }
+    last_outcome = CnetOutcome::BadAnswer;
     if (count < CNET_FRAMING) {
         emit log(tr("cfg: read a short frame, lenght = %1").arg(count));
         return 0;
@@ -137,6 +143,7 @@ int CnetCfg::resp_read(std::uint8_t cmd, void* out, int nbytes)
         return 0;
     }
     std::copy_n(response->payload.constData(), size, static_cast<char*>(out));
+    last_outcome = CnetOutcome::Done;
     return size;
 }
 
@@ -176,7 +183,9 @@ int CnetCfg::local_chan_baud_set(int chan, int rate)
     const char payload[] = {char(chan), char(rate)};
     QByteArray status;
     const int count = exchange(cnet::LOCAL_CHAN_BAUD_SET, bytes(payload, sizeof payload), &status);
-    return count == cnet::LOCAL_CHAN_BAUD_SET.response && status.at(0) == 0 ? 0 : TOOL_FAILED;
+    return judge(count == cnet::LOCAL_CHAN_BAUD_SET.response, status.startsWith('\0'))
+               ? 0
+               : TOOL_FAILED;
 }
 
 int CnetCfg::remote_value_get(const void* addr)
@@ -206,6 +215,15 @@ int CnetCfg::cmd_6b_send(const void* addr, const void* data)
     return cmd_send(cnet::CMD_6B.code, payload.constData(), cnet::CMD_6B.request);
 }
 
+// Whether an exchange was carried out. resp_read has found out why there is no answer; beyond that
+// an answer must fit the request, and must not say no.
+bool CnetCfg::judge(bool fits, bool accepted)
+{
+    if (last_outcome == CnetOutcome::Done && !(fits && accepted))
+        last_outcome = fits ? CnetOutcome::Refused : CnetOutcome::BadAnswer;
+    return last_outcome == CnetOutcome::Done;
+}
+
 // What cmd_send returned when below 1, else as resp_read; answer holds the command's size whatever
 // came.
 int CnetCfg::exchange(const CnetCommand& command, const QByteArray& payload, QByteArray* answer)
@@ -223,6 +241,7 @@ int CnetCfg::info_get(const CnetCommand& command, void* out)
     const int count = exchange(command, {}, &info);
     if (count > 0)
         std::memcpy(out, info.constData(), size_t(count));
+    judge(count == command.response);
     return count;
 }
 
@@ -234,8 +253,8 @@ int CnetCfg::cfg_get(const CnetCommand& command, const QByteArray& addr, std::ui
     if (sent < 1)
         return sent;
     QByteArray answer(command.response, '\0');
-    if (resp_read(command.code, answer.data(), command.response) != command.response ||
-        !answer.startsWith(key))
+    const int count = resp_read(command.code, answer.data(), command.response);
+    if (!judge(count == command.response && answer.startsWith(key)))
         return 0;
     const char* block = answer.constData() + key.size();
     std::memcpy(cfg, block, CNET_BLOCK_SIZE);
@@ -248,14 +267,15 @@ int CnetCfg::cfg_set(const CnetCommand& command, const QByteArray& addr, const s
     QByteArray answer;
     const int count =
         exchange(command, addr + block_length() + bytes(cfg, CNET_BLOCK_SIZE), &answer);
-    const bool done = count == command.response && answer.startsWith(addr) && answer.endsWith('\0');
-    return done ? 0 : TOOL_FAILED;
+    const bool fits = count == command.response && answer.startsWith(addr);
+    return judge(fits, answer.endsWith('\0')) ? 0 : TOOL_FAILED;
 }
 
 int CnetCfg::value_get(const CnetCommand& command, const QByteArray& addr, int* second)
 {
     QByteArray answer;
-    if (exchange(command, addr, &answer) != command.response)
+    const int count = exchange(command, addr, &answer);
+    if (!judge(count == command.response))
         return VALUE_FAILED;
     const char* values = answer.constData() + addr.size();
     if (second != nullptr)

@@ -8,6 +8,20 @@
 
 class QLink;
 
+// How an operation, or a search, has ended.
+//
+//   Done        an operation was carried out, or sent when it reads no answer; a search visited all
+//               its pairs
+//   Aborted     abort() ended the search before its last pair was done
+//   NoLink      there is no link or it is closed, and nothing was sent
+//   LinkError   the link reported an error
+//   NoAnswer    nothing came in time
+//   BadAnswer   what came is no answer to the request
+//   Refused     the device answered that it did not do it
+//
+// A search ends with one of the last five when the local device could not be tuned to a pair.
+enum class CnetOutcome { Done, Aborted, NoLink, LinkError, NoAnswer, BadAnswer, Refused };
+
 // "250 kbps", "500 kbps", "1 Mbps" for the rate indices 0 to 2, "N/A bps" for any other.
 QString baud_text(int rate);
 
@@ -56,8 +70,8 @@ public:
     // Tunes the local device. Only the low byte of each travels. 0 or TOOL_FAILED.
     int local_chan_baud_set(int chan, int rate);
     static constexpr int VALUE_FAILED = -128;
-    // A signed 8-bit value; VALUE_FAILED on failure, which can't be told from a device that says
-    // the same. The long form has a second value, which second takes unless it is null.
+    // A signed 8-bit value, or VALUE_FAILED; outcome() says whether a device reported that very
+    // value. The long form has a second value, which second takes unless it is null.
     int remote_value_get(const void* addr);
     int remote_value_get_ext(const void* addr, int* second);
     // Sent without reading an answer; data is 2 bytes. As cmd_send.
@@ -78,13 +92,16 @@ public:
     int search_begin(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target,
                      std::uint8_t cmd);
 
+    // Of the last operation or search that has ended. From any thread.
+    CnetOutcome outcome() const { return last_outcome; }
+
 signals:
     // Emitted from the search's thread, log also from the caller's.
     void log(QString s);
     void search_started(int total);
     // The pair about to be visited; current counts from 0.
     void search_progress(int current, int chan, int baud);
-    // The search has ended, for whatever reason.
+    // The search has ended; outcome() is the reason.
     void search_finished();
     // resp is good only while the signal is delivered: connect directly and copy.
     void dev_found(int chan, int baud, const cnet_search_response* resp);
@@ -98,6 +115,7 @@ protected:
     void run() override;
 
 private:
+    bool judge(bool fits, bool accepted = true);
     int exchange(const CnetCommand& command, const QByteArray& payload, QByteArray* answer);
     int info_get(const CnetCommand& command, void* out);
     int cfg_get(const CnetCommand& command, const QByteArray& addr, std::uint32_t* cfg,
@@ -106,8 +124,8 @@ private:
     int value_get(const CnetCommand& command, const QByteArray& addr, int* second);
 
     void search(const CnetCommand& command);
-    bool pair_search(const CnetCommand& command, const CnetPair& pair);
-    bool answers_read(const CnetCommand& command, const CnetPair& pair);
+    CnetOutcome pair_search(const CnetCommand& command, const CnetPair& pair);
+    CnetOutcome answers_read(const CnetCommand& command, const CnetPair& pair);
     void answer_report(const CnetPair& pair, const QByteArray& record);
 
     QLink* link;
@@ -116,4 +134,5 @@ private:
     std::uint8_t target[CNET_TARGET_SIZE] = {};
     std::atomic<std::uint8_t> search_cmd{0}; // 0 when no search is pending
     std::atomic<bool> stopped{true};         // while no search runs, and after an abort
+    std::atomic<CnetOutcome> last_outcome{CnetOutcome::Done};
 };

@@ -31,7 +31,7 @@ int CnetCfg::search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, const
 
 int CnetCfg::search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, std::uint16_t target)
 {
-    const quint16 wire = qToBigEndian(target);
+    const std::uint16_t wire = qToBigEndian(target);
     return search_addr(chan_mask, baud_mask, &wire);
 }
 
@@ -42,7 +42,7 @@ int CnetCfg::search_addr_ext(std::uint32_t chan_mask, std::uint32_t baud_mask, c
 
 int CnetCfg::search_addr_ext(std::uint32_t chan_mask, std::uint32_t baud_mask, std::uint16_t target)
 {
-    const quint16 wire = qToBigEndian(target);
+    const std::uint16_t wire = qToBigEndian(target);
     return search_addr_ext(chan_mask, baud_mask, &wire);
 }
 
@@ -89,38 +89,43 @@ void CnetCfg::search(const CnetCommand& command)
 {
     const QVector<CnetPair> pairs = cnet_pairs(chan_mask, baud_mask);
     emit search_started(int(pairs.size()));
-    for (int current = 0; current < pairs.size() && !stopped; ++current) {
-        emit search_progress(current, pairs[current].chan, pairs[current].baud);
-        if (!pair_search(command, pairs[current]))
+    CnetOutcome ending = CnetOutcome::Done;
+    for (int current = 0; current < pairs.size() && ending == CnetOutcome::Done; ++current) {
+        if (stopped) {
+            ending = CnetOutcome::Aborted;
             break;
+        }
+        emit search_progress(current, pairs[current].chan, pairs[current].baud);
+        ending = pair_search(command, pairs[current]);
     }
     stopped = true;
+    last_outcome = ending;
     emit search_finished();
 }
 
-// False when the search is over.
-bool CnetCfg::pair_search(const CnetCommand& command, const CnetPair& pair)
+// Anything but Done ends the search.
+CnetOutcome CnetCfg::pair_search(const CnetCommand& command, const CnetPair& pair)
 {
     emit log(tr("cfg: searching chan %1 with %2 ...").arg(pair.chan).arg(baud_text(pair.baud)));
     if (local_chan_baud_set(pair.chan, pair.baud) != 0) {
         emit log(tr("cfg: set local device chan and baud failed"));
-        return false;
+        return last_outcome;
     }
     cmd_send(command.code, command.targeted ? target : nullptr, nullptr, 0);
     return answers_read(command, pair);
 }
 
-// Anything but an answer, mostly a time-out, ends the pair. False when the search is over.
-bool CnetCfg::answers_read(const CnetCommand& command, const CnetPair& pair)
+// Anything but an answer, mostly a time-out, ends the pair.
+CnetOutcome CnetCfg::answers_read(const CnetCommand& command, const CnetPair& pair)
 {
     QByteArray record(command.response, '\0');
     while (resp_read(command.code, record.data(), command.response) == command.response) {
         answer_report(pair, record);
         msleep(ANSWER_PAUSE_MS);
         if (stopped)
-            return false;
+            return CnetOutcome::Aborted;
     }
-    return true;
+    return CnetOutcome::Done;
 }
 
 void CnetCfg::answer_report(const CnetPair& pair, const QByteArray& record)

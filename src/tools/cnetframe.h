@@ -24,7 +24,7 @@ constexpr int CNET_EXTRA_SIZE = 5; // what follows the block in the answer to a 
 struct CnetCommand
 {
     std::uint8_t code;
-    bool targeted; // a target of 2 bytes stands in front of the payload
+    bool targeted; // a target of 2 bytes precedes the payload
     int request;   // bytes of payload sent
     int response;  // bytes of payload of each answer; 0: no answer is read
 };

@@ -13,11 +13,18 @@ namespace {
 constexpr int REPLY_MAX = 1024; // of at_exchange
 constexpr int QUERY_MAX = 64;   // what a query through at_exchange keeps of it
 constexpr int EUI_SIZE = 8;
+constexpr int KEY_SIZE = 16;
+constexpr char COMMAND_HEAD[] = "at+";
 
 // Up to the first NUL, where text ends.
 QByteArray text_of(const QByteArray& reply)
 {
     return QByteArray(reply.constData());
+}
+
+bool says_no(const QByteArray& reply)
+{
+    return reply.toLower().contains("err");
 }
 
 } // namespace
@@ -37,6 +44,7 @@ DorvCfg::~DorvCfg()
 void DorvCfg::command_write(const QByteArray& text)
 {
     framer->flush();
+    last_reply.clear();
     search_text.clear(); // its rest is dropped
     framer->write(text.constData(), int(text.size()));
 }
@@ -46,7 +54,25 @@ QByteArray DorvCfg::reply_read(int size)
 {
     QByteArray reply(size, '\0');
     reply.truncate(std::max(0, framer->read(reply.data(), size)));
+    last_reply = reply;
     return reply;
+}
+
+// 0 or TOOL_FAILED for a reply that fits, or doesn't; and the outcome, for which it must also be
+// whole and say no error.
+int DorvCfg::judge(bool fits, bool whole)
+{
+    last_outcome = last_reply.isEmpty()                    ? DorvOutcome::NoReply
+                   : fits && whole && !says_no(last_reply) ? DorvOutcome::Done
+                   : last_reply.startsWith(COMMAND_HEAD)   ? DorvOutcome::Echoed
+                                                           : DorvOutcome::Refused;
+    return fits ? 0 : TOOL_FAILED;
+}
+
+// The same for a reply that is a value, which no echo is, though it may look like one.
+int DorvCfg::judge_value(bool fits, bool whole)
+{
+    return judge(fits, whole && !last_reply.startsWith(COMMAND_HEAD));
 }
 
 int DorvCfg::at_exchange(const char* command, const char* expected, int match, int retries,
@@ -59,6 +85,8 @@ int DorvCfg::at_exchange(const char* command, const char* expected, int match, i
         QByteArray reply(REPLY_MAX, '\0');
         const int count = std::min(framer->read(reply.data(), REPLY_MAX), REPLY_MAX);
         reply.truncate(std::max(0, count));
+        last_reply = reply;
+        judge(false);
         if (count != 0) {
             if (count > skip && out != nullptr)
                 std::memcpy(out, reply.constData() + skip,
@@ -67,6 +95,7 @@ int DorvCfg::at_exchange(const char* command, const char* expected, int match, i
                               : match == MATCH_CONTAINS ? reply.contains(expected)
                               : match == MATCH_ECHO     ? reply == text + "\r\n" + expected
                                                         : reply == expected;
+            judge(fits);
             if (fits)
                 return count - skip;
         }
@@ -77,7 +106,11 @@ int DorvCfg::at_exchange(const char* command, const char* expected, int match, i
 
 int DorvCfg::carry_out_word(const AtCommand& command, const char* word)
 {
-    return word != nullptr ? carry_out(command, word) : TOOL_FAILED;
+    if (word != nullptr)
+        return carry_out(command, word);
+    last_reply.clear();
+    last_outcome = DorvOutcome::Unsent;
+    return TOOL_FAILED;
 }
 
 int DorvCfg::agreed(const AtCommand& command, const QByteArray& text)
@@ -88,7 +121,7 @@ int DorvCfg::agreed(const AtCommand& command, const QByteArray& text)
                    : TOOL_FAILED;
     command_write(text);
     const QByteArray reply = reply_read(command.reply_size);
-    return !reply.isEmpty() && reply.contains(command.expected) ? 0 : TOOL_FAILED;
+    return judge(!reply.isEmpty() && reply.contains(command.expected));
 }
 
 // The reply to a command without arguments; empty when there was none.
@@ -105,9 +138,14 @@ QByteArray DorvCfg::query(const AtCommand& command)
     return reply;
 }
 
+QByteArray DorvCfg::text_queried(const AtCommand& command)
+{
+    return text_of(query(command));
+}
+
 int DorvCfg::mode_is(const char* beginning)
 {
-    return query(at::MODE_GET).startsWith(beginning) ? 0 : TOOL_FAILED;
+    return judge_value(query(at::MODE_GET).startsWith(beginning));
 }
 
 int DorvCfg::devaddr_get(std::uint32_t* addr)
@@ -115,19 +153,19 @@ int DorvCfg::devaddr_get(std::uint32_t* addr)
     constexpr int SHORTEST = 3;
     const QByteArray reply = query(at::DEVADDR_GET);
     const auto value = at_address(text_of(reply));
-    if (reply.size() < SHORTEST || !value)
-        return TOOL_FAILED;
-    *addr = *value;
-    return 0;
+    const bool fits = reply.size() >= SHORTEST && value;
+    if (fits)
+        *addr = *value;
+    return judge_value(fits);
 }
 
 int DorvCfg::join_get(int* type)
 {
     const QByteArray reply = query(at::JOIN_GET);
-    if (!reply.contains("otaa") && !reply.contains("abp"))
-        return TOOL_FAILED;
-    *type = reply.contains("otaa") ? 0 : 1;
-    return 0;
+    const bool fits = reply.contains("otaa") || reply.contains("abp");
+    if (fits)
+        *type = reply.contains("otaa") ? 0 : 1;
+    return judge_value(fits);
 }
 
 int DorvCfg::class_get(int* device_class)
@@ -136,16 +174,16 @@ int DorvCfg::class_get(int* device_class)
     for (int i = 0; const char* letter = at_class(i); ++i) {
         if (reply.contains(letter)) {
             *device_class = i;
-            return 0;
+            return judge_value(true);
         }
     }
-    return TOOL_FAILED;
+    return judge_value(false);
 }
 
 int DorvCfg::heartbeat_get(std::uint16_t* first, std::uint16_t* second, std::uint16_t* third)
 {
-    const auto fields = at_fields(text_of(query(at::HEARTBEAT_GET)), 3);
-    if (fields.isEmpty())
+    const auto fields = at_fields(text_queried(at::HEARTBEAT_GET), 3);
+    if (judge_value(!fields.isEmpty()) != 0)
         return TOOL_FAILED;
     *first = at_word(fields[0]);
     *second = at_word(fields[1]);
@@ -155,8 +193,8 @@ int DorvCfg::heartbeat_get(std::uint16_t* first, std::uint16_t* second, std::uin
 
 int DorvCfg::pwrlimit_get(std::uint16_t* first, std::uint16_t* second)
 {
-    const auto fields = at_fields(text_of(query(at::PWRLIMIT_GET)), 2);
-    if (fields.isEmpty())
+    const auto fields = at_fields(text_queried(at::PWRLIMIT_GET), 2);
+    if (judge_value(!fields.isEmpty()) != 0)
         return TOOL_FAILED;
     *first = at_word(fields[0]);
     *second = at_word(fields[1]);
@@ -168,17 +206,15 @@ int DorvCfg::eui_get(const AtCommand& command, void* eui)
     const QByteArray reply = query(command);
     const bool whole = reply.size() >= 2 * EUI_SIZE &&
                        hex_to_bytes(reply.constData(), 2 * EUI_SIZE, eui, EUI_SIZE) == EUI_SIZE;
-    return whole ? 0 : TOOL_FAILED;
+    return judge_value(whole, at_key(reply.left(2 * EUI_SIZE)).size() == EUI_SIZE);
 }
 
 int DorvCfg::key_get(const AtCommand& command, void* key)
 {
     const QByteArray reply = query(command);
-    if (reply.isEmpty())
-        return TOOL_FAILED;
     const QByteArray value = at_key(text_of(reply));
     std::copy_n(value.constData(), value.size(), static_cast<char*>(key));
-    return 0;
+    return judge_value(!reply.isEmpty(), value.size() == KEY_SIZE);
 }
 
 int DorvCfg::comm_quality_get(std::uint16_t addr, float* out1, float* out2, float* out3,
@@ -186,10 +222,10 @@ int DorvCfg::comm_quality_get(std::uint16_t addr, float* out1, float* out2, floa
 {
     constexpr int AGREEMENT = 4; // "ok" and its line end, in front of the report
     command_write(at_text(at::COMM_QUALITY, addr));
-    if (!reply_read(AGREEMENT).startsWith("ok"))
+    if (judge_value(reply_read(AGREEMENT).startsWith("ok")) != 0)
         return TOOL_FAILED;
     const auto fields = at_fields(text_of(reply_read(at::COMM_QUALITY.reply_size)), 7);
-    if (fields.isEmpty())
+    if (judge_value(!fields.isEmpty()) != 0)
         return TOOL_FAILED;
     *out1 = at_float(fields[4]);
     *out2 = at_float(fields[5]);
@@ -202,7 +238,7 @@ QString DorvCfg::rssi_get(std::uint32_t addr)
 {
     command_write(at_text(at::RSSI, QString::number(addr, 16)));
     const QByteArray reply = reply_read(at::RSSI.reply_size);
-    if (!reply.contains(at::RSSI.expected))
+    if (judge_value(reply.contains(at::RSSI.expected)) != 0)
         return QStringLiteral("N/A");
     return QString::fromLatin1(text_of(reply.mid(int(qstrlen(at::RSSI.expected)))));
 }

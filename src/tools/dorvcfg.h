@@ -10,6 +10,18 @@
 class QFramer;
 class QLink;
 
+// How an operation of DorvCfg has ended.
+//
+//   Done        the reply agrees, or gave the value that was asked for
+//   Unsent      an index was out of range, and nothing was sent
+//   NoReply     nothing came in time, or the framer reported an error
+//   Echoed      the reply is a command, the one that was sent: the module's echo is on
+//   Refused     any other reply: the module says no, or what it says is no whole value
+//
+// It is stricter than what the operations return: some of these return 0 for any reply, also for an
+// error or a part of a key, and outcome() is then Refused.
+enum class DorvOutcome { Done, Unsent, NoReply, Echoed, Refused };
+
 // Each operation sends one command through the framer, once, and blocks on the caller's thread
 // until its reply has come or the link's read time-out is over. The framer must pass the command on
 // unchanged, as QFramerNull does; it isn't owned. One operation at a time on one framer.
@@ -135,7 +147,7 @@ public:
     // The quality of the radio path to the device at addr: fields 4, 5, 1 and 2 of the seven of the
     // module's report, counted from 0.
     int comm_quality_get(std::uint16_t addr, float* out1, float* out2, float* out3, float* out4);
-    // The reply behind its sixth byte, with its line end if it has one; or "N/A".
+    // What follows the sixth byte of the reply, with its line end if it has one; or "N/A".
     QString rssi_get(std::uint32_t addr);
 
     // How at_exchange compares a reply with the expected text: all of it, all that follows the
@@ -149,6 +161,11 @@ public:
     // met. Only a result of at least 1 is a success.
     int at_exchange(const char* command, const char* expected, int match, int retries,
                     void* out = nullptr, int out_size = 0);
+
+    // Of the last operation; the search is none. For the thread of the operations.
+    DorvOutcome outcome() const { return last_outcome; }
+    // The last that the module replied to it, empty for nothing: what was refused, if it was.
+    const QByteArray& reply() const { return last_reply; }
 
     // Listens, every 300 ms on the thread that owns this object, for what modules report of
     // themselves, until the layer below the framer has nothing more to give. Sends nothing.
@@ -175,10 +192,13 @@ private:
     }
     int carry_out_word(const AtCommand& command, const char* word);
     int agreed(const AtCommand& command, const QByteArray& text);
+    int judge(bool fits, bool whole = true);
+    int judge_value(bool fits, bool whole = true);
 
     void devices_emit(const QByteArray& text);
     void command_write(const QByteArray& text);
     QByteArray reply_read(int size);
+    QByteArray text_queried(const AtCommand& command);
     QByteArray query(const AtCommand& command);
     int mode_is(const char* beginning);
     int eui_get(const AtCommand& command, void* eui);
@@ -187,5 +207,7 @@ private:
     QFramer* framer = nullptr;
     QLink* link;
     QTimer* search_timer = nullptr;
+    DorvOutcome last_outcome = DorvOutcome::Done;
+    QByteArray last_reply;
     QByteArray search_text; // the beginning of a report whose rest hasn't come
 };

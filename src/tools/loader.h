@@ -11,6 +11,62 @@
 class QFramer;
 struct DeviceInfo;
 
+// How a run has ended. Each ending but None and Upgraded leaves the module in the code that it ran
+// last, and without a reboot; a later run completes what this one began.
+//
+//   ending         last box or log line                       reason
+//   None           no run has ended yet                        None
+//   Upgraded       box File sent and verified OK               None
+//   Aborted        that of the step in progress                any
+//   FileNotRead    box on the file; no upgrade_done            the four from FileNotOpened on
+//   NoInfo         box Get device infomation failed            NoReply, BadReply, ZeroSize
+//   WrongFirmware  that box, after box wrong firmware ..       None
+//   NoBootInfo     box Get device info failed after ..         NoReply, BadReply, ZeroSize
+//   NotInBoot      box device not in boot mode, try again      None
+//   SendFailed     log Firmware send failed, please retry      NoReply, BadReply, PacketRefused,
+//                                                              ShortPacket, None
+//   VerifyFailed   box File verify failed                      NoReply, BadReply, CrcDiffers
+enum class LoaderEnding {
+    None,
+    Upgraded,
+    Aborted, // abort() was called, wherever in the run that fell
+    FileNotRead,
+    NoInfo,
+    WrongFirmware,
+    NoBootInfo,
+    NotInBoot,
+    SendFailed,
+    VerifyFailed,
+};
+
+// What went wrong in the last exchange with the module, or with the file.
+enum class LoaderReason {
+    None,          // nothing; or no attempt was allowed, with a retry_count of 0
+    NoReply,       // nothing came in time, or less than a reply
+    BadReply,      // a reply to something else
+    ZeroSize,      // the information record has a page size or an MTU of 0
+    ShortPacket,   // pack_len is below 4
+    PacketRefused, // the module refused a data packet
+    CrcDiffers,    // the module holds something else than the file
+    FileNotOpened,
+    FileTooLarge,
+    NoMemory,
+    FileCutShort, // it gave less than its size
+};
+
+struct LoaderOutcome
+{
+    LoaderEnding ending = LoaderEnding::None;
+    LoaderReason reason = LoaderReason::None;
+    QString module_name;        // as the module reports it; may be empty
+    std::uint32_t offset = 0;   // in the file, of the packet that was sent last
+    std::uint32_t refusals = 0; // of that packet by the module
+};
+
+// The parts of a run that take time.
+enum class LoaderPhase { EnterBoot, Send, Verify };
+Q_DECLARE_METATYPE(LoaderPhase)
+
 // A run reads the file into memory, walks it by ROM pages, sends only those whose CRC differs, has
 // the whole file verified and reboots the module. The dialogue is in bootdialogue.h.
 //
@@ -58,13 +114,17 @@ public:
     int packet_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
     int packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n);
     // True on an abort too: block_verify_retry, which comes next, then refuses. The information
-    // record, which tells page size and MTU, comes before these two.
+    // record, which has page size and MTU, comes before these two.
     bool block_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
                     std::uint32_t total);
     bool file_send(const std::uint8_t* data, std::uint32_t size);
     int block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t size, bool final);
     int block_verify_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t size,
                            bool final);
+
+    // Of the last run. From its upgrade_done on, in a slot that is connected directly; else after
+    // its end. A new run clears it.
+    const LoaderOutcome& outcome() const { return last; }
 
 public slots:
     void abort();
@@ -75,7 +135,7 @@ public slots:
     // Attempts for each packet and each verify; the information exchange makes one more. At 0
     // no page is checked or sent.
     void retry_count_set(uint retry);
-    // Pause behind each data packet and each failed information or verify attempt.
+    // Pause after each data packet and each failed information or verify attempt.
     void send_interval_set(uint ms);
     // Pause between the command to enter boot mode and the next information request.
     void reset_wait_ms_set(uint ms);
@@ -93,8 +153,9 @@ signals:
     void upgrade_started(int file_size);
     // At the start with 0, then once a page with its offset: never the full size.
     void upgrade_progress(int file_size, int file_sent);
-    // The last signal of a run whose file was read, whatever became of it.
+    // The last signal of a run whose file was read; outcome() is what became of it.
     void upgrade_done();
+    void phase_begun(LoaderPhase phase);
     // After each information exchange: what runs on the device, or "N/A".
     void dev_soft_info_set(QString info);
     // After each information exchange: opaque bytes that are good only while the signal is
@@ -109,8 +170,8 @@ protected:
 
 private:
     std::optional<std::uint32_t> file_read(std::unique_ptr<std::uint8_t[]>* content);
-    void upgrade(const std::uint8_t* data, std::uint32_t size);
-    bool boot_reach();
+    LoaderEnding upgrade(const std::uint8_t* data, std::uint32_t size);
+    LoaderEnding boot_reach();
 
     void request_send(const QByteArray& request);
     int status_get(const QByteArray& request, std::uint32_t wait_ms);
@@ -132,9 +193,10 @@ private:
     std::uint32_t verify_wait_ms = 500; // a CRC over the whole flash
     bool dev_in_boot = false;
     // Of this run:
+    LoaderOutcome last;
     bool reply_missed = false; // an answer may still be on its way
     bool stray_seen = false;   // an answer to another request came: replies are doubled or late
     int careful_requests = 0;  // so many requests to come wait for silence first
-    qint64 slowest_check_ms = 0;
+    std::int64_t slowest_check_ms = 0;
     std::atomic<bool> abort_flag{false};
 };

@@ -44,15 +44,18 @@ int Loader::status_get(const QByteArray& request, std::uint32_t wait_ms)
     const int count = framer->read(reinterpret_cast<char*>(reply), BOOT_STATUS_SIZE);
     if (count != BOOT_STATUS_SIZE) {
         reply_miss();
+        last.reason = LoaderReason::NoReply;
         return TOOL_NO_REPLY;
     }
     if (reply[0] != std::uint8_t(request[0])) {
         reply_miss();
         stray_seen = true;
+        last.reason = LoaderReason::BadReply;
         return TOOL_BAD_REPLY;
     }
     if (reply[0] == BOOT_VERIFY)
-        slowest_check_ms = std::max(slowest_check_ms, clock.elapsed());
+        slowest_check_ms = std::max(slowest_check_ms, std::int64_t(clock.elapsed()));
+    last.reason = LoaderReason::None;
     return reply[1];
 }
 
@@ -68,8 +71,8 @@ void Loader::reply_miss()
 // What is on its way arrives within the time that an exchange takes, on a slow line too.
 std::uint32_t Loader::quiet_ms() const
 {
-    constexpr qint64 LEAST_MS = 10; // more than the systems at both ends hold bytes back
-    constexpr qint64 MOST_MS = 1000;
+    constexpr std::int64_t LEAST_MS = 10; // more than the systems at both ends hold bytes back
+    constexpr std::int64_t MOST_MS = 1000;
     return std::uint32_t(std::clamp(slowest_check_ms, LEAST_MS, MOST_MS));
 }
 
@@ -106,10 +109,12 @@ int Loader::info_refusal(const std::uint8_t* reply, int size)
 {
     if (size < BOOT_INFO_MIN) {
         emit log(tr("ldr: get device infomation failed, error or no reply"));
+        last.reason = LoaderReason::NoReply;
         return TOOL_NO_REPLY;
     }
     if (reply[0] != BOOT_INFO) {
         emit log(tr("ldr: get devie information failed, invalid reply"));
+        last.reason = LoaderReason::BadReply;
         return TOOL_BAD_REPLY;
     }
     const DeviceInfo info = device_info(reply, size);
@@ -117,11 +122,13 @@ int Loader::info_refusal(const std::uint8_t* reply, int size)
         zero_report(info.rom_page_size, info.mtu);
         return TOOL_BAD_REPLY;
     }
+    last.reason = LoaderReason::None;
     return 0;
 }
 
 void Loader::zero_report(std::uint32_t page_size, std::uint32_t mtu)
 {
+    last.reason = LoaderReason::ZeroSize;
     emit log(
         tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0").arg(page_size).arg(mtu));
 }
@@ -129,6 +136,7 @@ void Loader::zero_report(std::uint32_t page_size, std::uint32_t mtu)
 int Loader::firmware_check(const QString& module_name)
 {
     emit log(tr("ldr: module name: ") + module_name);
+    last.module_name = module_name;
     const QString file_name = filename.mid(filename.lastIndexOf('/') + 1);
     if (!file_name.isEmpty() && !firmware_fits(file_name, module_name)) {
         emit log(tr("ldr: wrong firmware (%1) for module (%2) !!").arg(file_name, module_name));
@@ -182,12 +190,18 @@ int Loader::packet_send(const std::uint8_t* data, std::uint32_t offset, std::uin
         return TOOL_NO_REPLY;
     }
     emit log(tr("ldr: data sent, packet was broken at receiver"));
+    if (status > 0) {
+        last.reason = LoaderReason::PacketRefused;
+        ++last.refusals;
+    }
     return TOOL_REFUSED;
 }
 
 int Loader::packet_send_retry(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n)
 {
     int result = 0;
+    last.offset = offset;
+    last.refusals = 0;
     for (std::uint32_t attempt = 0; attempt < retry_count; ++attempt) {
         if (abort_flag) {
             emit log(tr("ldr: packet transfer aborted!"));
@@ -211,6 +225,7 @@ bool Loader::block_send(const std::uint8_t* data, std::uint32_t offset, std::uin
         }
         if (mtu == 0) {
             emit log(tr("ldr: packet length below 4 bytes, please set a larger one"));
+            last.reason = LoaderReason::ShortPacket;
             return false;
         }
         const std::uint32_t n = std::min(mtu, size - sent);
@@ -250,6 +265,7 @@ int Loader::block_verify(std::uint32_t crc, std::uint32_t offset, std::uint32_t 
     const QString text = final ? tr("ldr: block(offset=%1, size=%2) CRC not match, please retry")
                                : tr("ldr: block(offset=%1, size=%2) updating ...");
     emit log(text.arg(offset).arg(size));
+    last.reason = final ? LoaderReason::CrcDiffers : LoaderReason::None;
     return BLOCK_DIFFERS;
 }
 

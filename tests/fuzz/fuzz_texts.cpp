@@ -2,8 +2,7 @@
 // text.
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
-#include "cli/failure.h"
-#include "cli/stackspec.h"
+#include "cli/stacktext.h"
 #include "fuzzing.h"
 #include "terminal/rowtable.h"
 #include "terminal/sendtext.h"
@@ -24,19 +23,22 @@ void typed(const QByteArray& text)
     }
 }
 
-// A mistake lies in the text, or just behind it.
-template <typename Value> bool holds(const QString& text, const Parsed<Value>& parsed)
+// What parse(text) returns; nothing for a mistake, which lies in the text or right after it.
+template <typename Parse> auto parsed(const QString& text, Parse parse)
 {
-    if (!parsed.error)
-        return true;
-    const auto& [message, column, length] = *parsed.error;
-    require(!message.isEmpty() && column >= 0 && column <= text.size() && length >= 1);
-    require(column + length <= qMax(text.size(), column + 1));
-    require(pointed_at(text, *parsed.error).contains('^'));
-    return false;
+    std::optional<decltype(parse(text))> value;
+    try {
+        value = parse(text);
+    } catch (const TextError& error) {
+        const auto& [message, column, length] = error;
+        require(!message.isEmpty() && column >= 0 && column <= text.size() && length >= 1);
+        require(column + length <= qMax(text.size(), column + 1));
+        require(pointed_at(text, error).contains('^'));
+    }
+    return value;
 }
 
-void check_link(const QString& text, const LinkSpec& link)
+void check_link(const QString& text, const LinkDescription& link)
 {
     const bool serial = link.kind == LinkKind::Serial;
     require(text.contains(serial ? link.port : link.host));
@@ -53,30 +55,32 @@ void stack(const QByteArray& input)
     const QString text = QString::fromUtf8(input);
     const QString link_text = text.section('\n', 0, 0);
     const QString framers_text = text.section('\n', 1);
-    const Parsed<LinkSpec> link = parse_link(link_text);
-    if (holds(link_text, link))
-        check_link(link_text, link.value);
-    const Parsed<FramerSpecs> framers = parse_framers(framers_text);
-    if (!holds(framers_text, framers))
+    const auto link = parsed(link_text, parse_link);
+    if (link)
+        check_link(link_text, *link);
+    const auto framers = parsed(framers_text, parse_framers);
+    if (!framers)
         return;
-    require(framers.value.size() == framers_text.count('+') + 1);
-    for (const FramerSpec& framer : framers.value)
+    require(framers->size() == framers_text.count('+') + 1);
+    for (const FramerDescription& framer : *framers)
         require(framer.number <= 0xFFFF && framer.prefix.size() <= 16);
-    holds(framers_text, Parsed<int>{0, find_misfit(link.value, framers.value)});
+    parsed(framers_text, [&](const Piece&) {
+        check_fit(link.value_or(LinkDescription()), *framers);
+        return true;
+    });
 }
 
 // The text as each of the others; as a module's values it is a setting's name and a word a line.
 void arguments(const QByteArray& input)
 {
     const QString text = QString::fromUtf8(input);
-    holds(text, parse_hex_bytes(text));
-    holds(text, parse_cnet_address(text));
-    const Parsed<quint32> channels = parse_number_mask(text, 9, 30);
-    if (holds(text, channels))
-        require(channels.value >= 1 && channels.value < 1u << 22);
-    const Parsed<CnetWord> word = parse_cnet_word(text);
-    if (holds(text, word))
-        require(word.value.index >= 0 && word.value.index <= 12 && word.value.bytes.size() == 4);
+    parsed(text, parse_hex_bytes);
+    parsed(text, parse_cnet_address);
+    const auto channels =
+        parsed(text, [](const Piece& piece) { return parse_number_mask(piece, 9, 30); });
+    require(!channels || (*channels >= 1 && *channels < 1u << 22));
+    const auto word = parsed(text, parse_cnet_word);
+    require(!word || (word->index >= 0 && word->index <= 12 && word->bytes.size() == 4));
     const DorvSetting* const setting = find_dorv_setting(text.section('\n', 0, 0));
     if (!setting)
         return;

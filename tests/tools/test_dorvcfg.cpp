@@ -19,7 +19,7 @@ struct Module
     DorvCfg cfg{nullptr};
 };
 
-enum Yes { ANY_REPLY, OK, OK_LINE, NEVER };
+enum Yes { NO_REPLY, ANY_REPLY, OK, OK_LINE, NEVER };
 
 struct Command
 {
@@ -31,62 +31,56 @@ struct Command
 const char EUI[] = "\x00\xFF\x0A\xB0\x01\x23\x45\x67";
 const char KEY[] = "\x00\xFF\x0A\xB0\x01\x23\x45\x67\x89\xAB\xCD\xEF\xFE\xDC\xBA\x98";
 
+using D = DorvCfg;
+
+// A command that goes out as the text and takes this for a yes, with these arguments.
+template <typename... Parameters, typename... Arguments>
+Command takes(Yes yes, const char* text, int (D::*set)(Parameters...), Arguments... arguments)
+{
+    return {[=](D& cfg) { return (cfg.*set)(static_cast<Parameters>(arguments)...); },
+            text + QByteArray(1, '\r'), yes};
+}
+
+// One of a number, at its largest.
+template <typename Number> Command number(int (D::*set)(Number), const char* name)
+{
+    constexpr Number most = std::numeric_limits<Number>::max();
+    const QByteArray text = QByteArray("at+") + name + '=' + QByteArray::number(qint64(most));
+    return takes(OK_LINE, text.constData(), set, most);
+}
+
 // clang-format off
-const Command COMMANDS[] = {
-    {[](DorvCfg& c) { return c.echo_off(); }, "at+echo=off\r", ANY_REPLY},
-    {[](DorvCfg& c) { return c.module_reboot(); }, "at+reboot\r", OK},
-    {[](DorvCfg& c) { return c.factory_reset(); }, "at+def\r", OK},
-    {[](DorvCfg& c) { return c.command_mode_enter(); }, "+++\r", OK},
-    {[](DorvCfg& c) { return c.mode_radio_set(); }, "at+mode=radio\r", ANY_REPLY},
-    {[](DorvCfg& c) { return c.mode_pmac_set(); }, "at+mode=pmac\r", ANY_REPLY},
-    {[](DorvCfg& c) { return c.mode_mac_set(); }, "at+mode=mac\r", ANY_REPLY},
-    {[](DorvCfg& c) { return c.freq_set(0xFFFFFFFF); }, "at+freq=4294967295\r", OK_LINE},
-    {[](DorvCfg& c) { return c.sf_set(255); }, "at+sf=255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.bw_set(0); }, "at+bw=7.8\r", OK_LINE},
-    {[](DorvCfg& c) { return c.bw_set(9); }, "at+bw=500\r", OK_LINE},
-    {[](DorvCfg& c) { return c.cr_set(3); }, "at+cr=4/8\r", OK_LINE},
-    {[](DorvCfg& c) { return c.pwr_set(255); }, "at+pwr=255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.txprlen_set(65535); }, "at+txprlen=65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.rxprlen_set(65535); }, "at+rxprlen=65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.radio_rx_off(); }, "at+radiorx=0\r", OK},
-    {[](DorvCfg& c) { return c.rxfmt_hex_set(); }, "at+rxfmt=hex\r", OK},
-    {[](DorvCfg& c) { return c.rxfmt_set(0); }, "at+rxfmt=raw\r", OK},
-    {[](DorvCfg& c) { return c.uartcfg_set(0xFFFFFFFF, 255, 2, 255); }, "at+uartcfg=4294967295,255,e,255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.uartcfg_set(0, 0, 1, 0); }, "at+uartcfg=0,0,n,0\r", OK_LINE},
-    {[](DorvCfg& c) { return c.uartpack_set(0, 65535); }, "at+uartpack=0,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.irq_set(2, 65535); }, "at+irq=wdo,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.irq_set(1, 0); }, "at+irq=rise,0\r", OK_LINE},
-    {[](DorvCfg& c) { return c.sleep_set(2, 65535, -1, 7); }, "at+sleep=deep,65535,level,low\r", OK_LINE},
-    {[](DorvCfg& c) { return c.sleep_set(1, 0, 0, 65535); }, "at+sleep=off,0,timeout,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.devaddr_set(0xFFFFFFFF); }, "at+devaddr=0xffffffff\r", OK},
-    {[](DorvCfg& c) { return c.join_set(0, 0); }, "at+join=otaa,0\r", OK},
-    {[](DorvCfg& c) { return c.join_set(-1, 65535); }, "at+join=abp,65535\r", OK},
-    {[](DorvCfg& c) { return c.class_set(2); }, "at+class=c\r", OK},
-    {[](DorvCfg& c) { return c.transcnf_set(1); }, "at+transcnf=cnf\r", OK_LINE},
-    {[](DorvCfg& c) { return c.transcnf_set(255); }, "at+transcnf=uncnf\r", OK_LINE},
-    {[](DorvCfg& c) { return c.transfport_set(255); }, "at+transfport=255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.pwrid_set(-128); }, "at+pwrid=-128\r", OK_LINE},
-    {[](DorvCfg& c) { return c.dr_set(255); }, "at+dr=255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.retx_set(255); }, "at+retx=255\r", OK_LINE},
-    {[](DorvCfg& c) { return c.adr_set(1); }, "at+adr=on\r", OK_LINE},
-    {[](DorvCfg& c) { return c.adr_set(2); }, "at+adr=off\r", OK_LINE},
-    {[](DorvCfg& c) { return c.joinadr_set(1); }, "at+joinadr=on\r", OK_LINE},
-    {[](DorvCfg& c) { return c.joinadr_set(0); }, "at+joinadr=off\r", OK_LINE},
-    {[](DorvCfg& c) { return c.linkchk_set(0, 1, 65535); }, "at+linkchk=0,1,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.ch_set(255, 0xFFFFFFFF); }, "at+ch=255,4294967295,1,5\r", OK_LINE},
-    {[](DorvCfg& c) { return c.level_set(0xFFFFFFFF); }, "at+level=4294967295\r", OK_LINE},
-    {[](DorvCfg& c) { return c.heartbeat_set(0, 1, 65535); }, "at+heartbeat=0,1,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.pwrlimit_set(0, 65535); }, "at+pwrlimit=0,65535\r", OK_LINE},
-    {[](DorvCfg& c) { return c.deveui_set(EUI); }, "at+deveui=00FF0AB001234567\r", OK},
-    {[](DorvCfg& c) { return c.appeui_set(EUI); }, "at+appeui=00FF0AB001234567\r", OK},
-    {[](DorvCfg& c) { return c.appkey_set(KEY); }, "at+appkey=00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
-    {[](DorvCfg& c) { return c.appskey_set(KEY); }, "at+appskey=abp,00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
-    {[](DorvCfg& c) { return c.nwkskey_set(KEY); }, "at+nwkskey=abp,00FF0AB00123456789ABCDEFFEDCBA98\r", OK_LINE},
-    // An index out of range
-    {[](DorvCfg& c) { return c.rxfmt_set(2); }, "", NEVER},
-    {[](DorvCfg& c) { return c.class_set(3); }, "", NEVER},
-    {[](DorvCfg& c) { return c.bw_set(10); }, "", NEVER},
-    {[](DorvCfg& c) { return c.cr_set(4); }, "", NEVER},
+const std::vector<Command> COMMANDS = {
+    number(&D::freq_set, "freq"), number(&D::sf_set, "sf"), number(&D::pwr_set, "pwr"),
+    number(&D::txprlen_set, "txprlen"), number(&D::rxprlen_set, "rxprlen"),
+    number(&D::transfport_set, "transfport"), number(&D::pwrid_set, "pwrid"), number(&D::dr_set, "dr"),
+    number(&D::retx_set, "retx"), number(&D::level_set, "level"), takes(ANY_REPLY, "at+echo=off", &D::echo_off),
+    takes(OK, "at+reboot", &D::module_reboot), takes(OK, "at+def", &D::factory_reset),
+    takes(OK, "+++", &D::command_mode_enter), takes(ANY_REPLY, "at+mode=radio", &D::mode_radio_set),
+    takes(ANY_REPLY, "at+mode=pmac", &D::mode_pmac_set), takes(ANY_REPLY, "at+mode=mac", &D::mode_mac_set),
+    takes(OK_LINE, "at+bw=500", &D::bw_set, 9), takes(OK_LINE, "at+cr=4/8", &D::cr_set, 3),
+    takes(OK, "at+radiorx=0", &D::radio_rx_off), takes(OK, "at+rxfmt=hex", &D::rxfmt_hex_set),
+    takes(OK_LINE, "at+uartcfg=4294967295,255,e,255", &D::uartcfg_set, 0xFFFFFFFF, 255, 2, 255),
+    takes(OK_LINE, "at+uartcfg=0,0,n,0", &D::uartcfg_set, 0, 0, 1, 0),
+    takes(OK_LINE, "at+uartpack=0,65535", &D::uartpack_set, 0, 65535),
+    takes(OK_LINE, "at+irq=wdo,65535", &D::irq_set, 2, 65535), takes(OK_LINE, "at+irq=rise,0", &D::irq_set, 1, 0),
+    takes(OK_LINE, "at+sleep=deep,65535,level,low", &D::sleep_set, 2, 65535, -1, 7),
+    takes(OK_LINE, "at+sleep=off,0,timeout,65535", &D::sleep_set, 1, 0, 0, 65535),
+    takes(OK, "at+devaddr=0xffffffff", &D::devaddr_set, 0xFFFFFFFF),
+    takes(OK, "at+join=otaa,0", &D::join_set, 0, 0), takes(OK, "at+join=abp,65535", &D::join_set, -1, 65535),
+    takes(OK, "at+class=c", &D::class_set, 2), takes(OK_LINE, "at+transcnf=uncnf", &D::transcnf_set, 255),
+    takes(OK_LINE, "at+transcnf=cnf", &D::transcnf_set, 1), takes(OK_LINE, "at+joinadr=on", &D::joinadr_set, 1),
+    takes(OK_LINE, "at+adr=off", &D::adr_set, 2),
+    takes(OK_LINE, "at+linkchk=0,1,65535", &D::linkchk_set, 0, 1, 65535),
+    takes(OK_LINE, "at+ch=255,4294967295,1,5", &D::ch_set, 255, 0xFFFFFFFF),
+    takes(OK_LINE, "at+heartbeat=0,1,65535", &D::heartbeat_set, 0, 1, 65535),
+    takes(OK_LINE, "at+pwrlimit=0,65535", &D::pwrlimit_set, 0, 65535),
+    takes(OK, "at+deveui=00FF0AB001234567", &D::deveui_set, EUI),
+    takes(OK, "at+appeui=00FF0AB001234567", &D::appeui_set, EUI),
+    takes(OK_LINE, "at+appkey=00FF0AB00123456789ABCDEFFEDCBA98", &D::appkey_set, KEY),
+    takes(OK_LINE, "at+appskey=abp,00FF0AB00123456789ABCDEFFEDCBA98", &D::appskey_set, KEY),
+    takes(OK_LINE, "at+nwkskey=abp,00FF0AB00123456789ABCDEFFEDCBA98", &D::nwkskey_set, KEY),
+    takes(NEVER, "", &D::class_set, -1), takes(NEVER, "", &D::rxfmt_set, 2),
 };
 // clang-format on
 
@@ -98,24 +92,28 @@ TEST(DorvCommands, GoOutOnceAndTakeTheirOwnYesOnly)
     {
         QByteArray bytes;
         Yes yes;
-    } replies[] = {{"error\r\n", ANY_REPLY},
-                   {"OK\r\n", ANY_REPLY},
-                   {"ok", OK},
-                   {"ok\r\n", OK_LINE},
-                   {"\r\nok\r\n", OK_LINE}};
+        DorvOutcome outcome; // of a command that takes it for a yes
+    } replies[] = {{"", NO_REPLY, DorvOutcome::NoReply},
+                   {"error\r\n", ANY_REPLY, DorvOutcome::Refused},
+                   {"OK\r\n", ANY_REPLY, DorvOutcome::Done},
+                   {"ok", OK, DorvOutcome::Done},
+                   {"\r\nok\r\n", OK_LINE, DorvOutcome::Done}};
     for (const Command& command : COMMANDS) {
         SCOPED_TRACE(command.bytes.toStdString());
-        const QByteArrayList sent =
-            command.yes == NEVER ? QByteArrayList() : QByteArrayList{command.bytes};
+        const bool sent = command.yes != NEVER;
         for (const auto& reply : replies) {
             Module module;
             module.link.arrive("ok\r\n"); // to an earlier command: dropped
             module.link.reply(reply.bytes);
-            EXPECT_EQ(command.call(module.cfg), command.yes <= reply.yes ? 0 : -1);
-            EXPECT_EQ(module.link.written, sent);
+            const bool yes = command.yes <= reply.yes;
+            EXPECT_EQ(command.call(module.cfg), yes ? 0 : -1);
+            EXPECT_EQ(module.link.written, sent ? QByteArrayList{command.bytes} : QByteArrayList());
+            const DorvOutcome expected = !sent                          ? DorvOutcome::Unsent
+                                         : yes || reply.bytes.isEmpty() ? reply.outcome
+                                                                        : DorvOutcome::Refused;
+            EXPECT_EQ(int(module.cfg.outcome()), int(expected)) << reply.bytes.toStdString();
+            EXPECT_EQ(module.cfg.reply(), sent ? reply.bytes : QByteArray());
         }
-        Module silent;
-        EXPECT_EQ(command.call(silent.cfg), -1);
     }
 }
 
@@ -134,7 +132,6 @@ TEST(DorvExchange, ComparesAndRepeatsAsTold)
         {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", "an ok"}, 5, 3, "an o"},
         {DorvCfg::MATCH_CONTAINS, "ok", {"x", "", ""}, -3, 3, "x"},
         {DorvCfg::MATCH_CONTAINS, "ok", {"", "", "y"}, -4, 3, "y"},
-        {DorvCfg::MATCH_CONTAINS, nullptr, {"x"}, 1, 1, "x"},
         {DorvCfg::MATCH_EQUAL, "ok", {"oko", "ok"}, 2, 2, "oko"},
         {DorvCfg::MATCH_ECHO, "ok", {"ok", "at\r\r\nok"}, 2, 2, "ok"},
         {DorvCfg::MATCH_ECHO, "ok", {"at\r\r\nokk", "at\r\r", "x"}, -4, 3, "okk"},
@@ -194,7 +191,7 @@ QString quality(DorvCfg& cfg)
 // clang-format off
 std::vector<Query> queries()
 {
-    using D = DorvCfg;
+    using U16 = std::uint16_t;
     const auto euis = {std::pair<QByteArray, QString>
         {"00ff0ab001234567\r\nok\r\n", "00ff0ab001234567"},
         {"00FF0AB001234567", "00ff0ab001234567"}, {"00FF0AB00123456", "-"}};
@@ -208,20 +205,20 @@ std::vector<Query> queries()
         {[](D& c) { return shown(c.mode_is_radio(), "yes"); }, "at+mode=?\r",
          {{"radio\r\n", "yes"}, {"mac\r\n", "-"}, {" radio", "-"}}},
         {[](D& c) { return shown(c.mode_is_pmac(), "yes"); }, "at+mode=?\r",
-         {{"pmac\r\n", "yes"}, {"mac\r\n", "-"}}},
+         {{"pmac\r\n", "yes"}}},
         {[](D& c) { return shown(c.mode_is_mac(), "yes"); }, "at+mode=?\r",
          {{"mac", "yes"}, {"ma", "-"}, {"pmac", "-"}}},
         {numbers<&D::devaddr_get, std::uint32_t>, "at+devaddr=?\r",
          {{"0x1Ab\r\nok\r\n", "427"}, {"ffffffff", "4294967295"}, {"12", "-"}, {"100000000", "-"},
-          {"0x\r\n", "-"}, {"+error\r\n", "-"}, {"-12\r\n", "-"}, {"0x1fok", "31"}, {" 12,3", "18"}}},
+          {"0x\r\n", "-"}, {"-12\r\n", "-"}, {"0x1fok", "31"}, {" 12,3", "18"}}},
         {numbers<&D::join_get, int>, "at+join=?\r",
          {{"otaa,1\r\n", "0"}, {"abp\r\n", "1"}, {"abp otaa", "0"}, {"error", "-"}}},
         {numbers<&D::class_get, int>, "at+class=?\r",
-         {{"a\r\n", "0"}, {"b\r\n", "1"}, {"c", "2"}, {"cba", "0"}, {"ok", "-"}}},
-        {numbers<&D::heartbeat_get, quint16, quint16, quint16>, "at+heartbeat=?\r",
+         {{"at+class=?\r\r\nb", "0"}, {"b\r\n", "1"}, {"c", "2"}, {"cba", "0"}, {"ok", "-"}}},
+        {numbers<&D::heartbeat_get, U16, U16, U16>, "at+heartbeat=?\r",
          {{"1,2.9,65535\r\nok\r\n", "1 2 65535"}, {" +7,-1,70000", "7 0 65535"},
           {"x,,nan", "0 0 0"}, {"1,2", "-"}, {"1,2,3,4", "-"}}},
-        {numbers<&D::pwrlimit_get, quint16, quint16>, "at+pwrlimit=?\r",
+        {numbers<&D::pwrlimit_get, U16, U16>, "at+pwrlimit=?\r",
          {{"3,20\r\n", "3 20"}, {"3", "-"}, {"3,4,5", "-"}}},
         {bytes<&D::deveui_get, 8>, "at+deveui=?\r", euis},
         {bytes<&D::appeui_get, 8>, "at+appeui=?\r", euis},
@@ -230,7 +227,7 @@ std::vector<Query> queries()
         {bytes<&D::nwkskey_get, 16>, "at+nwkskey=?abp,xyz.quendal.zz\r", keys},
         {quality, "at+pmactx=ucast,65535,communication quality\r",
          {{"ok\r\n+q,-1.5,2,x,4.25,-120,z\r\n", "4.25 -120 -1.5 2"}, {"ok\r\n0,1,2,3,4,5", "-"},
-          {"ok\r\n0,1,2,3,4,5,6,7", "-"}, {"ok\r\n", "-"}, {"no\r\n0,1,2,3,4,5,6", "-"}}},
+          {"ok\r\n0,1,2,3,4,5,6,7", "-"}, {"no\r\n0,1,2,3,4,5,6", "-"}}},
         {[](D& c) { return c.rssi_get(0xFFFFFFFF).replace("N/A", "-"); }, "at+rssi=0xffffffff\r",
          {{"+rssi,-97\r\n", "-97\r\n"}, {"+rssi,", ""}, {"rssi,-97", "-"}}},
     };
@@ -244,10 +241,16 @@ TEST(DorvQueries, SendTheirCommandAndReadTheReply)
     for (const Query& query : queries()) {
         Module module;
         EXPECT_EQ(query.ask(module.cfg), "-");
+        EXPECT_EQ(int(module.cfg.outcome()), int(DorvOutcome::NoReply));
         EXPECT_EQ(module.link.written, QByteArrayList{query.command});
         for (const auto& [reply, value] : query.answers) {
             module.link.reply(reply);
             EXPECT_EQ(query.ask(module.cfg), value) << (query.command + reply).toStdString();
+            const bool partial = value == "-" || value.endsWith("ee");
+            EXPECT_EQ(int(module.cfg.outcome()), int(reply.startsWith("at+") ? DorvOutcome::Echoed
+                                                     : partial               ? DorvOutcome::Refused
+                                                                             : DorvOutcome::Done))
+                << reply.toStdString();
         }
     }
 }
@@ -276,7 +279,6 @@ TEST(DorvSearch, ListensBelowItsFramerUntilNothingComesAndHoldsNoEventLoop)
     QFramerRwlt framer(&lower); // no report has its markers
     DorvCfg cfg(nullptr);
     cfg.framer_set(&framer);
-    QSignalSpy started(&cfg, &DorvCfg::search_started);
     QSignalSpy progress(&cfg, &DorvCfg::search_progress);
     QSignalSpy found(&cfg, &DorvCfg::dev_found);
     QSignalSpy finished(&cfg, &DorvCfg::search_finished);
@@ -293,9 +295,7 @@ TEST(DorvSearch, ListensBelowItsFramerUntilNothingComesAndHoldsNoEventLoop)
         link.arrive(QByteArray(row.chatter, '.') + "\r\n+devfound,1234,-97" + row.end);
         EXPECT_EQ(cfg.search_start(1), 0);
         ASSERT_TRUE(wait_until([&] { return !finished.isEmpty(); }));
-        EXPECT_EQ(started.takeFirst(), QVariantList{100});
         EXPECT_EQ(progress.size(), row.ticks);
-        EXPECT_EQ(progress[0], (QVariantList{50, 0, 0}));
         ASSERT_EQ(found.size(), 1);
         EXPECT_EQ(found.takeFirst(), (QVariantList{0, 0, "1234,-97"}));
         EXPECT_TRUE(link.written.isEmpty());

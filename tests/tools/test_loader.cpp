@@ -123,12 +123,13 @@ TEST(Loader, RefusesFilesThatItCannotReadWhole)
     {
         QString path;
         const char* box;
+        LoaderReason reason;
     } rows[] = {
-        {dir.filePath("M1_absent.bin"), "^box Open file failed$"},
-        {"/dev/null", "^box Open file failed$"},
-        {sparse.fileName(),
-         "^box File too large \\(2147483648 bytes\\), 2147483647 bytes at most$"},
-        {sized_4096, "^box Read file failed \\(\\d+ of 4096 bytes\\)$"},
+        {dir.filePath("M1_absent.bin"), "^box Open file failed$", LoaderReason::FileNotOpened},
+        {"/dev/null", "^box Open file failed$", LoaderReason::FileNotOpened},
+        {sparse.fileName(), "^box File too large \\(2147483648 bytes\\), 2147483647 bytes at most$",
+         LoaderReason::FileTooLarge},
+        {sized_4096, "^box Read file failed \\(\\d+ of 4096 bytes\\)$", LoaderReason::FileCutShort},
     };
     Bench bench;
     for (const auto& row : rows) {
@@ -138,6 +139,8 @@ TEST(Loader, RefusesFilesThatItCannotReadWhole)
         const QStringList lines = bench.run();
         EXPECT_EQ(lines.size(), 2);
         EXPECT_EQ(lines.filter(QRegularExpression(row.box)).size(), 1) << row.box;
+        EXPECT_EQ(int(bench.loader.outcome().ending), int(LoaderEnding::FileNotRead));
+        EXPECT_EQ(int(bench.loader.outcome().reason), int(row.reason));
     }
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need the address space
     ASSERT_TRUE(sparse.resize(0x7FFFFFFF));

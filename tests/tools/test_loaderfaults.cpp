@@ -23,6 +23,8 @@ std::function<QByteArray(const QByteArray&)> spoil(char letter, const QByteArray
 
 TEST(LoaderFaults, EndEachRunWithItsReasonAfterItsRetriesAndWithoutReboot)
 {
+    using E = LoaderEnding;
+    using R = LoaderReason;
     const QString no_info = "box Get device infomation failed";
     const QString no_record = "ldr: get device infomation failed, error or no reply";
     const QString zero = "ldr: device ROM page size %1B, MTU %2B: neither may be 0";
@@ -32,51 +34,65 @@ TEST(LoaderFaults, EndEachRunWithItsReasonAfterItsRetriesAndWithoutReboot)
     {
         std::function<void(Bench&)> prepare;
         const char* letters; // of the requests, in order
-        QString reason;      // somewhere
-        QString end;         // in front of the total time line
+        QString line;        // somewhere
+        QString end;         // before the total time line
+        LoaderEnding ending;
+        LoaderReason reason;
     } rows[] = {
-        {[](Bench& b) { b.fault = spoil('a', "a0123456789"); }, "aaa", no_record, no_info},
+        {[](Bench& b) { b.fault = spoil('a', "a0123456789"); }, "aaa", no_record, no_info,
+         E::NoInfo, R::NoReply},
         {[](Bench& b) { b.fault = spoil('a', "b01234567890"); }, "aaa",
-         "ldr: get devie information failed, invalid reply", no_info},
-        {[](Bench& b) { b.settings.page = 0; }, "aaa", zero.arg(0).arg(1024), no_info},
-        {[](Bench& b) { b.settings.mtu = 0; }, "aaa", zero.arg(4096).arg(0), no_info},
+         "ldr: get devie information failed, invalid reply", no_info, E::NoInfo, R::BadReply},
+        {[](Bench& b) { b.settings.page = 0; }, "aaa", zero.arg(0).arg(1024), no_info, E::NoInfo,
+         R::ZeroSize},
+        {[](Bench& b) { b.settings.mtu = 0; }, "aaa", zero.arg(4096).arg(0), no_info, E::NoInfo,
+         R::ZeroSize},
         {[](Bench& b) { b.loader.pack_len_set(3); }, "abad",
-         "ldr: packet length below 4 bytes, please set a larger one", send_failed},
+         "ldr: packet length below 4 bytes, please set a larger one", send_failed, E::SendFailed,
+         R::ShortPacket},
         {[](Bench& b) { b.settings.name = "M2%1"; }, "a",
          "box wrong firmware (M1_1.bin)\nfor module     (M2%1)\nPlease select the right firmware",
-         no_info},
+         no_info, E::WrongFirmware, R::None},
         {[](Bench& b) { b.fault = spoil('a', SILENCE, 2); }, "abaaa", no_record,
-         "box Get device info failed after device enter boot mode"},
+         "box Get device info failed after device enter boot mode", E::NoBootInfo, R::NoReply},
         {[](Bench& b) { b.fault = spoil('b', SILENCE); }, "aba", "soft M1 V1.02.030405 APP",
-         "box device not in boot mode, try again"},
+         "box device not in boot mode, try again", E::NotInBoot, R::None},
         {[](Bench& b) { b.fault = spoil('d', "d"); }, "abadd",
-         "ldr: block(offset=0, size=4096) verify failed, no reply", send_failed},
+         "ldr: block(offset=0, size=4096) verify failed, no reply", send_failed, E::SendFailed,
+         R::NoReply},
         {[](Bench& b) { b.fault = spoil('d', "e2"); }, "abadd",
-         "ldr: block(offset=0, size=4096) verify failed, invalid reply", send_failed},
+         "ldr: block(offset=0, size=4096) verify failed, invalid reply", send_failed, E::SendFailed,
+         R::BadReply},
         {[](Bench& b) { b.fault = spoil('e', SILENCE, 2); }, "abadeee",
-         "ldr: data sent, device no response", send_failed},
+         "ldr: data sent, device no response", send_failed, E::SendFailed, R::NoReply},
         {[](Bench& b) { b.fault = spoil('e', "e2"); }, "abadee",
-         "ldr: data sent, packet was broken at receiver", send_failed},
-        {[](Bench& b) { b.loader.retry_count_set(0); }, "aba", send_failed, send_failed},
+         "ldr: data sent, packet was broken at receiver", send_failed, E::SendFailed,
+         R::PacketRefused},
+        {[](Bench& b) { b.loader.retry_count_set(0); }, "aba", send_failed, send_failed,
+         E::SendFailed, R::None},
         {[](Bench& b) { b.fault = spoil('d', "d2", 4); }, "abadeeeedeeeedeed",
-         "ldr: block(offset=0, size=10000) CRC not match, please retry", verify_failed},
+         "ldr: block(offset=0, size=10000) CRC not match, please retry", verify_failed,
+         E::VerifyFailed, R::CrcDiffers},
         {[](Bench& b) { b.fault = spoil('d', SILENCE, 4); }, "abadeeeedeeeedeedd",
-         "ldr: block(offset=0, size=10000) verify failed, no reply", verify_failed},
+         "ldr: block(offset=0, size=10000) verify failed, no reply", verify_failed, E::VerifyFailed,
+         R::NoReply},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.letters + row.reason.toStdString());
+        SCOPED_TRACE(row.letters + row.line.toStdString());
         Bench bench;
         bench.loader.retry_count_set(2);
         row.prepare(bench);
         QStringList lines = bench.run();
         EXPECT_EQ(letters_of(lines), row.letters);
-        EXPECT_TRUE(lines.contains(row.reason)) << lines.join('\n').toStdString();
+        EXPECT_TRUE(lines.contains(row.line)) << lines.join('\n').toStdString();
         EXPECT_EQ(lines.takeLast(), "done");
         EXPECT_EQ(lines.takeLast(), "ldr: total took 0 seconds");
         EXPECT_EQ(lines.takeLast(), row.end);
         EXPECT_EQ(lines.contains("soft N/A"),
-                  row.reason == no_record || row.letters == QString("aaa"));
+                  row.line == no_record || row.letters == QString("aaa"));
         EXPECT_EQ(lines.contains("hard none"), lines.contains("soft N/A"));
+        EXPECT_EQ(int(bench.loader.outcome().ending), int(row.ending));
+        EXPECT_EQ(int(bench.loader.outcome().reason), int(row.reason));
     }
 }
 
@@ -274,10 +290,12 @@ TEST(LoaderAbort, EndsARunAtEachOfItsSteps)
                                       : "box File verify failed";
         EXPECT_TRUE(lines.contains(end)) << lines.join('\n').toStdString();
         EXPECT_FALSE(lines.contains("> 63") || lines.contains(GOOD_END));
+        EXPECT_EQ(int(bench.loader.outcome().ending), int(LoaderEnding::Aborted));
         const int more = int(lines.filter("> ").size()) - requests;
         EXPECT_LE(more, at < in_boot ? 2 : 0); // only the first phase goes on to its end
         bench.on_line = nullptr;
         EXPECT_TRUE(bench.run().contains(GOOD_END));
+        EXPECT_EQ(int(bench.loader.outcome().ending), int(LoaderEnding::Upgraded));
         EXPECT_EQ(bench.flash(), firmware());
     }
 }

@@ -1,5 +1,5 @@
-// A link and the framers on it as text, such as `serial:/dev/ttyUSB0,115200,8N1` and `crc16`. Pure:
-// nothing is opened or looked up.
+// A link and the framers on it as text, such as `serial:/dev/ttyUSB0,115200,8N1` and `crc16`.
+// Nothing is opened or looked up.
 //
 //   LINK     serial:PORT[,BAUD[,FORMAT[,FLOW]]]   FORMAT  data bits 5 to 8, parity N O E M S, stop
 //                                                         bits 1 1.5 2: 8N1
@@ -21,12 +21,12 @@
 //                                                 radio if not given
 #pragma once
 
-#include "cli/spectext.h"
+#include "cli/typedtext.h"
 #include "serialport/qextserialport.h"
 
 enum class LinkKind { Serial, Tcp, Udp, RawTcp, RawUdp, Broadcast };
 
-struct LinkSpec
+struct LinkDescription
 {
     LinkKind kind = LinkKind::Serial;
     QString port; // serial: the port's name
@@ -37,20 +37,20 @@ struct LinkSpec
 
 enum class FramerKind { None, Crc16, Rtu, Chan, Cnet, Rwlt, Dorv };
 
-constexpr int DORV_RAW = -1; // in FramerSpec::number, beside the modes that QFramerDorv counts
+constexpr int DORV_RAW =
+    -1; // in FramerDescription::number, beside the modes that QFramerDorv counts
 
-struct FramerSpec
+struct FramerDescription
 {
     FramerKind kind = FramerKind::None;
     int number = 0;    // rtu: address; cnet: target; dorv: mode, or DORV_RAW
     QByteArray prefix; // chan
-    Piece piece;       // where it stood, for complaints
+    Piece piece;       // its part of the text
 };
 
-using FramerSpecs = QVector<FramerSpec>;
+// What doesn't fit throws TextError.
+LinkDescription parse_link(const Piece& text);
+QVector<FramerDescription> parse_framers(const Piece& text);
 
-Parsed<LinkSpec> parse_link(const QString& text);
-Parsed<FramerSpecs> parse_framers(const QString& text);
-
-// Whether the framers can stand on that link; the place is in the text of the framers.
-std::optional<SpecError> find_misfit(const LinkSpec& link, const FramerSpecs& framers);
+// Throws TextError, with its place in the text of the framers, when they don't work on that link.
+void check_fit(const LinkDescription& link, const QVector<FramerDescription>& framers);

@@ -1,6 +1,5 @@
-#include "cli/stackspec.h"
+#include "cli/stacktext.h"
 
-#include "cli/hexbytes.h"
 #include "framers/qframerchan.h"
 #include "links/tcpip_cfg.h"
 
@@ -55,7 +54,7 @@ int named(const Piece& piece, const Named (&table)[size], const QString& expecte
     throw piece.error(got + ": " + expected + " is one of " + names.join(", "));
 }
 
-int number(const Piece& piece, qint64 least, qint64 most, const QString& expected)
+int number(const Piece& piece, std::int64_t least, std::int64_t most, const QString& expected)
 {
     const auto value = number_in(piece.text, least, most);
     if (!value)
@@ -64,7 +63,7 @@ int number(const Piece& piece, qint64 least, qint64 most, const QString& expecte
     return int(*value);
 }
 
-// The word in front of the first colon, and what stands behind it; null when there is no colon.
+// The word before the first colon, and what follows it; null when there is no colon.
 struct Head
 {
     Piece word;
@@ -87,7 +86,7 @@ void read_format(const Piece& piece, PortSettings& settings)
     settings.StopBits = StopBitsType(named(piece.mid(2), STOP_BITS, "the number of stop bits"));
 }
 
-void read_serial(const Piece& rest, LinkSpec& link)
+void read_serial(const Piece& rest, LinkDescription& link)
 {
     const QVector<Piece> pieces = rest.split(',');
     link.port = pieces[0].text;
@@ -101,7 +100,7 @@ void read_serial(const Piece& rest, LinkSpec& link)
     if (pieces.size() > 3)
         link.settings.FlowControl = FlowType(named(pieces[3], FLOWS, "the flow control"));
     if (pieces.size() > 4)
-        throw pieces[4].error("nothing is expected behind the flow control");
+        throw pieces[4].error("nothing is expected after the flow control");
 }
 
 int port_number(const Piece& piece)
@@ -120,15 +119,15 @@ bool is_dotted_address(const QString& host)
            });
 }
 
-void read_network(const Piece& rest, LinkSpec& link)
+void read_network(const Piece& rest, LinkDescription& link)
 {
     const int colon = rest.text.lastIndexOf(':');
     const bool bracketed = rest.text.startsWith('[');
     const int bracket = bracketed ? rest.text.indexOf(']') : -1;
     if (bracketed && bracket < 0)
-        throw rest.error_behind("the closing bracket of the IPv6 address is missing");
+        throw rest.error_after("the closing bracket of the IPv6 address is missing");
     if (colon < 0 || colon < bracket)
-        throw rest.error_behind("the port is missing, as in " + rest.text + ":4001");
+        throw rest.error_after("the port is missing, as in " + rest.text + ":4001");
 
     Piece host = rest.mid(0, colon);
     if (bracketed && bracket != colon - 1)
@@ -137,7 +136,7 @@ void read_network(const Piece& rest, LinkSpec& link)
     if (bracketed)
         host = rest.mid(1, bracket - 1);
     else if (host.text.contains(':'))
-        throw host.error("an IPv6 address stands in brackets, as in [::1]:4001");
+        throw host.error("an IPv6 address is written in brackets, as in [::1]:4001");
     if (host.text.isEmpty())
         throw host.error("the host is missing");
     if (host.text.size() > LONGEST_HOST)
@@ -150,17 +149,19 @@ void read_network(const Piece& rest, LinkSpec& link)
     link.remote_port = port_number(rest.mid(colon + 1));
 }
 
-LinkSpec read_link(const Piece& text)
+} // namespace
+
+LinkDescription parse_link(const Piece& text)
 {
     const Head head = split_head(text);
     const bool looks_like_port =
         !head.rest && (text.text.startsWith('/') || text.text.startsWith("COM"));
     if (looks_like_port)
         throw text.error("the kind of link is missing: write serial:" + text.text);
-    LinkSpec link;
+    LinkDescription link;
     link.kind = LinkKind(named(head.word, LINK_KINDS, "the kind of link"));
     if (!head.rest)
-        throw text.error_behind(
+        throw text.error_after(
             link.kind == LinkKind::Serial
                 ? "a colon and the port are missing, as in serial:/dev/ttyUSB0"
                 : "a colon and the address are missing, as in tcp:10.0.0.5:4001");
@@ -173,26 +174,24 @@ LinkSpec read_link(const Piece& text)
     return link;
 }
 
+namespace {
 QByteArray hex_argument(const Piece& piece, int least, int most, const QString& expected)
 {
-    const Parsed<QByteArray> bytes = parse_hex_bytes(piece.text);
-    if (bytes.error)
-        throw SpecError{bytes.error->message, piece.column + bytes.error->column,
-                        bytes.error->length};
-    if (bytes.value.size() < least || bytes.value.size() > most)
+    QByteArray bytes = parse_hex_bytes(piece);
+    if (bytes.size() < least || bytes.size() > most)
         throw piece.error(expected);
-    return bytes.value;
+    return bytes;
 }
 
-FramerSpec read_framer(const Piece& text)
+FramerDescription read_framer(const Piece& text)
 {
     const Head head = split_head(text);
-    FramerSpec framer;
+    FramerDescription framer;
     framer.piece = text;
     framer.kind = FramerKind(named(head.word, FRAMER_KINDS, "a framer"));
     const auto argument = [&](const char* example) {
         if (!head.rest)
-            throw text.error_behind(QStringLiteral("more is needed, as in %1").arg(example));
+            throw text.error_after(QStringLiteral("more is needed, as in %1").arg(example));
         return *head.rest;
     };
     switch (framer.kind) {
@@ -206,7 +205,7 @@ FramerSpec read_framer(const Piece& text)
     case FramerKind::Cnet: {
         const QByteArray target = hex_argument(
             argument("cnet:1234"), 2, 2, "a target has 4 hexadecimal digits, as in cnet:1234");
-        framer.number = quint8(target[0]) << 8 | quint8(target[1]);
+        framer.number = std::uint8_t(target[0]) << 8 | std::uint8_t(target[1]);
         break;
     }
     case FramerKind::Dorv:
@@ -216,47 +215,33 @@ FramerSpec read_framer(const Piece& text)
     case FramerKind::Crc16:
     case FramerKind::Rwlt:
         if (head.rest)
-            throw head.rest->error("nothing is expected behind " + head.word.text);
+            throw head.rest->error("nothing is expected after " + head.word.text);
         break;
     }
     return framer;
 }
 } // namespace
 
-Parsed<LinkSpec> parse_link(const QString& text)
+QVector<FramerDescription> parse_framers(const Piece& text)
 {
-    try {
-        return {read_link({text, 0}), std::nullopt};
-    } catch (const SpecError& error) {
-        return {{}, error};
-    }
+    QVector<FramerDescription> framers;
+    for (const Piece& piece : text.split('+'))
+        framers.append(read_framer(piece));
+    return framers;
 }
 
-Parsed<FramerSpecs> parse_framers(const QString& text)
-{
-    FramerSpecs framers;
-    try {
-        for (const Piece& piece : Piece{text, 0}.split('+'))
-            framers.append(read_framer(piece));
-    } catch (const SpecError& error) {
-        return {{}, error};
-    }
-    return {framers, std::nullopt};
-}
-
-std::optional<SpecError> find_misfit(const LinkSpec& link, const FramerSpecs& framers)
+void check_fit(const LinkDescription& link, const QVector<FramerDescription>& framers)
 {
     bool on_link = true;
-    for (const FramerSpec& framer : framers) {
+    for (const FramerDescription& framer : framers) {
         if (framer.kind == FramerKind::Dorv) {
-            // It reads lines straight from the link and wants each write to be taken as it is.
+            // It reads lines from the link itself and wants each write to be taken as it is.
             if (!on_link)
-                return framer.piece.error("dorv stands directly on the link: write it first");
+                throw framer.piece.error("dorv works only directly on the link: write it first");
             if (link.kind == LinkKind::Tcp || link.kind == LinkKind::Udp)
-                return framer.piece.error("dorv waits for lines, which tcp: and udp: links don't; "
-                                          "use rawtcp: or rawudp:");
+                throw framer.piece.error("dorv waits for lines, which tcp: and udp: links don't; "
+                                         "use rawtcp: or rawudp:");
         }
         on_link = on_link && framer.kind == FramerKind::None;
     }
-    return std::nullopt;
 }

@@ -1,0 +1,50 @@
+// One run of a command: its arguments and options, and where its words go.
+#pragma once
+
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/interrupts.h"
+
+#include <QCommandLineParser>
+#include <QStringList>
+#include <cstdint>
+
+// What doesn't fit throws a Failure of usage.
+class Invocation
+{
+public:
+    // Everything but `arguments` outlives it.
+    Invocation(const Command& command, const QCommandLineParser& parser, QStringList arguments,
+               Console& console, Interrupts& interrupts);
+
+    int argument_count() const { return int(arguments.size()); }
+    QString argument(int index, const QString& name) const;
+    QStringList arguments_from(int index) const { return arguments.mid(index); }
+    void expect_at_most(int count) const;
+
+    bool takes_frame() const;
+    bool has(const char* option) const;
+    QString text(const char* option) const;
+    QStringList texts(const char* option) const; // of an option given several times
+    std::int64_t number(const char* option, std::int64_t least, std::int64_t most) const;
+
+    // The bytes that the command works on: --hex or --text; else the file that the argument names;
+    // else standard input. Throws Failure when they can't be read.
+    QByteArray payload(int argument) const;
+
+    // Asks a person before something that can't be taken back. Throws Failure unless the answer is
+    // yes. Where stdin or stderr is no terminal nobody is asked, and that is a yes, as scripts mean
+    // what they say.
+    void confirm(const QString& question) const;
+
+    Console& console;
+    Interrupts& interrupts;
+
+private:
+    const Command& command;
+    const QCommandLineParser& parser;
+    QStringList arguments;
+};
+
+// For commands that call payload().
+QList<QCommandLineOption> payload_options();

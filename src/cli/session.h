@@ -1,0 +1,47 @@
+// The ways from a command to its device: connection and tool, and why an operation failed.
+#pragma once
+
+#include "cli/invocation.h"
+#include "cli/stack.h"
+#include "tools/cnetcfg.h"
+#include "tools/dorvcfg.h"
+
+// The options that say how a device is connected. --frame is among them for commands that speak
+// through framers.
+QList<QCommandLineOption> stack_options(Needs needs);
+
+// A log and a stack as the options say, not open yet. Throws Failure when the texts are wrong.
+struct Connection
+{
+    explicit Connection(const Invocation& invocation);
+
+    ExchangeLog log;
+    Stack stack;
+};
+
+// A way to a cnet device, not open yet.
+struct CnetSession
+{
+    explicit CnetSession(const Invocation& invocation);
+
+    // Why the last operation failed, or the search ended.
+    Failure failure(const QString& what) const;
+
+    Connection connection;
+    CnetCfg cfg;
+};
+
+// A way to a Dorv module.
+struct DorvSession
+{
+    // Opens the link. Throws Failure.
+    explicit DorvSession(const Invocation& invocation);
+
+    // Why the last operation failed.
+    Failure failure(const QString& what) const;
+    // Throws that failure unless the last operation is done.
+    void check(const QString& what) const;
+
+    Connection connection;
+    DorvCfg cfg;
+};

@@ -1,0 +1,62 @@
+// Texts that a user typed: their parts, what these stand for, and where a mistake is.
+#pragma once
+
+#include "cli/failure.h"
+
+#include <QByteArray>
+#include <QVector>
+#include <cstdint>
+#include <optional>
+
+// A mistake in a text. Thrown by the functions that parse one; parse_argument makes a Failure of
+// it.
+struct TextError
+{
+    QString message;
+    int column; // from 0
+    int length; // at least 1; a place after the end of the text has a column of its size
+};
+
+// A text, or a part of a longer one.
+struct Piece
+{
+    Piece(const QString& text = {}, int column = 0)
+        : text(text)
+        , column(column)
+    {
+    }
+
+    QString text;
+    int column; // in the longer text
+
+    Piece mid(int position, int length = -1) const;
+    // The pieces between the separators; there is always at least one.
+    QVector<Piece> split(QChar separator) const;
+    bool is(const char* word) const; // in upper or lower case
+    TextError error(const QString& message) const;
+    TextError error_after(const QString& message) const;
+};
+
+// A decimal number, or a hexadecimal one that begins with 0x; none outside least to most.
+std::optional<std::int64_t> number_in(const QString& text, std::int64_t least, std::int64_t most);
+
+// Pairs of hexadecimal digits, with blanks, colons or nothing between. Throws TextError.
+QByteArray parse_hex_bytes(const Piece& piece);
+// The bytes as parse_hex_bytes takes them; "-" for none.
+QString shown(const QByteArray& bytes);
+
+// The text, and under it a caret at the mistake's place, each line indented by two blanks.
+QString pointed_at(const QString& text, const TextError& error);
+
+// What parse(text) returns. When it throws a TextError: throws a Failure of usage that points at
+// the mistake. `name` is the option or argument that the text was given for.
+template <typename Parse>
+auto parse_argument(const QString& name, const QString& text, Parse parse,
+                    const QString& advice = {})
+{
+    try {
+        return parse(text);
+    } catch (const TextError& error) {
+        throw usage_failure(name + ": " + error.message + '\n' + pointed_at(text, error), advice);
+    }
+}

@@ -286,7 +286,7 @@ int FindBar::hit_at_goal(bool complete) const
 void FindBar::set_current(int position)
 {
     current = std::max(-1, position);
-    area->mark_current_hit(current, current + search.wanted_length());
+    area->mark_current_hit(current, current < 0 ? current : current + search.wanted_length());
 }
 
 void FindBar::show_count()

@@ -19,6 +19,7 @@
 
 class FileSend;
 class FindBar;
+class PortDrain;
 class QCheckBox;
 class QProgressBar;
 class Ui_MainWindow;
@@ -95,7 +96,7 @@ private:
     void strings_store(QSettings& settings);
 
     void port_open();
-    bool port_awaited(const QString& port_name);
+    bool port_awaited(PortDrain* last, const QString& port_name);
     void port_close();
     void session_begin(const QString& port_name, const PortSettings& settings);
 

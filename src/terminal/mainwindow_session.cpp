@@ -29,8 +29,12 @@ void MainWindow::port_open()
     PortSettings settings;
     page->port_settings_get(&settings);
     const QString port_name = page->port_name();
-    if (!port_awaited(port_name))
-        return;
+    ++opens;
+    if (PortDrain* const last = PortDrain::holding(port_name)) {
+        dialog.reset(); // stores the settings before another open can store its own
+        if (!port_awaited(last, port_name))
+            return;
+    }
 
     port = new QextSerialPort(port_name, settings, QextSerialPort::EventDriven);
     if (!port->open(QIODevice::ReadWrite)) {
@@ -49,18 +53,17 @@ void MainWindow::port_open()
 
 // The port may still let out what its last session accepted. The window goes on meanwhile, and may
 // be asked to open another port, or to end: then false, and this open is given up.
-bool MainWindow::port_awaited(const QString& port_name)
+bool MainWindow::port_awaited(PortDrain* last, const QString& port_name)
 {
-    const int this_open = ++opens;
-    PortDrain* const last = PortDrain::holding(port_name);
-    if (!last)
-        return true;
-    ui->statusBar->showMessage(
-        tr("%1 opens as soon as the bytes of the last session are out").arg(port_name));
+    const int this_open = opens;
+    const QString note =
+        tr("%1 opens as soon as the bytes of the last session are out").arg(port_name);
+    ui->statusBar->showMessage(note);
     QEventLoop wait;
     connect(last, &PortDrain::ended, &wait, &QEventLoop::quit);
     wait.exec();
-    ui->statusBar->clearMessage();
+    if (ui->statusBar->currentMessage() == note)
+        ui->statusBar->clearMessage();
     return this_open == opens && !PortDrain::holding(port_name);
 }
 

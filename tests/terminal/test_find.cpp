@@ -171,6 +171,9 @@ TEST_F(Comforts, FindPaintsEveryHitInSightAndTheCurrentOneApart)
     EXPECT_NEAR(double(pixels(HIT)) / one, 4, 0.3); // the dots take some, by where they fall
     const QRect text = area()->viewport()->geometry();
     EXPECT_GE(text.top(), find<FindBar>("findBar")->geometry().bottom()) << "the bar hides text";
+    area()->document()->setMaximumBlockCount(1);
+    EXPECT_TRUE(counts("3 found"));
+    EXPECT_EQ(pixels(CURRENT), 0) << "its line is gone";
     key(Qt::Key_Escape);
     EXPECT_EQ(pixels(HIT) + pixels(CURRENT), 0);
 }

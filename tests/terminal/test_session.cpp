@@ -187,6 +187,11 @@ TEST_F(Session, GivesUpAnOpenThatWaitsWhenAnotherPortIsChosen)
     answers.under_dialog = [&] { QTimer::singleShot(0, window.get(), open_the_other); };
     EXPECT_TRUE(port_open());
     EXPECT_EQ(description().section(',', 0, 0), other_name);
+    const QSettings stored("tarnwick.ini", QSettings::IniFormat);
+    EXPECT_EQ(QextSerialEnumerator::getPorts()
+                  .value(stored.value("serialSettings/port").toInt())
+                  .portName,
+              other_name);
     EXPECT_TRUE(answers.boxes.isEmpty());
     type("x");
     click("pushButton_send");

@@ -2,6 +2,7 @@
 
 #include "checksum/hextext.h"
 
+#include <QMetaMethod>
 #include <QThread>
 
 QLinkSerial::QLinkSerial(const QString& port_name, const PortSettings& port_settings, bool verbose)
@@ -25,19 +26,17 @@ int QLinkSerial::open()
     error = 0;
     error_text.clear();
     port = new QextSerialPort(port_name, port_settings, QextSerialPort::Polling);
-    // A parent has to live on the thread of its child, and this link may live on another one.
-    enumerator = new QextSerialEnumerator(thread() == QThread::currentThread() ? this : nullptr);
-    enumerator->setUpNotifications();
-    connect(enumerator, &QextSerialEnumerator::deviceRemoved, this, &QLinkSerial::dev_remove);
-    if (port->open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+    if (port->open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+        if (isSignalConnected(QMetaMethod::fromSignal(&QLinkSerial::removed)))
+            watch_removal();
         return 0;
+    }
 
     error = port->lastError();
     error_text = port->errorString();
     emit log(tr("Open %1 failed").arg(port_name));
     delete port;
     port = nullptr;
-    delete_enumerator();
     return LINK_AGAIN;
 }
 
@@ -129,8 +128,26 @@ void QLinkSerial::dev_remove(QextPortInfo info)
         emit removed();
 }
 
+void QLinkSerial::connectNotify(const QMetaMethod& signal)
+{
+    if (is_open() && signal == QMetaMethod::fromSignal(&QLinkSerial::removed))
+        watch_removal();
+}
+
+void QLinkSerial::watch_removal()
+{
+    if (enumerator)
+        return;
+    // A parent has to live on the thread of its child, and this link may live on another one.
+    enumerator = new QextSerialEnumerator(thread() == QThread::currentThread() ? this : nullptr);
+    enumerator->setUpNotifications();
+    connect(enumerator, &QextSerialEnumerator::deviceRemoved, this, &QLinkSerial::dev_remove);
+}
+
 void QLinkSerial::delete_enumerator()
 {
+    if (!enumerator)
+        return;
     enumerator->disconnect(this);
     const QThread* const home = enumerator->thread();
     if (home && home != QThread::currentThread() && home->isRunning())

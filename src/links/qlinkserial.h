@@ -51,17 +51,23 @@ signals:
     void log(QString s);
     // The device of this link has gone. The link stays open until its owner closes it, which may
     // happen inside this signal. Comes only while the thread that called open runs an event loop.
+    // A link to whose signal nobody is connected watches nothing. Connect before the open, or on
+    // the thread that opened.
     void removed();
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override;
 
 private slots:
     void dev_remove(QextPortInfo info);
 
 private:
+    void watch_removal();
     void delete_enumerator();
     void log_bytes(const char* text, const char* bytes, qint64 count);
 
     QextSerialPort* port = nullptr;             // set while open; owned
-    QextSerialEnumerator* enumerator = nullptr; // set while open; owned
+    QextSerialEnumerator* enumerator = nullptr; // set while open and watched for; owned
     ulong error = 0;
     QString error_text;
     const QString port_name;

@@ -96,6 +96,7 @@ TEST(QLinkSerial, TellsOnceThatItsDeviceHasGone)
     other.link_into(sandbox.ports_folder(), "other");
     QLinkSerial link(name, plain_settings(20000), false);
     ASSERT_EQ(link.open(), 0);
+    EXPECT_TRUE(link.findChildren<QObject*>().isEmpty()) << "nobody has asked for removal";
     QextSerialEnumerator watcher;
     QSignalSpy any(&watcher, &QextSerialEnumerator::deviceRemoved);
     watcher.setUpNotifications();

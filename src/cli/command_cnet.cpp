@@ -124,11 +124,12 @@ QByteArray block_from_file(const QString& name)
     const QByteArray bytes = file.read(CNET_BLOCK_SIZE + 1);
     if (bytes.size() == CNET_BLOCK_SIZE)
         return bytes;
-    // A pipe has no size.
-    const QString size = bytes.size() < CNET_BLOCK_SIZE  ? QString::number(bytes.size())
-                         : file.size() > CNET_BLOCK_SIZE ? QString::number(file.size())
-                                                         : QString("more");
-    throw usage_failure(wrong_size(size) + " in " + name,
+    const qint64 size = bytes.size() < CNET_BLOCK_SIZE ? bytes.size() : file.size();
+    const QString what = size < bytes.size() // a pipe has no size
+                             ? QString("the settings of a device have %1 bytes, and there are more")
+                                   .arg(CNET_BLOCK_SIZE)
+                             : wrong_size(QString::number(size));
+    throw usage_failure(what + " in " + name,
                         "`tarnwickctl cnet get ADDRESS --output FILE` makes such a file.");
 }
 

@@ -16,8 +16,8 @@ class PolledPort;
 //   -1 on a port that has gone and when more than WRITE_LIMIT bytes would wait to go out. Nor does
 //   close(): the port reads as closed at once, and a PortDrain lets accepted bytes out for at most
 //   Timeout_Millisec, in the event loop, and discards the rest. It holds the device so long; an
-//   open() of that device on the same thread waits for its end first. portdrain.h has what a
-//   program needs that must not wait there, or that ends.
+//   open() of that device on the same thread first waits for what is left of that time, and so
+//   does the end of the application.
 // Polling: works without an event loop and, but for Windows, without a QCoreApplication, on any one
 //   thread at a time, also another than the one that opened it. read(n) returns when n bytes have
 //   come or Timeout_Millisec has run out, with what has come. write() returns when the system has

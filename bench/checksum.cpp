@@ -16,8 +16,8 @@
 #include <zlib.h>
 
 // libmodbus keeps its CRC routine to itself, but exports the table through which it is reached:
-// send_msg_pre(request, length) puts the CRC of `length` bytes behind them. These are the first
-// fields of that table in versions 3.1.x; find_libmodbus checks that they are what stands there.
+// send_msg_pre(request, length) puts the CRC of `length` bytes after them. These are the first
+// fields of that table in versions 3.1.x; find_libmodbus checks that they are what is there.
 extern "C" {
 struct ModbusBackend
 {
@@ -47,7 +47,7 @@ std::vector<std::uint8_t> random_bytes(std::size_t count)
     return bytes;
 }
 
-// Runs `routine` on a buffer of the size in question, with room behind it for a CRC.
+// Runs `routine` on a buffer of the size in question, with room after it for a CRC.
 template <typename Routine> void measure(benchmark::State& state, Routine routine)
 {
     const int size = static_cast<int>(state.range(0));

@@ -1,4 +1,4 @@
-// What the receive path costs: the program's window behind a real pseudo-terminal, beside a bare
+// What the receive path costs: the program's window on a real pseudo-terminal, beside a bare
 // reader of the same port in the same run.
 #include "receive_case.h"
 
@@ -35,7 +35,7 @@ struct Sizes
     qint64 mb = 64;         ///< of each work
     qint64 clear_mb = 1024; ///< with auto clear, for the memory
     qint64 stock_kb = 20;   ///< that the stock widget can bear
-    qint64 steady_s = 3;    ///< at Pace::steady, behind the rest
+    qint64 steady_s = 3;    ///< at Pace::steady, after the rest
     qint64 runs = 3;
     qint64 work = 0; ///< the only one, from 1; 0 is all of them
 };

@@ -28,7 +28,7 @@ struct Case
     Text text = Text::stream;
     qint64 bytes = 0;
     Pace pace = Pace::fastest; ///< of these bytes
-    qint64 steady_bytes = 0;   ///< sent behind them, at Pace::steady
+    qint64 steady_bytes = 0;   ///< sent after them, at Pace::steady
     int most_lines = 0;        ///< threshold of auto clear; 0 keeps everything
     bool handle = false;       ///< time what a user does with the window
 };

@@ -128,7 +128,7 @@ private:
     const Case wanted;
 };
 
-// What the program would be with the toolkit's own widget.
+// What the program would be with Qt's own widget.
 class StockReader : public BareReader
 {
 public:

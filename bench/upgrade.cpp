@@ -1,7 +1,7 @@
 // How close a firmware upgrade comes to what the wire allows: a 256 KB image to the simulated
 // module over a pseudo-terminal, at three rates; then the same image again, and one that differs in
 // three pages. All of it over a serial link, over a socket, and over a bare file descriptor in
-// place of the serial link, which tells what the machine itself allows.
+// place of the serial link, which shows what the machine itself allows.
 //
 //   bench_upgrade [bits/s ...]
 #include "framers/qframercrc16.h"

@@ -1,5 +1,5 @@
 // What the window takes beside receiving: the accuracy of auto send, the answer to clicks while a
-// file goes out, memory behind a peer that never reads, a close before all is out, the rest after
+// file goes out, memory with a peer that never reads, a close before all is out, the rest after
 // an unplug, and long lists.
 #include "stallwatch.h"
 #include "windowtest.h"

@@ -2,7 +2,7 @@
 #
 #   the comment at the top                  the file's
 #   "// text" before declarations           the comment of each of them, down to the next empty line
-#   "// text" behind one                    ///< text
+#   "// text" after one                     ///< text
 #   a table, which is indented and in a     a block that is shown as it is
 #   paragraph of its own
 

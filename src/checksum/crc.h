@@ -13,12 +13,12 @@
 
 std::uint8_t crc8(const void* data, unsigned len);
 
-// On the wire the low byte goes first; over a frame with its CRC behind it the result is 0. A len
+// On the wire the low byte goes first; over a frame with its CRC after it the result is 0. A len
 // below 0 counts as 0.
 std::uint16_t crc16(const void* data, int len);
 
 constexpr std::uint32_t CRC32_START = 0xFFFFFFFF;
 
-// crc is CRC32_START for a whole run, or the result over the bytes in front of these. The register
-// is returned as it stands: the common CRC-32 is its complement.
+// crc is CRC32_START for a whole run, or the result over the bytes before these. The register
+// is returned as it is: the common CRC-32 is its complement.
 std::uint32_t crc32(const void* data, unsigned len, std::uint32_t crc);

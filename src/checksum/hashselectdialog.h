@@ -19,7 +19,7 @@ public:
 
     // The line shown last; empty until a radio button is clicked.
     QString result_text() const;
-    // Whether the user wants that line behind the text in the send area.
+    // Whether the user wants that line after the text in the send area.
     bool append_checked() const;
 
 private slots:
@@ -36,7 +36,7 @@ private slots:
     void on_radioButton_base64_decode_hex_with_space_clicked();
 
 private:
-    // Each byte as two digits, low byte first or, with MSB checked, high byte first; behind them
+    // Each byte as two digits, low byte first or, with MSB checked, high byte first; after them
     // the complement of each in the same order.
     void result8_show(std::uint8_t value);
     void result16_show(std::uint16_t value);

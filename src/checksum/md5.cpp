@@ -33,7 +33,7 @@ template <int BITS> constexpr std::uint32_t rotate(std::uint32_t x)
     return x << BITS | x >> (32 - BITS);
 }
 
-// One step of each round. The terms that don't wait for the step before (b) stand apart, so that
+// One step of each round. The terms that don't wait for the step before (b) are apart, so that
 // they can be computed while b is still on its way; in `g` the two halves share no bit, and a sum
 // does the work of the or.
 template <int BITS>

@@ -41,7 +41,7 @@ DorvField address(const char* name)
     return field;
 }
 
-// The words that stand for 0, 1, ..; an empty one for a number that isn't used.
+// The words that mean 0, 1, ..; an empty one for a number that isn't used.
 DorvField word(const QStringList& words)
 {
     QStringList shown = words;

@@ -1,4 +1,4 @@
-// Texts that a user typed: their parts, what these stand for, and where a mistake is.
+// Texts that a user typed: their parts, what these mean, and where a mistake is.
 #pragma once
 
 #include "cli/failure.h"

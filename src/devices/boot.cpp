@@ -81,7 +81,7 @@ void Boot::restart()
 //   offset  size  field
 //   0       1     'a'
 //   1       1     0: the application runs, 1: the boot code
-//   2       1     bit 0: hard info stands behind the name
+//   2       1     bit 0: hard info follows the name
 //   3       5     version
 //   8       2     page, bytes
 //   10      2     MTU, bytes

@@ -16,7 +16,7 @@ struct BootSettings
     int rom_size = 1 << 20; // bytes of program memory
     quint16 page = 4096;    // bytes that are checked at a time
     quint16 mtu = 1024;     // largest payload of a data packet
-    QByteArray name = "M1"; // empty: the module does not tell it
+    QByteArray name = "M1"; // empty: the module does not report it
     std::array<quint8, 5> version = {1, 0, 0, 0, 0};
     QByteArray hard_info;
     bool in_boot = false; // no application is there: the boot code runs from the start

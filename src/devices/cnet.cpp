@@ -176,7 +176,7 @@ Answer Cnet::configure(const QByteArray& request)
     };
     const bool long_addresses = command < LOCAL_INFO;
     const QByteArray address = arguments.left(long_addresses ? 8 : 2);
-    const QByteArray behind = arguments.mid(address.size());
+    const QByteArray rest = arguments.mid(address.size());
 
     switch (known->command) {
     case LOCAL_INFO:
@@ -208,9 +208,9 @@ Answer Cnet::configure(const QByteArray& request)
         return {{reply(address + BLOCK_LENGTH + device->configuration + FURTHER)}};
     case CONFIGURATION_SET:
     case CONFIGURATION_SET_EXT: {
-        const bool fits = behind.startsWith(BLOCK_LENGTH);
+        const bool fits = rest.startsWith(BLOCK_LENGTH);
         if (fits)
-            device->configuration = behind.mid(BLOCK_LENGTH.size());
+            device->configuration = rest.mid(BLOCK_LENGTH.size());
         return {{reply(address + (fits ? DONE : REFUSED))}};
     }
     case VALUE_GET:

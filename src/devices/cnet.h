@@ -22,8 +22,8 @@ CnetDevice cnet_device(int channel, int rate, quint16 address);
 // As many devices, scattered over channels and rates.
 QVector<CnetDevice> cnet_neighbourhood(int count, quint64 seed);
 
-// Configuration frames lie between 0xAB and 0xBA, with the command behind the head; their requests
-// stand in cnet.cpp. The contents that the device is free to choose:
+// Configuration frames lie between 0xAB and 0xBA, with the command after the head; their requests
+// are in cnet.cpp. The contents that the device is free to choose:
 //
 //   search answer           short address (2), signal, channel, rate
 //   search answer, long     long address (8), then as above

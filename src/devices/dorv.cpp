@@ -125,8 +125,8 @@ Answer Dorv::obey(const QByteArray& command, const QByteArray& payload)
 Answer Dorv::set_or_tell(const QByteArray& name, const QByteArray& value)
 {
     if (value.startsWith('?')) {
-        const std::optional<QByteArray> told = memory.told(name, value.mid(1));
-        return {{{told ? *told + "\r\n" : ERROR}}};
+        const std::optional<QByteArray> answer = memory.told(name, value.mid(1));
+        return {{{answer ? *answer + "\r\n" : ERROR}}};
     }
     return {{{memory.set(name, value) ? OK : ERROR}}};
 }

@@ -18,10 +18,10 @@ struct DorvSettings
 //   at+reboot, at+def                          ok
 //   at+rssi=0xADDRESS                          +rssi,dBm
 //   at+pmactx=ucast,ADDRESS,communication quality    ok, then seven fields
-//   at+radiotx=N, radiotxraw, pmactx, mactx, mac_send, with N bytes behind    ok
+//   at+radiotx=N, radiotxraw, pmactx, mactx, mac_send, with N bytes after it  ok
 //
 // Every line of an answer ends with CR LF. A payload from the radio comes as "+radiorx=N" (or
-// +pmacrx, +macrx, +data) with N bytes behind, or as "+radiorx=dBm,SNR,HEX".
+// +pmacrx, +macrx, +data) with N bytes after it, or as "+radiorx=dBm,SNR,HEX".
 class Dorv : public Module
 {
 public:

@@ -13,7 +13,7 @@ const char NO_KEY[] = "00000000000000000000000000000000";
 const char NO_ABP_KEY[] = "abp,00000000000000000000000000000000";
 
 // A form has one entry a field, split by commas. An entry is one or more words or types, split by
-// bars; the types are u8, u16, u32, s8 (decimal), x32 (hexadecimal behind 0x), h8 and h16 (so many
+// bars; the types are u8, u16, u32, s8 (decimal), x32 (hexadecimal after 0x), h8 and h16 (so many
 // bytes as hexadecimal digits).
 struct Setting
 {
@@ -165,7 +165,7 @@ std::optional<QByteArray> DorvMemory::told(const QByteArray& name, const QByteAr
     const Setting* setting = find_setting(name);
     if (!setting || access != setting->access)
         return {};
-    // A key goes without the word in front that tells which kind it is.
+    // A key is returned without the word before it, which says its kind.
     const QByteArray value = values[name];
     return access.isEmpty() ? value : value.mid(value.lastIndexOf(',') + 1);
 }

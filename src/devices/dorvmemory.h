@@ -16,8 +16,8 @@ public:
 
     // False when there is no such setting, or the value does not fit it.
     bool set(const QByteArray& name, const QByteArray& value);
-    // What the module answers to "at+name=?" with `access` behind the question mark; empty when
-    // there is no such setting or it is not told to everybody.
+    // What the module answers to "at+name=?" with `access` after the question mark; empty when
+    // there is no such setting or not everybody may read it.
     std::optional<QByteArray> told(const QByteArray& name, const QByteArray& access) const;
     QByteArray value(const QByteArray& name) const { return values.value(name); }
     void reset_to_factory();

@@ -22,7 +22,7 @@ void Echo::receive(const QByteArray& bytes, Time now)
     faults.send_bytes(answer);
     if (answer.isEmpty())
         return;
-    // Bytes never overtake one another, however late the ones in front are.
+    // Bytes never overtake one another, however late the earlier ones are.
     Time due = now + faults.next_delay();
     if (!waiting.empty())
         due = std::max(due, waiting.back().due);

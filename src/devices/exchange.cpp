@@ -101,7 +101,7 @@ void Exchange::send(const std::vector<Reply>& replies, Time now)
     }
 }
 
-// What is late holds up what comes behind it.
+// What is late holds up what comes after it.
 void Exchange::queue_reply(const QByteArray& bytes, Time due)
 {
     tell(">", bytes);
@@ -121,7 +121,7 @@ void Exchange::put_out(const QByteArray& frame, Time due)
     outgoing.insert(std::upper_bound(outgoing.begin(), outgoing.end(), due, later), {due, frame});
 }
 
-// What arrives of a frame, and behind it the one that it overtakes.
+// What arrives of a frame, and after it the one that it overtakes.
 QByteArrayList Exchange::carry(QByteArray frame, QByteArray& overtaken)
 {
     QByteArrayList arriving;
@@ -132,7 +132,7 @@ QByteArrayList Exchange::carry(QByteArray frame, QByteArray& overtaken)
         if (frame != sent)
             tell("changed to", frame);
         if (overtaken.isEmpty() && faults.reorders()) {
-            tell("to arrive behind the next one");
+            tell("to arrive after the next one");
             overtaken = frame;
             return {};
         }

@@ -12,7 +12,7 @@
 struct ExchangeSettings
 {
     int baud = 0;                             // of the line, bits/s; 0 for no pace
-    std::chrono::milliseconds start_time{50}; // deaf and dumb for so long after a reset
+    std::chrono::milliseconds start_time{50}; // ignores input for so long after a reset
     qint64 reboot_after = -1;                 // the request that meets a failing supply; one time
     qint64 cut_after = -1;                    // the request at which the line is cut; one time
 };
@@ -58,7 +58,7 @@ private:
     Time last_heard{};
     bool silence_told = false; // the module knows that `heard` is followed by silence
     qint64 requests = 0;
-    QByteArray overtaken_request; // waits for the next one, behind which it arrives
+    QByteArray overtaken_request; // waits for the next one, after which it arrives
     QByteArray overtaken_reply;
     std::deque<Portion> outgoing; // by their times
     Time in_turn{};               // when the last reply in its turn goes out

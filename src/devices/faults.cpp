@@ -65,7 +65,7 @@ bool Faults::silent() const
 // implementation to the next, and a seed must mean the same everywhere.
 bool Faults::happens(double chance)
 {
-    constexpr double STEPS = 9007199254740992.0; // 2^53, as many as a double tells apart
+    constexpr double STEPS = 9007199254740992.0; // 2^53, as many as a double distinguishes
     return chance > 0 && double(random() >> 11) < chance * STEPS;
 }
 

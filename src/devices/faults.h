@@ -10,7 +10,7 @@ struct FaultSettings
     double drop = 0;    // chance, 0 to 1, that a unit is lost
     double corrupt = 0; // chance that one bit of a unit is turned
     double twice = 0;   // chance that a unit arrives two times
-    double reorder = 0; // chance that a unit arrives behind the next one of its direction
+    double reorder = 0; // chance that a unit arrives after the next one of its direction
     std::chrono::milliseconds delay{0};
     double delay_chance = 1;  // chance that `delay` holds back an answer
     qint64 silent_after = -1; // units sent before the device falls silent; negative for never
@@ -26,7 +26,7 @@ public:
 
     // A frame on the wire, in either direction: false when it is lost, else perhaps changed.
     bool pass_frame(QByteArray& frame);
-    // Of a frame that was passed: it arrives behind the next one, or two times.
+    // Of a frame that was passed: it arrives after the next one, or two times.
     bool reorders() { return happens(settings.reorder); }
     bool doubles() { return happens(settings.twice); }
     // The device sends a frame: false when it has fallen silent, else the frame is counted.

@@ -6,13 +6,13 @@
 #include <functional>
 #include <vector>
 
-// Where a device tells what it does; empty when nobody wants to know.
+// Where a device reports what it does; empty when nobody wants to know.
 using Journal = std::function<void(const QString&)>;
 
 struct Reply
 {
     QByteArray bytes;                   // one frame or one line
-    std::chrono::milliseconds after{0}; // from the request, or from the reply in front
+    std::chrono::milliseconds after{0}; // from the request, or from the reply before it
 };
 
 struct Answer

@@ -18,7 +18,7 @@ struct TalkSettings
     TalkForm form = TalkForm::Lines;
     double rate = 10;     // lines a second, else bytes a second; 0 for as fast as they are taken
     int line_length = 72; // bytes in a line, its CR LF included
-    int size = 0;         // bytes sent at a time, with silence behind them; 0 for a steady stream
+    int size = 0;         // bytes sent at a time, with silence after them; 0 for a steady stream
     qint64 bytes = -1;    // bytes in all; negative for no end
     quint64 seed = 1;
 };

@@ -33,8 +33,8 @@ public:
 
     // Drops what waits to be read in the layer below.
     virtual void flush() = 0;
-    // Sends nbytes of payload as one frame. What a success returns is told by each framer; or an
-    // error code.
+    // Sends nbytes of payload as one frame. What a success returns is documented with each framer;
+    // or an error code.
     virtual int write(const char* buffer, int nbytes) = 0;
     // Payload bytes stored in buffer, which holds nbytes, 0 when nothing came, or an error code.
     virtual int read(char* buffer, int nbytes) = 0;

@@ -1,4 +1,4 @@
-// Puts a channel prefix in front of the payload.
+// Puts a channel prefix before the payload.
 #pragma once
 
 #include "framers/qframer.h"

@@ -61,7 +61,7 @@ struct CnetLocalResponse
 //   CNET_BUSY       -16   the local device is busy
 enum CnetError : int { CNET_TRY_AGAIN = -11, CNET_BUSY = -16 };
 
-// Set the target before the first write or read. The log tells each failure.
+// Set the target before the first write or read. The log has each failure.
 //
 // A send repeats at once, and without end, while the local device answers "try again" or "busy",
 // and blocks its caller so long. An owner who wants a way out sets a condition with
@@ -94,7 +94,7 @@ public:
     // to two bytes in wire order.
     int frame_send(const std::uint8_t* address, const char* buffer, int nbytes,
                    std::uint8_t command);
-    // Repeats frame_send as told above; the last result.
+    // Repeats frame_send as described above; the last result.
     int frame_send_retry(const std::uint8_t* address, const char* buffer, int nbytes,
                          std::uint8_t command);
     // The same to the target.

@@ -1,4 +1,4 @@
-// Guards payload with a CRC behind it.
+// Guards payload with a CRC after it.
 #pragma once
 
 #include "framers/qframer.h"

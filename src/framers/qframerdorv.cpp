@@ -24,7 +24,7 @@ constexpr Form FORMS[] = {
 constexpr Form OTHER_FORM = {"at+mac_send", "+data"};
 constexpr Form RAW_FORM = {"at+radiotxraw", "+radiorx"};
 
-// What hex_read tells, by fault.
+// What hex_read logs, by fault.
 constexpr const char* HEX_FAULTS[] = {"", "dorv_r: cmd not match", "dorv_r: no rssi find",
                                       "dorv_r: no snr find"};
 
@@ -105,8 +105,8 @@ std::optional<int> DorvReport::parse_count(std::string_view line, std::string_vi
     const std::size_t start = line.find(name);
     if (start == line.npos)
         return std::nullopt;
-    const std::size_t behind = start + name.size() + SEPARATOR;
-    const std::size_t digits = line.find_first_not_of(" \t+", std::min(behind, line.size()));
+    const std::size_t after = start + name.size() + SEPARATOR;
+    const std::size_t digits = line.find_first_not_of(" \t+", std::min(after, line.size()));
     if (digits == line.npos)
         return 0;
     int count = 0;
@@ -251,7 +251,7 @@ int QFramerDorv::text_read(const char* name, char* buffer, int nbytes)
     });
 }
 
-// The result of the link's readline, with a NUL behind that many bytes; 0 without link or buffer.
+// The result of the link's readline, with a NUL after that many bytes; 0 without link or buffer.
 int QFramerDorv::read_line(char* line, int size)
 {
     if (!link || !line)

@@ -30,7 +30,7 @@ struct DorvCommand
     int build(char* frame) const;
 };
 
-// From the module, without being asked. In front of the name may stand anything, and one separator
+// From the module, without being asked. Anything may precede the name, and one separator
 // byte of any value follows it.
 //
 //   counted       name, separator, n as decimal text; n payload bytes follow the line
@@ -61,7 +61,7 @@ struct DorvReport
 // Bytes travel through the framer, lines come straight from the link, which is normally the one
 // under that framer. Neither is owned, and nobody else reads the link meanwhile. All waiting is the
 // link's, so that its readline should be one that waits. Every failure gives 0, never a negative
-// number; with verbose the log tells commands, replies and reports.
+// number; with verbose the log has commands, replies and reports.
 class QFramerDorv : public QFramer
 {
 public:

@@ -1,4 +1,4 @@
-// Frames with an address in front and a CRC behind, as Modbus RTU has them.
+// Frames with an address before and a CRC after the payload, as Modbus RTU has them.
 #pragma once
 
 #include "framers/qframer.h"

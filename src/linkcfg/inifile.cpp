@@ -6,7 +6,7 @@
 // Who makes a lock fills it within microseconds.
 static constexpr int EMPTY_LOCK_STALE_MS = 100;
 
-// The toolkit tells the lock of a dead program by the process that it names. A kill between making
+// Qt recognises the lock of a dead program by the process that it names. A kill between making
 // and filling it leaves an empty one, for which a store would hold up the window for half a minute.
 static const QString& without_dead_lock(const QString& path)
 {

@@ -1,4 +1,4 @@
-// One key of an INI file with the value that stands for an absent key.
+// One key of an INI file with the value that an absent key means.
 #pragma once
 
 #include <QSettings>

@@ -17,10 +17,10 @@ enum LinkError : int { LINK_FAILED = -1, LINK_IO = -5, LINK_CLOSED = -6, LINK_AG
 // QLink. One thread at a time drives a link.
 //
 // On a closed link flush does nothing, is_open and can_read_line are false, and the other
-// operations on data give LINK_CLOSED. Each concrete link tells where it differs and what its own
+// operations on data give LINK_CLOSED. Each concrete link says where it differs and what its own
 // failures are.
 //
-// Each has a signal log(QString) too. It tells why an operation failed, where its result leaves
+// Each has a signal log(QString) too. It reports why an operation failed, where its result leaves
 // that open; and, once logging of data is on, each operation that moved bytes, with the bytes in
 // hexadecimal.
 class QLink

@@ -15,7 +15,7 @@
 //   flush       costs one call of the system when nothing waits; after it nothing is read that had
 //               arrived before
 //   getchar     the port's lastError negated when no byte came: 0 for a mere time-out, not to be
-//               told from a byte 0
+//               distinguished from a byte 0
 //   putchar     the port's lastError negated
 //   read        bytes that came within the time-out; -1 when the device has gone and all that it
 //               sent has been read; readline likewise

@@ -26,7 +26,7 @@ QAbstractSocket* new_socket(int protocol)
 
 // While one lives, a socket of the link may be running further down the call stack, in a wait that
 // logs a change of state. A handler of that line may close the link, so sockets are deleted only
-// behind the outermost use.
+// after the outermost use.
 class QLinkTcpip::SocketUse
 {
 public:
@@ -164,7 +164,7 @@ int QLinkTcpip::read(char* buffer, int nbytes)
     int count = 0;
     while (count < nbytes) {
         // A wait sees new arrivals only. What an earlier one took in is read first, or it would
-        // stay behind.
+        // stay unread.
         if (source->bytesAvailable() == 0 && !source->waitForReadyRead(cfg.timeout))
             break;
         if (socket != source) // closed or opened anew by a handler of log
@@ -213,7 +213,7 @@ int QLinkTcpip::readline(char* buffer, int size)
 
 void QLinkTcpip::socket_state_display(QAbstractSocket::SocketState state)
 {
-    // Called from inside the socket, maybe by an event loop, where no operation is behind it.
+    // Called from inside the socket, maybe by an event loop, where no operation caused it.
     ++uses;
     static constexpr const char* STATES[] = {
         QT_TR_NOOP("tcpip: unconnected"),    QT_TR_NOOP("tcpip: looking up host"),

@@ -30,7 +30,7 @@
 //               it takes none
 //   readline    what QIODevice::readLine gives
 //
-// The log tells each change of the socket's state as well.
+// The log has each change of the socket's state as well.
 //
 // Only read waits for bytes. bytes_available, getchar, can_read_line and readline see what the
 // socket has taken in during a read, a flush or in an event loop of its thread.

@@ -95,8 +95,8 @@ int QLinkWinsock::close()
 
 void QLinkWinsock::flush()
 {
-    // Often the next datagram is all that is told, so again and again; but they may come as fast as
-    // they are dropped.
+    // Often the next datagram is all that is reported, so again and again; but they may come as
+    // fast as they are dropped.
     const QDeadlineTimer deadline(qMax(1, cfg.timeout));
     int dropped = 0;
     int count = 0;
@@ -152,10 +152,10 @@ int QLinkWinsock::read(char* buffer, int nbytes)
     int count = 0;
     int result = 0;
     while (count < nbytes) {
-        char* const behind = buffer + count;
+        char* const end = buffer + count;
         const int missing = nbytes - count;
-        result = stream ? winsock::recv(SOCKET(sock), behind, missing, 0)
-                        : winsock::recvfrom(SOCKET(sock), behind, missing, 0, nullptr, nullptr);
+        result = stream ? winsock::recv(SOCKET(sock), end, missing, 0)
+                        : winsock::recvfrom(SOCKET(sock), end, missing, 0, nullptr, nullptr);
         if (result <= 0)
             break;
         count += result;

@@ -30,9 +30,9 @@ struct sockaddr_in;
 //   can_read_line     false
 //   readline          0 and an empty line on a closed link; what had come when a byte was late
 //
-// With both forms of data on, the log has a line for each, the hexadecimal one first. A read tells
+// With both forms of data on, the log has a line for each, the hexadecimal one first. A read logs
 // the result of its last system call as well; as text, only when fewer bytes came than asked for,
-// and then the buffer holds a NUL behind them.
+// and then the buffer holds a NUL after them.
 class QLinkWinsock : public QObject, public QLink
 {
     Q_OBJECT

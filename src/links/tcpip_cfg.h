@@ -23,6 +23,6 @@ struct tcpip_cfg
     int timeout; // ms, for connecting and for each wait for bytes
 };
 
-// What a network link works with until it is told otherwise: TCP client of 192.168.0.1:4001, local
+// What a network link works with until it is set otherwise: TCP client of 192.168.0.1:4001, local
 // port chosen by the system, 500 ms.
 tcpip_cfg tcpip_defaults();

@@ -1,5 +1,5 @@
 // The thirteen socket calls that QLinkWinsock is written against, under their Windows names. On
-// Windows they are the system's; elsewhere they stand on POSIX sockets and promise what follows.
+// Windows they are the system's; elsewhere they use POSIX sockets and promise what follows.
 #pragma once
 
 #ifdef _WIN32

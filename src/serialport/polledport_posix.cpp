@@ -17,7 +17,7 @@ static constexpr int CHUNK = 4096;
 // More than a driver holds, so that a flood can't keep a discard busy for ever.
 static constexpr int DISCARD_LIMIT = 1024 * 1024;
 
-// The system doesn't tell when its queue is empty; it is asked this often, in ms.
+// The system doesn't report when its queue is empty; it is asked this often, in ms.
 static constexpr int OUTPUT_QUEUE_POLL_MS = 2;
 
 // The events that came within the time, POLLHUP and POLLERR among them; 0 for none.

@@ -1,5 +1,5 @@
 // The polled port where ports are no file descriptors: a QSerialPort on an I/O thread of its own,
-// behind a guarded buffer.
+// with a guarded buffer in between.
 #include "serialport/polledport.h"
 
 #include "serialport/portwatch.h"

@@ -17,7 +17,7 @@
 static constexpr int TIMER_INTERVAL_MS =
     1000; // how soon a removal shows where no folder can be watched
 
-// The number behind "COM", or -1 for a name of another form.
+// The number after "COM", or -1 for a name of another form.
 static int com_number(const QString& name)
 {
     bool ok = false;

@@ -12,7 +12,7 @@
 struct QextPortInfo
 {
     QString portName;   // what QextSerialPort opens: a system location, /dev/ttyUSB0 or COM3
-    QString physName;   // the device behind it, links resolved
+    QString physName;   // the device itself, links resolved
     QString friendName; // description for people
     QString enumName;   // the manufacturer, or "virtual"
     int vendorID;       // USB vendor, 0 where there is none
@@ -45,7 +45,7 @@ public:
     // counts.
     static bool virtual_ports_folder_make();
 
-    // From now on the signals tell of each port that comes or goes. Needs an event loop on this
+    // From now on the signals report each port that comes or goes. Needs an event loop on this
     // thread.
     void setUpNotifications();
 
@@ -56,7 +56,7 @@ signals:
 private:
     void look_at(const QString& folder);
     void compare();
-    // An open port has lost its device: it is gone, whatever the folders say. Tells it once.
+    // An open port has lost its device: it is gone, whatever the folders say. Reports it once.
     void report_lost(const QString& port_name);
     // A port of this process that getPorts() may not list.
     void note_open(const QString& port_name);

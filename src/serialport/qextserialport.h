@@ -29,8 +29,8 @@ class PolledPort;
 //
 // In both modes a device that goes away leaves the port open (isOpen() is the owner's state) but
 // dead: reads give what had arrived, then 0 bytes (event driven) or -1 (polling); writes give -1;
-// errorString() and lastError() tell why; no CPU is used. Enumerators that watch are told: by the
-// first call that meets the loss, or before, when the node of the device goes away.
+// errorString() and lastError() say why; no CPU is used. Enumerators that watch are notified: by
+// the first call that meets the loss, or before, when the node of the device goes away.
 class QextSerialPort : public QIODevice
 {
     Q_OBJECT

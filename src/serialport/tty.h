@@ -63,7 +63,7 @@ bool rate_is_close(qint64 asked, qint64 actual);
 // of a pseudo-terminal a mere read error, with whatever reason errno holds.
 bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error);
 
-// The rate that an open tty runs at, bits/s; 0 where the system doesn't tell.
+// The rate that an open tty runs at, bits/s; 0 where the system doesn't report it.
 qint64 tty_rate(int handle);
 
 // Bytes that the system has accepted for the device but not yet sent.

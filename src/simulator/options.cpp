@@ -42,8 +42,8 @@ const QList<QCommandLineOption> COMMON = {
     {"drop", "Chance, 0 to 1, that a frame (echo and talk: a byte) is lost.", "chance", "0"},
     {"corrupt", "Chance that one bit of a frame (echo and talk: a byte) is turned.", "chance", "0"},
     {"double", "Chance that a frame (echo and talk: a byte) arrives twice.", "chance", "0"},
-    {"reorder", "Chance that a frame (echo and talk: a byte) arrives behind the next one.",
-     "chance", "0"},
+    {"reorder", "Chance that a frame (echo and talk: a byte) arrives after the next one.", "chance",
+     "0"},
     {"delay", "Hold answers back for this time.", "ms", "0"},
     {"delay-chance", "Chance that --delay holds back an answer.", "chance", "1"},
     {"silent-after", "Fall silent after so many frames (echo and talk: bytes).", "count", "-1"},
@@ -57,7 +57,7 @@ const QList<QCommandLineOption> TALK = {
     {"line-length", "Bytes in a line, its CR LF included.", "bytes", "72"},
     {"binary", "Bytes of all values instead of lines."},
     {"hex", "Pairs of hexadecimal digits without line breaks instead of lines."},
-    {"size", "Send so many bytes at a time, with silence behind them.", "bytes", "0"},
+    {"size", "Send so many bytes at a time, with silence after them.", "bytes", "0"},
     {"bytes", "Stop after so many bytes.", "count", "-1"},
 };
 
@@ -73,8 +73,8 @@ const QList<QCommandLineOption> BOOT = {
      "file"},
     {"frame", "Frame around requests and replies: none, crc16, rtu:ADDRESS, chan:HEX or rwlt.",
      "frame", "crc16"},
-    {"module", "Name of the module; an empty one is not told.", "text", "M1"},
-    {"firmware", "Version that the module tells: up to five numbers of 0 to 255.", "a.b.c.d.e",
+    {"module", "Name of the module; an empty one is not reported.", "text", "M1"},
+    {"firmware", "Version that the module reports: up to five numbers of 0 to 255.", "a.b.c.d.e",
      "1.0.0.0.0"},
     {"hard-info", "Bytes that follow the name in the module's answer.", "hex"},
     {"page", "Bytes that are checked at a time.", "bytes", "4096"},
@@ -222,9 +222,10 @@ void read_name_and_hard_info(const Values& values, BootSettings& boot)
     const QString name = values.text("module");
     boot.name = name.toLatin1();
     if (QString::fromLatin1(boot.name) != name || boot.name.contains('\0'))
-        throw Mistake{QStringLiteral("--module %1: the module tells its name in Latin-1, and that "
-                                     "doesn't have all of these characters")
-                          .arg(name)};
+        throw Mistake{
+            QStringLiteral("--module %1: the module reports its name in Latin-1, and that "
+                           "doesn't have all of these characters")
+                .arg(name)};
     boot.hard_info = read_hex("hard-info", values.text("hard-info"));
     const int size = int(boot.name.size() + boot.hard_info.size());
     if (size > BOOT_RECORD_ROOM)
@@ -317,7 +318,7 @@ const DeviceOptions DEVICES[] = {
 
 const char NEVER_COUNTED[] = "-1";
 
-QList<QCommandLineOption> with_defaults_told(QList<QCommandLineOption> options)
+QList<QCommandLineOption> with_defaults_added(QList<QCommandLineOption> options)
 {
     for (QCommandLineOption& option : options) {
         const QString value = option.defaultValues().value(0);
@@ -355,7 +356,7 @@ static ParsedOptions parse_device_options(const DeviceOptions& device, const QSt
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(device.what);
-    parser.addOptions(with_defaults_told(device.own + COMMON));
+    parser.addOptions(with_defaults_added(device.own + COMMON));
     const QCommandLineOption help({"h", "help"}, "Show this text.");
     parser.addOption(help);
     const bool known =

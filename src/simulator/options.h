@@ -31,7 +31,7 @@ struct ParsedOptions
 {
     Options options;
     QString message; // what to print instead of running; empty when all is well
-    bool ok = true;  // false: the message tells of a mistake
+    bool ok = true;  // false: the message reports a mistake
 };
 
 // `arguments` without the program's name.

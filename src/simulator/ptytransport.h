@@ -7,7 +7,7 @@
 
 // The simulator keeps the port's side open itself. So the tty stays raw, and a terminal program may
 // close the port and open it again; who has it open is counted by the opens and closes that inotify
-// tells. What waits to be read is dropped at the last close, as a serial port's driver does it.
+// reports. What waits to be read is dropped at the last close, as a serial port's driver does it.
 class PtyTransport : public Transport
 {
 public:

@@ -15,7 +15,7 @@ Runner::Runner(Device& device, Transport& transport, int baud)
     , from_host(baud)
     , to_host(baud)
 {
-    // A frame's end at some megabits is told by tens of microseconds; the usual slack is as long.
+    // A frame's end at some megabits is found by tens of microseconds; the usual slack is as long.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
 }
 
@@ -84,7 +84,7 @@ Time Runner::next_event(Time now) const
     return std::min({sends, leaves, comes});
 }
 
-// While the reader is behind, only its reading can move anything.
+// While the reader lags, only its reading can move anything.
 bool Runner::device_may_send() const
 {
     return to_host.room() > 0 && unsent.size() < Lane::CAPACITY &&

@@ -1,4 +1,4 @@
-// The loop that joins a device, the line and a transport until it is told to end.
+// The loop that joins a device, the line and a transport until it is asked to end.
 #pragma once
 
 #include "devices/device.h"

@@ -12,7 +12,7 @@ public:
 
     // How the user names the other end: a path or an address.
     virtual QByteArray address() const = 0;
-    // The descriptors to wait on. `reading` and `writing` tell what the caller would do if it
+    // The descriptors to wait on. `reading` and `writing` say what the caller would do if it
     // could.
     virtual std::vector<pollfd> watched(bool reading, bool writing) const = 0;
     // To be called after each wait, before read() and write().

@@ -8,14 +8,14 @@
 
 enum class Cell : quint8 {
     narrow, ///< one cell
-    blank,  ///< one cell; a row may end behind it
+    blank,  ///< one cell; a row may end after it
     wide,   ///< two cells; a row may end on either side
-    tab,    ///< up to the next tab stop; a row may end behind it
+    tab,    ///< up to the next tab stop; a row may end after it
     joined, ///< none: a combining mark, or the second half of a surrogate pair
-    newline ///< none, and the row ends behind it: U+2028
+    newline ///< none, and the row ends after it: U+2028
 };
 
-/// A stretch of narrow characters and blanks: a bit for each tells which it is.
+/// A stretch of narrow characters and blanks: a bit for each says which it is.
 struct PlainRun
 {
     const quint64* blanks = nullptr; ///< first bit for the character at `begin`

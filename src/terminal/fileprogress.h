@@ -1,4 +1,4 @@
-// The progress of a file being sent, as it stands in the status bar.
+// The progress of a file being sent, as the status bar shows it.
 #pragma once
 
 #include <QProgressBar>

@@ -110,7 +110,7 @@ void MainWindow::title_update()
     setWindowTitle(QString("Tarnwick [%1]").arg(cfg_file.section('/', -1, -1)));
 }
 
-// Names of files and ports stand in the texts, and none of them is markup.
+// Names of files and ports are part of the texts, and none of them is markup.
 static void plain_box(QMessageBox::Icon icon, const QString& title, const QString& text,
                       QWidget* parent)
 {

@@ -119,7 +119,7 @@ private:
     bool send_count_reached() const;
     void send_timer_start(int interval_ms, void (MainWindow::*slot)());
     void send_timer_stop();
-    // Tells the user and unchecks the box when no port is open.
+    // Informs the user and unchecks the box when no port is open.
     bool timed_mode_may_start(QCheckBox* box);
 
     void file_send_start();
@@ -162,11 +162,10 @@ private:
     bool hex_mode_send;
     bool loop;
 
-    std::unique_ptr<QTranslator>
-        toolkit_translator;   // null where the toolkit's catalogue is missing
-    bool save_failed = false; // the status bar has said so of this save_file
-    CutText recv_cut;         // what the last chunk's end may still need
-    int recv_shown = 0;       // characters in the receive area after it
+    std::unique_ptr<QTranslator> toolkit_translator; // null where Qt's catalogue is missing
+    bool save_failed = false;                        // the status bar has said so of this save_file
+    CutText recv_cut;                                // what the last chunk's end may still need
+    int recv_shown = 0;                              // characters in the receive area after it
     // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;

@@ -90,7 +90,7 @@ void MainWindow::strings_load(QSettings& settings)
 
     settings.beginReadArray(STRINGS);
     for (int row = 0; row < rows; ++row) {
-        // A row behind the array's end is blank, whatever an older array has left there.
+        // A row after the array's end is blank, whatever an older array has left there.
         settings.setArrayIndex(row < stored ? row : NO_ROW);
         QTableWidgetItem* const alias = table->item(row, ALIAS_COLUMN);
         QTableWidgetItem* const value = table->item(row, VALUE_COLUMN);

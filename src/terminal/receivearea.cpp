@@ -110,7 +110,7 @@ void ReceiveArea::move_to_end()
 {
     const int end = text_layout->rows().length();
     const QTextCursor cursor = textCursor();
-    // After a clear the cursor stands at the end, but with the format of the text that was there.
+    // After a clear the cursor is at the end, but with the format of the text that was there.
     if (cursor.hasSelection() || cursor.position() != end || end == 0)
         select(end, end);
 }
@@ -271,7 +271,7 @@ void ReceiveArea::focusInEvent(QFocusEvent* event)
     const QTextCursor cursor = textCursor();
     const EmptyLayouts empty(document(), {cursor.anchor(), cursor.position()});
     QPlainTextEdit::focusInEvent(event);
-    viewport()->update(); // the selection's colour tells where the focus is
+    viewport()->update(); // the selection's colour shows where the focus is
 }
 
 void ReceiveArea::focusOutEvent(QFocusEvent* event)

@@ -15,7 +15,7 @@ class TextSearch;
 /// insertion: a stream without line breaks costs more with every byte and soon freezes the window.
 /// Document, cursor, formats, selection and signals are the stock ones. Text is shown in a grid of
 /// equal cells (wide characters take two), whatever the font: a character of a proportional font
-/// stands at the left of its cell. So wrapping is counting, and only what is visible is drawn.
+/// is at the left of its cell. So wrapping is counting, and only what is visible is drawn.
 ///
 /// What it relies on in Qt; without it, its tests fail:
 /// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
@@ -38,7 +38,7 @@ public:
     void append_chunk(const QString& prefix, const QString& text, int replaced = 0);
 
     /// The same for a whole line: `text` in the character format of the end but for this
-    /// foreground, and behind it a line break without it.
+    /// foreground, and after it a line break without it.
     void append_line(const QString& text, const QBrush& foreground);
 
     /// The stock functions of these names ask the stock layout.

@@ -17,7 +17,7 @@ constexpr int LONGEST_WORD = 64 * 1024; // so that a double click in an unbroken
 
 enum class Kind { word, separator, blank };
 
-// As the toolkit parts words.
+// As Qt separates words.
 Kind kind_of(QChar c)
 {
     if (c.isSpace())
@@ -49,7 +49,7 @@ int ReceiveArea::position_at(const QPoint& point) const
         while (at < end && rows.cell(at) == Cell::joined);
         column = next_column;
     }
-    // The position behind a row that goes on is the next row's first one, so it would be shown
+    // The position after a row that goes on is the next row's first one, so it would be shown
     // there.
     return goes_on && wanted < column ? last_before : end;
 }
@@ -83,7 +83,7 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     if (wanted == Unit::character)
         return span;
     const auto kind_at = [this](int at) { return kind_of(document()->characterAt(at)); };
-    // Behind a word and in the blanks that follow it, the word is meant.
+    // After a word and in the blanks that follow it, the word is meant.
     int on = position;
     if (on == end && on > begin && kind_at(on - 1) == Kind::word)
         --on;

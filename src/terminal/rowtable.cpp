@@ -36,7 +36,7 @@ qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int col
             word = at;
         const int next = column_after(cell, column, columns);
         if (cell == Cell::blank || cell == Cell::tab)
-            full = column >= columns; // it stands past the edge, and what follows begins a row
+            full = column >= columns; // it is past the edge, and what follows begins a row
         else if (next > columns && at > start)
             return word > start ? word : at;
         column = next;
@@ -151,7 +151,7 @@ void RowTable::drop_from(int position)
 {
     int row = row_of(position);
     cells.drop_from(cells.begin() + position);
-    // What stood behind the position may have decided where the row in front of it ends.
+    // What was after the position may have decided where the row before it ends.
     if (row > 0 && !rows[front + static_cast<size_t>(row)].opens_paragraph())
         --row;
     rows.resize(front + static_cast<size_t>(row) + 1, Row(0, true));
@@ -220,9 +220,9 @@ int RowTable::row_of(int position) const
 {
     const qint64 wanted = cells.begin() + position;
     const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(front);
-    const auto behind = std::upper_bound(
-        begin, rows.end(), wanted, [](qint64 at, const Row& row) { return at < row.start(); });
-    return static_cast<int>(behind - begin) - 1;
+    const auto after = std::upper_bound(begin, rows.end(), wanted,
+                                        [](qint64 at, const Row& row) { return at < row.start(); });
+    return static_cast<int>(after - begin) - 1;
 }
 
 int RowTable::column_of(int row, int position) const

@@ -6,11 +6,11 @@
 #include <QString>
 #include <vector>
 
-/// The column behind a character that begins at `column`.
+/// The column after a character that begins at `column`.
 int column_after(Cell cell, int column, int columns);
 
 /// The rows of a text that grows at its end. Words stay whole where they can, wide characters too,
-/// and one blank may stand past the edge, so that a row of hexadecimal pairs uses its full width.
+/// and one blank may be past the edge, so that a row of hexadecimal pairs uses its full width.
 /// Positions are those of the document: each paragraph counts its characters and one for its
 /// separator; rows are numbered from 0. Adding costs the same at any length; a new width costs one
 /// pass over all rows.
@@ -31,10 +31,10 @@ public:
     int length() const { return static_cast<int>(cells.end() - cells.begin()); }
     int row_count() const { return static_cast<int>(rows.size() - front); }
     int row_start(int row) const;
-    int row_end(int row) const; ///< behind the last character, without a separator
+    int row_end(int row) const; ///< after the last character, without a separator
     int row_of(int position) const;
     Cell cell(int position) const { return cells.at(cells.begin() + position); }
-    /// The column at which `position` of this row stands.
+    /// The column at which `position` of this row is shown.
     int column_of(int row, int position) const;
 
 private:

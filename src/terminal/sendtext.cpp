@@ -12,7 +12,7 @@ static SendText failure(QByteArray bytes, SendText::Error error, int offset, cha
     return {std::move(bytes), error, offset, QChar::fromLatin1(character)};
 }
 
-// The byte that a backslash and `letter` stand for, or -1.
+// The byte that a backslash and `letter` mean, or -1.
 static int escaped_byte(char letter)
 {
     switch (letter) {

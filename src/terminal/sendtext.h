@@ -8,20 +8,20 @@ struct SendText
 {
     enum Error {
         NONE,
-        BAD_ESCAPE,    // a backslash in front of a byte that makes no escape
-        ESCAPE_AT_END, // a backslash with nothing behind it
+        BAD_ESCAPE,    // a backslash before a byte that makes no escape
+        ESCAPE_AT_END, // a backslash with nothing after it
         NOT_HEX,       // neither a hexadecimal digit nor white space
     };
 
-    QByteArray bytes; // what came out in front of the error, if there is one
+    QByteArray bytes; // what came out before the error, if there is one
     Error error = NONE;
-    int offset = 0;  // of the offending byte in the input; behind the backslash for ESCAPE_AT_END
+    int offset = 0;  // of the offending byte in the input; after the backslash for ESCAPE_AT_END
     QChar character; // the offending byte, read as Latin-1
 };
 
 // Escapes: \r \n \t \a \b \f \v \\ \' \" and \0, each one byte.
 SendText send_text_escaped(const QByteArray& text);
 
-// Pairs of digits make a byte, in either case; a lone digit in front of white space is a byte of
+// Pairs of digits make a byte, in either case; a lone digit before white space is a byte of
 // its own; one at the very end is still being typed and makes none.
 SendText send_text_hex(const QByteArray& text);

@@ -7,9 +7,9 @@
 #include <functional>
 #include <vector>
 
-/// A hit is each position where the wanted text stands, so hits may overlap: whether a position is
-/// one depends on no other, and stays so when the front is dropped. No positions are kept, only how
-/// many begin in each page of the text: 4 bytes for 16,384 characters, however many there are.
+/// A hit is each position where the wanted text is found, so hits may overlap: whether a position
+/// is one depends on no other, and stays so when the front is dropped. No positions are kept, only
+/// how many begin in each page of the text: 4 bytes for 16,384 characters, however many there are.
 /// Where a hit is, its page is read again. Positions are those in the text as it is now, from 0.
 class TextSearch
 {
@@ -36,7 +36,7 @@ public:
     /// Exact once is_complete().
     int count() const { return total; }
     int count_before(int position) const;
-    /// The first hit at or behind a position and the last one in front of it, as far as pages have
+    /// The first hit at or after a position and the last one before it, as far as pages have
     /// been searched; -1 if there is none.
     int first_from(int position) const;
     int last_before(int position) const;

@@ -19,7 +19,7 @@ std::uint16_t at_word(const QByteArray& field);
 // without a leading 0x; what follows its digits doesn't count. None for no digit, or too many.
 std::optional<std::uint32_t> at_address(const QByteArray& reply);
 
-// The key that a reply spells, at most 16 bytes. White space in front of a byte is skipped; a digit
+// The key that a reply spells, at most 16 bytes. White space before a byte is skipped; a digit
 // with white space after it is a byte by itself; a single digit at the end is dropped; any other
 // character ends the key.
 QByteArray at_key(const QByteArray& reply);
@@ -28,5 +28,5 @@ QByteArray at_key(const QByteArray& reply);
 constexpr char AT_DEVICE_REPORT[] = "+devfound,";
 
 // What follows "+devfound," in each line of the text that has ended. These lines are removed, and
-// what can't become a report any more: what stays goes in front of what comes next.
+// what can't become a report any more: what stays goes before what comes next.
 QStringList at_devices_take(QByteArray& text);

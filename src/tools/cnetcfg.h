@@ -31,7 +31,7 @@ QString baud_text(int rate);
 // meanwhile. Nothing is retried. The link isn't owned; the destructor aborts a search and waits for
 // its end.
 //
-// Addresses are 2 bytes (short) or 8 bytes (long), copied as they stand. A configuration is a block
+// Addresses are 2 bytes (short) or 8 bytes (long), copied as they are. A configuration is a block
 // of 13 words that only the device understands, copied as it lies in memory. Outputs are written on
 // success only.
 class CnetCfg : public QThread
@@ -81,7 +81,7 @@ public:
 
     // Start a search for one address or for all, over the channels and rates of the masks (see
     // cnet_pairs). 0, or TOOL_BUSY while the thread runs, which it does for a moment beyond
-    // search_finished: QThread::finished or wait() tell the end.
+    // search_finished: QThread::finished or wait() show the end.
     int search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target);
     int search_addr(std::uint32_t chan_mask, std::uint32_t baud_mask, std::uint16_t target);
     int search_addr_ext(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target);

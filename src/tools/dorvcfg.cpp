@@ -220,7 +220,7 @@ int DorvCfg::key_get(const AtCommand& command, void* key)
 int DorvCfg::comm_quality_get(std::uint16_t addr, float* out1, float* out2, float* out3,
                               float* out4)
 {
-    constexpr int AGREEMENT = 4; // "ok" and its line end, in front of the report
+    constexpr int AGREEMENT = 4; // "ok" and its line end, before the report
     command_write(at_text(at::COMM_QUALITY, addr));
     if (judge_value(reply_read(AGREEMENT).startsWith("ok")) != 0)
         return TOOL_FAILED;

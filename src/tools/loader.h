@@ -139,13 +139,13 @@ public slots:
     void send_interval_set(uint ms);
     // Pause between the command to enter boot mode and the next information request.
     void reset_wait_ms_set(uint ms);
-    // Pause between the final verify request and the reading of its reply; and in front of that
+    // Pause between the final verify request and the reading of its reply; and before that
     // request when the run missed a reply, which could otherwise come late and pass for this one.
-    // Without a miss the pause in front is that of a page check, at least 10 ms: the time in which
+    // Without a miss the pause before it is that of a page check, at least 10 ms: the time in which
     // a second copy of the last reply arrives.
     void verify_wait_ms_set(uint ms);
     // Starts a run, or says in a message box that one is under way. The thread runs on for a moment
-    // beyond upgrade_done: QThread::finished or wait() tell when the next run can start.
+    // beyond upgrade_done: QThread::finished or wait() show when the next run can start.
     void upgrade_start();
 
 signals:
@@ -187,7 +187,7 @@ private:
     std::uint32_t rom_page_size = 0;
     std::uint32_t mtu = 0;
     std::uint32_t pack_len = 1024;      // what most boot codes take in one packet
-    std::uint32_t retry_count = 3;      // enough for a noisy line, quick to tell a dead one
+    std::uint32_t retry_count = 3;      // enough for a noisy line, quick to find a dead one
     std::uint32_t send_interval = 0;    // the replies already pace the packets
     std::uint32_t reset_wait_ms = 1000; // a reset and the start of the boot code
     std::uint32_t verify_wait_ms = 500; // a CRC over the whole flash
@@ -196,7 +196,7 @@ private:
     LoaderOutcome last;
     bool reply_missed = false; // an answer may still be on its way
     bool stray_seen = false;   // an answer to another request came: replies are doubled or late
-    int careful_requests = 0;  // so many requests to come wait for silence first
+    int careful_requests = 0;  // so many requests to come wait first
     std::int64_t slowest_check_ms = 0;
     std::atomic<bool> abort_flag{false};
 };

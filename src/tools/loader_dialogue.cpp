@@ -85,7 +85,7 @@ int Loader::dev_info_get()
         std::min(framer->read(reinterpret_cast<char*>(reply), BOOT_INFO_MAX), BOOT_INFO_MAX);
     const int refusal = info_refusal(reply, count);
     if (refusal != 0) {
-        reply_miss(); // what came may be chatter of the application, in front of the reply
+        reply_miss(); // what came may be chatter of the application, before the reply
         emit dev_soft_info_set(QStringLiteral("N/A"));
         emit dev_hard_info_set(nullptr, 0);
         return refusal;

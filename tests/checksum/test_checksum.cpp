@@ -99,7 +99,7 @@ TEST(HexText, BecomesBytesInAllPairsOrNone)
         {"0011", 3, 1, 1, "00eeeeeeeeeeeeee"},
         {"0011", 1, 8, 0, "eeeeeeeeeeeeeeee"},
         {"0011", -4, 8, 0, "eeeeeeeeeeeeeeee"},
-        // What strtoul makes of a pair: no digit, a digit before and behind, a sign, a prefix, NUL.
+        // What strtoul makes of a pair: no digit, a digit before and after, a sign, a prefix, NUL.
         {QByteArray("zz5g 7-1+40x1\0", 14), 14, 8, 7, "000507ff040001ee"},
     };
     for (const auto& row : rows) {

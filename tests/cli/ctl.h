@@ -1,4 +1,4 @@
-// The real tarnwickctl as a child process. The words of its commands stand between blanks.
+// The real tarnwickctl as a child process. The words of its commands are separated by blanks.
 #pragma once
 
 #include "simulated.h"

@@ -125,7 +125,7 @@ TEST(CliText, AWrongTextIsPointedAtWhereItIsWrong)
     EXPECT_EQ(LINK("tcp:" + QString(64, 'a') + ":1"), Place(4, 64));
 }
 
-TEST(CliText, ProgressTellsRateAndRemainingTime)
+TEST(CliText, ProgressShowsRateAndRemainingTime)
 {
     EXPECT_EQ(transfer_text({131072, 262144, 12000}),
               "[==========          ]  50 %  131072 of 262144 bytes  10.9 KB/s  0:12 left");

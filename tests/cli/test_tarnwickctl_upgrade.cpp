@@ -50,11 +50,11 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
         EXPECT_LT(ctl_json(upgrade(file, row.link))["wire_bytes_sent"].toInt(), 200);
     }
     EXPECT_TRUE(file_content(log).contains(" tcpip: connected"));
-    EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run behind the other
+    EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run after the other
 }
 
 // What goes wrong, and that the right command puts it right.
-TEST_F(CtlUpgrade, TellsWhyAnUpgradeCannotBeAndCanBeRepeated)
+TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
 {
     const QString file = firmware_file(sandbox, "M1_2.bin", 30000);
     const struct

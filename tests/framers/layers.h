@@ -76,7 +76,7 @@ struct Framers
 };
 
 // What a read stored, with its result. Its buffer is of just that size, so that AddressSanitizer
-// sees a byte too many, and `touched` tells whether a read without success wrote to it.
+// sees a byte too many, and `touched` says whether a read without success wrote to it.
 struct Received
 {
     int result;

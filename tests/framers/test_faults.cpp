@@ -14,7 +14,7 @@ const QByteArray PAYLOAD = "0102"_hex;
 constexpr int LINK_ERROR = -77; // no code of any layer
 constexpr int NEVER = 0;
 
-// The call with number `at`, and with `for_good` those behind it, don't reach the memory.
+// The call with number `at`, and with `for_good` those after it, don't reach the memory.
 class FaultyLink : public MemoryLink
 {
 public:
@@ -147,7 +147,7 @@ TEST_P(EachFramer, SurvivesALinkThatFailsAtAnyCall)
     }
 }
 
-// Stores what it is asked for, but tells of more.
+// Stores what it is asked for, but reports more.
 class BoastfulFramer : public QFramerNull
 {
 public:
@@ -159,7 +159,7 @@ public:
     }
 };
 
-TEST_P(EachFramer, ReadsNothingBehindItsBufferThoughTheLayerBelowTellsOfMore)
+TEST_P(EachFramer, ReadsNothingAfterItsBufferThoughTheLayerBelowReportsMore)
 {
     for (const int nbytes : {2, 70000}) { // a frame on the stack, and one on the heap
         Stack stack;

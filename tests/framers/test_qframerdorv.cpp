@@ -129,7 +129,7 @@ TEST(QFramerDorv, ReadsReportsOfText)
         QByteArray stored;
         int result;
     } rows[] = {
-        {"+radiorx=1,2,hello\r\n", "hel", 5}, // the length tells that more was there
+        {"+radiorx=1,2,hello\r\n", "hel", 5}, // the length says that more was there
         {"+radiorx=1,2,hi\r\n", "hi^", 2},    {"+radiorx=1,2,\r\n", "^^^", 0},
         {"+radiorx=1,2\r\n", "^^^", 0},       {"+macrx=1,2,hello\r\n", "^^^", 0},
     };

@@ -130,7 +130,7 @@ std::unique_ptr<Module> make_module(int choice)
     return std::make_unique<Boot>(settings);
 }
 
-// The first byte is the module and its frame, the rest comes as one piece with silence behind it.
+// The first byte is the module and its frame, the rest comes as one piece with silence after it.
 void modules(const QByteArray& input)
 {
     const std::unique_ptr<Module> module = make_module(quint8(input.isEmpty() ? 0 : input[0]));

@@ -9,7 +9,7 @@
 
 namespace {
 
-// What comes out is what stands in front of a mistake.
+// What comes out is what precedes a mistake.
 void typed(const QByteArray& text)
 {
     require(text.contains('\\') || send_text_escaped(text).bytes == text);

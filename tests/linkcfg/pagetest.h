@@ -1,4 +1,4 @@
-// A dialog or page over an INI file, which it reads at its start and leaves behind at its end.
+// A dialog or page over an INI file, which it reads at its start and writes at its end.
 #pragma once
 
 #include "pty.h"

@@ -28,7 +28,7 @@ std::string stored(std::map<std::string, std::string> values)
     return text;
 }
 
-// The texts of a box, and the numbers behind them.
+// The texts of a box, and the numbers that they mean.
 std::pair<QString, QString> rows_of(const QComboBox* box)
 {
     QStringList texts, data;
@@ -163,7 +163,7 @@ TEST_F(SerialPage, SaysSoWithoutAPort)
     EXPECT_EQ(close(), stored({{"port", "-1"}}));
 }
 
-TEST_F(SerialPage, OpensTheCustomRowForEditingAndClosesItBehind)
+TEST_F(SerialPage, OpensTheCustomRowForEditingAndClosesItAfterwards)
 {
     open("");
     EXPECT_TRUE(page->is_custom_baud_index(page->custom_baud_index()));
@@ -194,7 +194,7 @@ TEST_F(SerialPage, TakesIntegersOfAtLeastOneInTheCustomRowAtEveryKey)
         const char* rate;
     } rows[] = {
         {"a letter is taken back", -1, "12a", "12"},
-        {"typing goes on behind it", -1, "12a3", "123"},
+        {"typing goes on after it", -1, "12a3", "123"},
         {"no completion to 110", -1, "1", "1"},
         {"raised to 1", -1, "0", "1"},
         {"more than an int holds", -1, "99999999999", "999999999"},

@@ -12,12 +12,12 @@ std::unique_ptr<NetPeer> NetPeer::socat(const QString& listen, const QString& ot
     peer->process.setProcessChannelMode(QProcess::MergedChannels);
     peer->process.start("socat", {"-d", "-d", listen, other});
     const QRegularExpression report("listening on .*:(\\d+)\n");
-    QString told;
+    QString output;
     EXPECT_TRUE(wait_until([&] {
-        told += QString::fromLocal8Bit(peer->process.readAll());
-        peer->tcp_port = report.match(told).captured(1).toInt();
+        output += QString::fromLocal8Bit(peer->process.readAll());
+        peer->tcp_port = report.match(output).captured(1).toInt();
         return peer->tcp_port != 0;
-    })) << qPrintable(told);
+    })) << qPrintable(output);
     return peer;
 }
 
@@ -25,7 +25,7 @@ std::unique_ptr<NetPeer> NetPeer::ser2net(const QString& device)
 {
     auto peer = std::make_unique<NetPeer>();
     {
-        QTcpServer probe; // it can't tell its port, so it gets one that was free just now
+        QTcpServer probe; // it can't report its port, so it gets one that was free just now
         EXPECT_TRUE(probe.listen(QHostAddress::LocalHost));
         peer->tcp_port = probe.serverPort();
     }

@@ -10,7 +10,7 @@ class NetPeer
 public:
     // socat between a listening address with port 0, as in "TCP-LISTEN:0", and another address.
     static std::unique_ptr<NetPeer> socat(const QString& listen, const QString& other);
-    // ser2net in front of a tty.
+    // ser2net that serves a tty.
     static std::unique_ptr<NetPeer> ser2net(const QString& device);
     ~NetPeer();
 

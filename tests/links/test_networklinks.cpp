@@ -74,14 +74,14 @@ public:
         EXPECT_EQ(winsock::startups_in_use(), 0);
     }
 
-    // Opens the link to a program with `pty` behind it, and waits until bytes pass.
+    // Opens the link to a program that serves `pty`, and waits until bytes pass.
     void bridge(std::unique_ptr<NetPeer> program, int timeout_ms)
     {
         peer = std::move(program);
         set(loopback(peer->port(), timeout_ms));
         ASSERT_TRUE(wait_until([&] { return link.open() == 0; }));
         EXPECT_EQ(write("go"), 2);
-        // Without an event loop, which would send what a write left behind.
+        // Without an event loop, which would send what a write left unsent.
         QByteArray passed;
         for (clock.start(); passed.size() < 2 && clock.elapsed() < PATIENCE_MS;) {
             QThread::usleep(200);
@@ -136,9 +136,9 @@ TYPED_TEST(NetworkLink, OpensAfterARefusalAndAnewWhenOpen)
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     const tcpip_cfg good = loopback(server.serverPort(), 20000);
-    QTcpSocket deaf; // bound, so that nobody else can listen there
-    ASSERT_TRUE(deaf.bind(QHostAddress::LocalHost));
-    const tcpip_cfg bad = loopback(deaf.localPort(), 20000);
+    QTcpSocket bound; // so that nobody else can listen there
+    ASSERT_TRUE(bound.bind(QHostAddress::LocalHost));
+    const tcpip_cfg bad = loopback(bound.localPort(), 20000);
 
     this->set(bad);
     EXPECT_EQ(this->link.open(), -1);
@@ -228,7 +228,7 @@ TYPED_TEST(NetworkLink, CarriesBurstsInOrderThroughSocatAndSer2net)
     }
 }
 
-TYPED_TEST(NetworkLink, EndsAReadOneTimeoutBehindTheLastByte)
+TYPED_TEST(NetworkLink, EndsAReadOneTimeoutAfterTheLastByte)
 {
     this->bridge(this->socat(), 200);
     qint64 quickest = PATIENCE_MS; // of some attempts, as other programs may delay each of them
@@ -399,7 +399,7 @@ TEST_F(WinsockLink, SendsDatagramsForMostProtocolsAndDropsAllThatWait)
     EXPECT_LT(clock.elapsed(), PATIENCE_MS);
 }
 
-TEST_F(WinsockLink, LeavesNothingBehindAFailedOpen)
+TEST_F(WinsockLink, LeavesNothingAfterAFailedOpen)
 {
     tcpip_cfg cfg = loopback(0x3131, 100);
     std::memset(cfg.addr, '9', sizeof cfg.addr); // no NUL

@@ -88,7 +88,7 @@ TEST(QLinkSerial, MayBeOpenedAndClosedOnOtherThreadsThanItsOwn)
     EXPECT_EQ(pty.read(2), "ab");
 }
 
-TEST(QLinkSerial, TellsOnceThatItsDeviceHasGone)
+TEST(QLinkSerial, ReportsOnceThatItsDeviceHasGone)
 {
     Sandbox sandbox;
     Pty pty, other;

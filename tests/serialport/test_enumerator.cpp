@@ -62,7 +62,7 @@ TEST_F(Enumerator, ListsLinksToDevicesInAFolderThatOnlyTheUserCanWriteTo)
     EXPECT_EQ(virtual_ports().size(), 2);
 }
 
-TEST_F(Enumerator, TellsOfPortsThatComeAndGo)
+TEST_F(Enumerator, ReportsPortsThatComeAndGo)
 {
     QDir(sandbox.ports_folder()).removeRecursively();
     QextSerialEnumerator enumerator;
@@ -79,7 +79,7 @@ TEST_F(Enumerator, TellsOfPortsThatComeAndGo)
     EXPECT_TRUE(wait_until([&] { return names_in(went) == QStringList(first); }));
 }
 
-TEST_F(Enumerator, TellsOnceThatAnOpenPortHasLostItsDevice)
+TEST_F(Enumerator, ReportsOnceThatAnOpenPortHasLostItsDevice)
 {
     for (int row = 0; row < 4; ++row) {
         Pty pty;

@@ -85,7 +85,7 @@ TEST(PolledPort, CountsWhatGoesOutToAPeerThatDoesNotRead)
     }
 }
 
-TEST(PolledPort, TellsOfADeviceThatHasGoneAndGivesItsLastBytes)
+TEST(PolledPort, ReportsADeviceThatHasGoneAndGivesItsLastBytes)
 {
     PolledPair pair(20000);
     EXPECT_TRUE(pair.pty.write("ab"));

@@ -14,7 +14,7 @@
 class Simulated
 {
 public:
-    // The command's words stand between blanks.
+    // The command's words are separated by blanks.
     explicit Simulated(const QString& command)
     {
         process.start(TARNWICK_SIM, command.split(' ', Qt::SkipEmptyParts));
@@ -23,7 +23,7 @@ public:
             [&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
         address = QString::fromLocal8Bit(process.readLine()).trimmed();
     }
-    // Asks it to end, so that it takes its link with it: one left behind may lead to somebody
+    // Asks it to end, so that it takes its link with it: a link that remains may lead to somebody
     // else's tty by the time the next simulator looks at it.
     ~Simulated()
     {
@@ -48,7 +48,7 @@ public:
     QString address;
 };
 
-// An open port or socket as a plain descriptor, so that nothing stands between test and simulator.
+// An open port or socket as a plain descriptor, so that nothing is between test and simulator.
 class Wire
 {
 public:

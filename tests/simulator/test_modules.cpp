@@ -8,7 +8,7 @@
 namespace {
 constexpr int SILENCE_MS = 150; // an answer that has not begun by then is none
 
-// Both as hexadecimal text; an empty answer stands for silence.
+// Both as hexadecimal text; an empty answer means silence.
 struct Step
 {
     QByteArray request;
@@ -48,7 +48,7 @@ protected:
     Sandbox sandbox; // its working directory takes the image
 };
 
-TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
+TEST_F(Modules, BootTakesAFileAndReportsWhatItDoes)
 {
     file_write("image.bin", "an image longer than the new one");
     Simulated boot(SMALL_MODULE + " --verbose");
@@ -76,11 +76,11 @@ TEST_F(Modules, BootTakesAFileAndTellsWhatItDoes)
     expect_steps(wire, steps);
     EXPECT_EQ(file_content("image.bin"), "0123456789:;<=>?@ABC");
     boot.end();
-    const QByteArray told = boot.process.readAllStandardError();
+    const QByteArray output = boot.process.readAllStandardError();
     for (const char* line : {"boot: < 64 00 00 00 00 00 00 00 10 7f 8a 3d 46 00 50 4b\n",
                              "boot: 4 bytes at 1048573: refused: beyond the memory of 1048576",
                              "boot: check of 16 bytes at 0: different\n", "boot: > 64 01 ea b0\n"})
-        EXPECT_TRUE(told.contains(line)) << told.constData();
+        EXPECT_TRUE(output.contains(line)) << output.constData();
 }
 
 TEST_F(Modules, AnswerInTheirFramesAndRestartWhenTheirSupplyFails)
@@ -181,7 +181,7 @@ TEST_F(Modules, DorvAnswersItsCommandsAndRemembersUntilItIsReset)
              {"at+nwkskey=?abp,xyz.quendal.zz", key + "\r\n"},
              {"at+rssi=0x10", "+rssi,-56\r\n"},
              {"at+pmactx=ucast,16,communication quality", "ok\r\n16,-56.5,7.25,10,-56.0,6.5,0\r\n"},
-             {"at+radiotx=2\ra", "ok\r\n+radiorx=2\r\na\r"}, // the CR behind it is payload
+             {"at+radiotx=2\ra", "ok\r\n+radiorx=2\r\na\r"}, // the CR after it is payload
              {"at+mac_send=1\r", "ok\r\n+data=1\r\n\r"},
              {"at+radiotxraw=3\rab", "ok\r\n+radiorx=-61,7.5,61620D\r\n"},
              {"at+rxfmt=hex", "ok\r\n"},

@@ -58,7 +58,7 @@ TEST_F(Streams, ThePortIsRawAndPrivateAndEndsWithTheSimulator)
     EXPECT_EQ(QFile::permissions(sandbox.ports_folder()) & 0x0FF, QFile::Permissions());
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(Wire(again.address).exchange("\r\n\x03 raw", 7), "\r\n\x03 raw");
-    // What somebody left behind is gone, like bytes sent to an unplugged line.
+    // What somebody left unread is gone, like bytes sent to an unplugged line.
     Wire(again.address).write_some("not waited for");
     QTest::qWait(200);
     EXPECT_EQ(Wire(again.address).read(1, 100), "");

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr qint64 NS_PER_MS = 1'000'000, NS_PER_S = 1'000'000'000;
-qint64 simulated_ns = 0; // CLOCK_MONOTONIC; 0 stands for the system's own
+qint64 simulated_ns = 0; // CLOCK_MONOTONIC; 0 means the system's own
 
 } // namespace
 

@@ -80,7 +80,7 @@ int SimulatedLink::write(const char* buffer, int nbytes)
 {
     if (!opened)
         return LINK_CLOSED;
-    pass_bytes(); // what was sent before came by itself, with a gap behind it
+    pass_bytes(); // what was sent before came by itself, with a gap after it
     if (lost)
         return LINK_FAILED;
     unsent.append(buffer, nbytes);

@@ -1,5 +1,5 @@
 // An adapter pulled out and plugged in again, over and over, whatever the window is doing: one
-// message each time, the next session works, and nothing is left behind.
+// message each time, the next session works, and nothing is leaked.
 //
 //   unplug_soak [times in each state]
 #include "soak.h"
@@ -64,7 +64,7 @@ private:
                     after.descriptors, after.threads - before.threads, after.threads);
         expect(growth_mb <= MOST_GROWTH_MB && after.descriptors <= before.descriptors &&
                    after.threads <= before.threads,
-               "something is left behind");
+               "something is leaked");
     }
 
     void plug_in()

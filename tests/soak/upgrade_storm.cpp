@@ -149,7 +149,7 @@ LoaderEnding upgrade(Loader& loader, const QString& file)
     QObject run;
     QObject::connect(
         &loader, &Loader::upgrade_done, &run, [&] { ++ends; }, Qt::DirectConnection);
-    // ThreadSanitizer doesn't see the toolkit's own order of a thread's end and the wait for it.
+    // ThreadSanitizer doesn't see Qt's own order of a thread's end and the wait for it.
     std::atomic<bool> ended = false;
     QObject::connect(
         &loader, &Loader::finished, &run, [&] { ended = true; }, Qt::DirectConnection);

@@ -72,10 +72,10 @@ bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
     return true;
 }
 
-bool may_part(Kind before, Kind behind)
+bool may_part(Kind before, Kind after)
 {
     return before == Kind::blank || before == Kind::tab || before == Kind::wide ||
-           before == Kind::line_end || behind == Kind::wide;
+           before == Kind::line_end || after == Kind::wide;
 }
 
 int row_end(const QString& text, int start, int end, int columns)

@@ -9,7 +9,7 @@
 struct SlowRow
 {
     int start;
-    int end; // behind the last character, without a line break
+    int end; // after the last character, without a line break
 
     bool operator==(const SlowRow& other) const { return start == other.start && end == other.end; }
 };

@@ -53,7 +53,7 @@ TEST_F(Config, UnchangedCloseLeavesTheFileAlone)
     configure("somebody/else", "keeps, this");
     configure("global/unknown", 5);
     window_start();
-    window->move(50, 60); // where the toolkit doesn't correct a restored place
+    window->move(50, 60); // where Qt doesn't correct a restored place
     type("AT\n\u4F60");
     table()->item(3, VALUE_COLUMN)->setText("text");
     window_end();
@@ -178,7 +178,7 @@ TEST_F(Config, NeverLosesTheControlPanel)
     panel->setFloating(true);
     panel->close(); // a desktop's own way
     EXPECT_TRUE(wait_until([&] { return panel->isVisible(); }));
-    panel->hide(); // the application's way, in front of the last store
+    panel->hide(); // the application's way, before the last store
     restart();
     EXPECT_TRUE(find<QDockWidget>("dockWidget")->isFloating());
     EXPECT_TRUE(wait_until([&] { return find<QDockWidget>("dockWidget")->isVisible(); }));
@@ -241,7 +241,7 @@ TEST_F(Config, StartsWithAnyFile)
     EXPECT_EQ(stored("serial_tool/ascii", "missing/folder/x.ini"), "typed");
 }
 
-// That of a program killed between making and filling it; the toolkit alone waits 30 s for its
+// That of a program killed between making and filling it; Qt alone waits 30 s for its
 // owner.
 TEST_F(Config, StoresDespiteAnEmptyLock)
 {

@@ -57,10 +57,10 @@ TEST(TextSearch, KnowsTheHitsOfASlowSearchWhateverHappensToTheText)
             ASSERT_EQ(search.count(), int(slow.size()));
             ASSERT_EQ(search.hits(0, text.size()), slow);
             const int here = below(text.size() + 1);
-            const auto behind = std::lower_bound(slow.begin(), slow.end(), here);
-            ASSERT_EQ(search.first_from(here), behind == slow.end() ? -1 : *behind);
-            ASSERT_EQ(search.last_before(here), behind == slow.begin() ? -1 : *(behind - 1));
-            ASSERT_EQ(search.count_before(here), int(behind - slow.begin()));
+            const auto after = std::lower_bound(slow.begin(), slow.end(), here);
+            ASSERT_EQ(search.first_from(here), after == slow.end() ? -1 : *after);
+            ASSERT_EQ(search.last_before(here), after == slow.begin() ? -1 : *(after - 1));
+            ASSERT_EQ(search.count_before(here), int(after - slow.begin()));
         }
     }
 }

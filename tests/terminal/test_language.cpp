@@ -44,7 +44,7 @@ Catalogue catalogue_read(const QString& path)
     return catalogue;
 }
 
-// Every text that the sources give to tr() and translate(), as the toolkit's own collector sees
+// Every text that the sources give to tr() and translate(), as Qt's own collector sees
 // them.
 Catalogue collected_texts(const QString& work_file)
 {
@@ -94,7 +94,7 @@ TEST_F(WindowTest, CataloguesKnowEveryText)
         EXPECT_EQ(compiled.translate(key.first.toUtf8(), key.second.toUtf8()), entry.translation);
 }
 
-TEST_F(WindowTest, SpeaksChineseUnlessToldOtherwise)
+TEST_F(WindowTest, SpeaksChineseUnlessSetOtherwise)
 {
     QFile::remove("tarnwick.ini");
     window_start();
@@ -105,12 +105,12 @@ TEST_F(WindowTest, SpeaksChineseUnlessToldOtherwise)
 #else
     const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
 #endif
-    QTranslator toolkit;
-    if (!toolkit.load("qtbase_zh_CN", folder))
-        GTEST_SKIP() << "the toolkit's own catalogue isn't installed";
+    QTranslator translator;
+    if (!translator.load("qtbase_zh_CN", folder))
+        GTEST_SKIP() << "Qt's own catalogue isn't installed";
     const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
     EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(),
-              toolkit.translate("QPlatformTheme", "Cancel"));
+              translator.translate("QPlatformTheme", "Cancel"));
 }
 
 TEST_F(WindowTest, StartsInEnglishAfterOneMessageWithoutACatalogue)

@@ -9,7 +9,7 @@ namespace {
 
 QTime clock_now(12, 0, 0);
 
-// A window whose clock stands still until the test moves it.
+// A window whose clock stops until the test moves it.
 class Receive : public WindowTest
 {
 protected:
@@ -69,7 +69,7 @@ TEST_F(Receive, BreaksFramesByTheirSilence)
     EXPECT_EQ(shown(), "after clear+\nnext");
 }
 
-TEST_F(Receive, StampsTheChunksBehindASilence)
+TEST_F(Receive, StampsTheChunksAfterASilence)
 {
     check("checkBox_display_time");
     chunk("a", 1000);

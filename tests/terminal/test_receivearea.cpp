@@ -80,13 +80,13 @@ protected:
     ~Area() override
     {
         for (QTextBlock block = area.document()->begin(); block.isValid(); block = block.next())
-            EXPECT_EQ(block.layout()->lineCount(), 0) << "laid out by the toolkit";
+            EXPECT_EQ(block.layout()->lineCount(), 0) << "laid out by Qt";
     }
 
     void append(const QString& text) { area.append_chunk(QString(), text); }
     QScrollBar& bar() { return *area.verticalScrollBar(); }
 
-    // Where the character behind a position begins.
+    // Where the character after a position begins.
     QPoint point_of(int position)
     {
         return area.cursorRect(cursor_at(area, position, position)).center() + QPoint(1, 0);
@@ -207,7 +207,7 @@ TEST_F(Area, CopiesExactlyWhatADragSelects)
     for (int at = 0; at < 300; ++at) {
         const QPoint point = point_of(at);
         if (text[at] != '\n' && point_of(at + 1).y() > point.y()) {
-            // Behind a row that goes on, its last character is meant.
+            // After a row that goes on, its last character is meant.
             ASSERT_EQ(area.cursorForPosition(point + QPoint(5, 0)).position(), at);
         }
     }

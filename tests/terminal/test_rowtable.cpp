@@ -24,7 +24,7 @@ TEST(RowTable, WrapsWordsBlanksAndWideCharacters)
         {"\n", 4, {{0, 0}, {1, 1}}},
         {"abcdefghi", 4, {{0, 4}, {4, 8}, {8, 9}}},
         {"ab cdef", 4, {{0, 3}, {3, 7}}},
-        {"41 42 43 44 ", 5, {{0, 6}, {6, 12}}}, // the blank may stand past the edge
+        {"41 42 43 44 ", 5, {{0, 6}, {6, 12}}}, // the blank may be past the edge
         {"abcd  e", 4, {{0, 5}, {5, 7}}},       // the second one may not
         {"a" + wide + wide, 4, {{0, 2}, {2, 3}}},
         {wide, 1, {{0, 1}}}, // something has to be in a row

@@ -29,7 +29,7 @@ protected:
 
 } // namespace
 
-TEST_F(Send, SendsWhatTheTextStandsForOrSaysWhereItIsWrong)
+TEST_F(Send, SendsWhatTheTextMeansOrSaysWhereItIsWrong)
 {
     const std::tuple<bool, const char*, QByteArray, const char*> rows[] = {
         {false, R"(a\0b\r\n)", QByteArray("a\0b\r\n", 5), ""},
@@ -177,7 +177,7 @@ TEST_F(Send, SendsAFileToASlowReader)
     const auto* const bar = find<QStatusBar>("statusBar");
     EXPECT_TRUE(wait_until([&] { return bar->currentMessage().startsWith("file sent: "); }));
     QCoreApplication::processEvents();
-    EXPECT_FALSE(bar->findChild<QLabel*>()->isVisible()) << "the address behind the message";
+    EXPECT_FALSE(bar->findChild<QLabel*>()->isVisible()) << "the address next to the message";
     EXPECT_TRUE(counters().contains(" TX: 2000000 "));
     EXPECT_EQ(shown(), answers.file + "\n");
     EXPECT_TRUE(answers.boxes.isEmpty());

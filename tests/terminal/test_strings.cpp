@@ -127,7 +127,7 @@ TEST_F(Strings, MovesAddsAndDeletesRows)
     const struct
     {
         const char* button;
-        int current; // row to stand on first; -1 for none, -2 for where the last step left it
+        int current; // current row at first; -1 for none, -2 for where the last step left it
         const char* texts;
         int current_after;
     } steps[] = {

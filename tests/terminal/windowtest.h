@@ -65,7 +65,7 @@ protected:
     QString shown() const { return find<QPlainTextEdit>("plainTextEdit_recv")->toPlainText(); }
     QTableWidget* table() const { return find<QTableWidget>("tableWidget_strings"); }
     void set_row(int row, bool marked, bool hex, const QString& text);
-    // The port and its settings in the status bar, and what stands behind it: "CNT: 1 TX: 2 RX: 3".
+    // The port and its settings in the status bar, and what follows it: "CNT: 1 TX: 2 RX: 3".
     QString description() const { return status().value(1); }
     QString counters() const { return status().mid(2).join(' '); }
     // Sends bytes to the window and waits until it has counted `total` received ones.

@@ -10,7 +10,7 @@ TEST(DeviceInfo, StaysInsideTheRecord)
     const struct
     {
         char flags;
-        QByteArray behind; // the 12 fixed bytes
+        QByteArray rest; // after the 12 fixed bytes
         std::optional<QString> module_name;
         QString hard_info;
     } rows[] = {
@@ -25,7 +25,7 @@ TEST(DeviceInfo, StaysInsideTheRecord)
     };
     for (const auto& row : rows) {
         const QByteArray bytes = QByteArray("a\1", 2) + row.flags +
-                                 QByteArray("\xFF\2\x0C\0\x63\x10\0\4\0", 9) + row.behind;
+                                 QByteArray("\xFF\2\x0C\0\x63\x10\0\4\0", 9) + row.rest;
         const auto* begin = reinterpret_cast<const std::uint8_t*>(bytes.constData());
         // Held exactly, so that the sanitizer sees a read beyond it.
         const std::vector<std::uint8_t> record(begin, begin + bytes.size());

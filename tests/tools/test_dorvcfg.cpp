@@ -1,4 +1,4 @@
-// What the Dorv module is told and asked, and what is made of its replies.
+// What the Dorv module is sent and asked, and what is made of its replies.
 #include "framers/qframernull.h"
 #include "framers/qframerrwlt.h"
 #include "tools/dorvcfg.h"
@@ -117,7 +117,7 @@ TEST(DorvCommands, GoOutOnceAndTakeTheirOwnYesOnly)
     }
 }
 
-TEST(DorvExchange, ComparesAndRepeatsAsTold)
+TEST(DorvExchange, ComparesAndRepeatsAsSet)
 {
     const struct
     {
@@ -197,7 +197,7 @@ std::vector<Query> queries()
         {"00FF0AB001234567", "00ff0ab001234567"}, {"00FF0AB00123456", "-"}};
     const auto keys = {std::pair<QByteArray, QString>
         {"000102030405060708090a0B0c0D0e0F99\r\n", "000102030405060708090a0b0c0d0e0f"},
-        {" 1 2 3f  4\r\n5", "01023f04eeeeeeeeeeeeeeeeeeeeeeee"}, // the last digit stands alone
+        {" 1 2 3f  4\r\n5", "01023f04eeeeeeeeeeeeeeeeeeeeeeee"}, // the last digit is alone
         {"12x34", "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
         {"1x", "eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee"},
         {QByteArray("12\00034", 5), "12eeeeeeeeeeeeeeeeeeeeeeeeeeeeee"}};

@@ -96,7 +96,7 @@ TEST(LoaderFaults, EndEachRunWithItsReasonAfterItsRetriesAndWithoutReboot)
     }
 }
 
-TEST(LoaderFaults, AreToldApartByTheCodesOfEachExchange)
+TEST(LoaderFaults, AreDistinguishedByTheCodesOfEachExchange)
 {
     const std::uint8_t data[8] = {};
     const auto info = [](Loader& l) { return l.dev_info_get(); };
@@ -164,7 +164,7 @@ TEST(LoaderFaults, ASecondCopyOfAReplyNeverVerifiesAFile)
 {
     const struct
     {
-        const char* step; // in front of which the copy arrives
+        const char* step; // before which the copy arrives
         const char* end;
     } rows[] = {
         {"ldr: sending ", GOOD_END},
@@ -189,7 +189,7 @@ TEST(LoaderFaults, ASecondCopyOfAReplyNeverVerifiesAFile)
 }
 
 // A reply of another letter shows that one too many has come; its like may follow each answer.
-TEST(LoaderFaults, AfterAStrayReplyEachCheckWaitsForSilence)
+TEST(LoaderFaults, AfterAStrayReplyEachCheckWaits)
 {
     Bench bench;
     bench.settings.in_boot = true;
@@ -218,7 +218,7 @@ TEST(LoaderFaults, ALateReplyToAPageCheckIsNoAnswerToTheFinalOne)
     bench.settings.in_boot = true;
     bench.set_flash(firmware().replace(0, 1, "X"));
     QElapsedTimer clock;
-    qint64 quiet_ms = 0; // in front of the final request
+    qint64 quiet_ms = 0; // before the final request
     bench.on_line = [&] {
         if (bench.lines.last() == "ldr: Firmware verify ...")
             clock.start();

@@ -34,7 +34,7 @@ public:
 
     MemoryLink link;
     QStringList lines;
-    // Called on the tool's thread behind each line, so that a test can interfere there.
+    // Called on the tool's thread after each line, so that a test can interfere there.
     std::function<void()> on_line;
 
 protected:

@@ -121,7 +121,7 @@ QByteArray block_from_file(const QString& name)
     if (!file.open(QIODevice::ReadOnly))
         throw Failure{
             ExitCode::File, "the file " + name + " can't be read: " + file.errorString(), {}};
-    const QByteArray bytes = file.read(CNET_BLOCK_SIZE + 1);
+    QByteArray bytes = file.read(CNET_BLOCK_SIZE + 1);
     if (bytes.size() == CNET_BLOCK_SIZE)
         return bytes;
     const qint64 size = bytes.size() < CNET_BLOCK_SIZE ? bytes.size() : file.size();

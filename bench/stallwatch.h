@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <algorithm>
 #include <ctime>
 
 class StallWatch : public QObject

@@ -5,6 +5,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QPointer>
+#include <algorithm>
 
 EventPort::EventPort(const QString& name, const PortSettings& settings, qint64 write_limit,
                      QObject* parent)

@@ -6,6 +6,7 @@
 
 #include <QDeadlineTimer>
 #include <QThread>
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <poll.h>
@@ -16,9 +17,6 @@ static constexpr int CHUNK = 4096;
 
 // More than a driver holds, so that a flood can't keep a discard busy for ever.
 static constexpr int DISCARD_LIMIT = 1024 * 1024;
-
-// The system doesn't report when its queue is empty; it is asked this often, in ms.
-static constexpr int OUTPUT_QUEUE_POLL_MS = 2;
 
 // The events that came within the time, POLLHUP and POLLERR among them; 0 for none.
 static short wait_for(int fd, short events, const QDeadlineTimer& deadline)
@@ -66,9 +64,7 @@ void PolledPort::close()
     const QDeadlineTimer end = deadline();
     while (!lost && tty_output_queue(serial) > 0 && !end.hasExpired())
         QThread::msleep(OUTPUT_QUEUE_POLL_MS);
-    // The system would hold the close up for as long as its queue isn't empty.
-    if (tty_output_queue(serial) > 0)
-        serial.clear(QSerialPort::Output);
+    tty_discard_output(serial);
     tty.close();
     serial.close();
 }

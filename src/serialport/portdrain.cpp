@@ -9,10 +9,8 @@
 #include <algorithm>
 #include <utility>
 
-// The system doesn't say when its queue is empty; it is asked this often, in ms: rarely where other
-// work goes on meanwhile, and often where somebody waits.
+// Where other work goes on meanwhile the system is asked less often whether its queue is empty.
 static constexpr int CHECK_MS = 10;
-static constexpr int CHECK_WAITING_MS = 2;
 // A fast reader could go on taking; longer than this no close keeps its caller, in ms.
 static constexpr int AT_ONCE_MS = 10;
 
@@ -24,7 +22,7 @@ static thread_local QVector<PortDrain*> drains;
 // Links lead to devices, and one device may have several.
 static QString device_of(const QString& port_name)
 {
-    const QString path = QFileInfo(port_name).canonicalFilePath();
+    const QString path = QFileInfo(tty_device_path(port_name)).canonicalFilePath();
     return path.isEmpty() ? port_name : path;
 }
 
@@ -101,9 +99,9 @@ void PortDrain::advance()
     if (over)
         return;
     if (serial->bytesToWrite() > 0)
-        serial->waitForBytesWritten(CHECK_WAITING_MS);
+        serial->waitForBytesWritten(OUTPUT_QUEUE_POLL_MS);
     else
-        QThread::msleep(CHECK_WAITING_MS);
+        QThread::msleep(OUTPUT_QUEUE_POLL_MS);
     check();
 }
 
@@ -129,9 +127,7 @@ void PortDrain::end()
     over = true;
     timer.stop();
     serial->disconnect(this);
-    // The system would hold the close up for as long as its queue isn't empty.
-    if (serial->isOpen() && tty_output_queue(*serial) > 0)
-        serial->clear(QSerialPort::Output);
+    tty_discard_output(*serial);
     if (serial->isOpen())
         serial->close();
     deleteLater();

@@ -24,18 +24,19 @@ static PortFailure locked_elsewhere()
 
 #ifdef Q_OS_UNIX
 
-static QByteArray device_path(const QSerialPort& serial)
+QString tty_device_path(const QString& port_name)
 {
-    const QString name = serial.portName();
-    const bool is_path = name.startsWith('/') || name.startsWith("./") || name.startsWith("../");
-    return QFile::encodeName(is_path ? name : "/dev/" + name);
+    const bool is_path =
+        port_name.startsWith('/') || port_name.startsWith("./") || port_name.startsWith("../");
+    return is_path ? port_name : "/dev/" + port_name;
 }
 
 PortFailure TtyDescriptor::open(const QSerialPort& serial, QIODevice::OpenMode mode)
 {
     const bool both = (mode & QIODevice::ReadWrite) == QIODevice::ReadWrite;
     const int direction = both ? O_RDWR : (mode & QIODevice::ReadOnly) ? O_RDONLY : O_WRONLY;
-    fd = ::open(device_path(serial).constData(), direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    fd = ::open(QFile::encodeName(tty_device_path(serial.portName())).constData(),
+                direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     const bool locked =
         fd < 0 ? errno == EBUSY : ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (!locked)
@@ -52,6 +53,11 @@ void TtyDescriptor::close()
 }
 
 #else
+
+QString tty_device_path(const QString& port_name)
+{
+    return port_name;
+}
 
 PortFailure TtyDescriptor::open(const QSerialPort&, QIODevice::OpenMode)
 {
@@ -169,4 +175,10 @@ PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
     }
     serial.clearError();
     return {};
+}
+
+void tty_discard_output(QSerialPort& serial)
+{
+    if (serial.isOpen() && tty_output_queue(serial) > 0)
+        serial.clear(QSerialPort::Output);
 }

@@ -21,6 +21,9 @@ struct PortFailure
     explicit operator bool() const { return code != QSerialPort::NoError; }
 };
 
+// Where the system has the port of this name, as QSerialPort finds it: "ttyUSB0" is /dev/ttyUSB0.
+QString tty_device_path(const QString& port_name);
+
 // A descriptor of a port, beside the one that its QSerialPort holds. It carries the lock that other
 // terminals ask for (flock), which no QSerialPort takes. Elsewhere than on POSIX it does nothing:
 // an open port shuts out others there.
@@ -68,3 +71,9 @@ qint64 tty_rate(int handle);
 
 // Bytes that the system has accepted for the device but not yet sent.
 int tty_output_queue(QSerialPort& serial);
+
+// The system doesn't say when that queue is empty; who waits for it asks this often, in ms.
+constexpr int OUTPUT_QUEUE_POLL_MS = 2;
+
+// Before a close, which the system would hold up for as long as that queue isn't empty.
+void tty_discard_output(QSerialPort& serial);

@@ -120,9 +120,14 @@ void run_search(Invocation& invocation)
         if (clock.elapsed() >= duration_ms)
             loop.quit();
     });
-    // Silence ends a search, not the time to listen.
-    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop,
-                     [&] { session.cfg.search_start(); });
+    // Silence ends a search, not the time to listen. Nothing more comes from a link that is lost.
+    const Stack& stack = session.connection.stack;
+    QObject::connect(&session.cfg, &DorvCfg::search_finished, &loop, [&] {
+        if (stack.lost())
+            loop.quit();
+        else
+            session.cfg.search_start();
+    });
     QObject::connect(&invocation.interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
     session.cfg.search_start();
     loop.exec();
@@ -130,6 +135,11 @@ void run_search(Invocation& invocation)
     const QJsonObject result = {{"devices", found}};
     if (invocation.interrupts.raised())
         throw Failure{ExitCode::Interrupted, "the search was stopped", {}, result};
+    if (stack.lost()) {
+        Failure failure = stack.no_answer("the search ended early", {});
+        failure.partial_result = result;
+        throw failure;
+    }
     if (found.isEmpty())
         invocation.console.note("No device reported itself.");
     invocation.console.result(result);

@@ -99,7 +99,13 @@ void print_help(const QList<Command>& commands, const QStringList& words, Consol
     const QStringList asked = words.mid(words.value(0) == "help" ? 1 : 0);
     const auto option = std::find_if(asked.cbegin(), asked.cend(),
                                      [](const QString& word) { return word.startsWith('-'); });
-    const QString text = help_text(commands, asked.mid(0, int(option - asked.cbegin())));
+    const QStringList names = asked.mid(0, int(option - asked.cbegin()));
+    const Command* const command = find_command(commands, names);
+    // "upgrade FILE --help" is a command that stops to ask; "help" takes a command's name alone.
+    if (command && words[0] == "help" && command->name != names.join(' '))
+        throw usage_failure("no such command: " + names.join(' '),
+                            "`tarnwickctl --help` lists the commands.");
+    const QString text = help_text(commands, names);
     print(text, {{"help", text}}, console);
 }
 

@@ -249,11 +249,15 @@ Failure Stack::open_failure() const
             "firewall is between; a slow network needs a longer --timeout."};
 }
 
+bool Stack::port_gone() const
+{
+    return description.kind == LinkKind::Serial && description.port.startsWith('/') &&
+           !QFileInfo::exists(description.port);
+}
+
 Failure Stack::no_answer(const QString& what, const QString& advice) const
 {
-    const bool port_gone = description.kind == LinkKind::Serial &&
-                           description.port.startsWith('/') && !QFileInfo::exists(description.port);
-    if (port_gone)
+    if (port_gone())
         return {ExitCode::Link, what + ": the port " + description.port + " has gone",
                 "Plug the adapter in again, and start anew."};
     if (traced->failed())

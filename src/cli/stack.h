@@ -69,12 +69,15 @@ public:
     // worker doesn't start; in that case the stack is of no more use.
     void run_worker(QThread& worker, const std::function<void()>& start,
                     const std::function<void()>& give_up);
+    // The port has gone, or the connection is lost.
+    bool lost() const { return port_gone() || traced->failed(); }
     // Why there is no answer: the port has gone, the connection is lost, or the device is silent.
     Failure no_answer(const QString& what, const QString& advice) const;
 
 private:
     void add_link(int timeout_ms);
     void add_framer(const FramerDescription& description);
+    bool port_gone() const;
     Failure open_failure() const;
 
     LinkDescription description;

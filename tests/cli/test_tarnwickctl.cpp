@@ -13,7 +13,7 @@ protected:
 TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
 {
     const Simulated parrot("echo --name parrot");
-    const Simulated silent("echo --name silent --silent-after 0");
+    auto silent = std::make_unique<Simulated>("echo --name silent --silent-after 0");
     file_write("empty.bin", {});
     file_write("large.bin", QByteArray(100, '.'));
     const struct
@@ -26,6 +26,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"", 2, ""},
         {"upgrad", 2, "no such command: upgrad"},
         {"cnet serach", 2, "cnet search"},
+        {"help upgrade bogus", 2, "no such command: upgrade bogus"},
         {"ports --colour", 2, "'colour'"},
         {"checksum --text", 2, "Missing value"},
         {"upgrade --link serial:x", 2, "FILE is missing"},
@@ -58,6 +59,8 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
     ASSERT_TRUE(holder.says("nothing in time"));
     const QByteArray busy = run_ctl("cnet info --link serial:silent").err;
     EXPECT_TRUE(busy.contains("It is open in tarnwickctl (")) << busy.toStdString();
+    silent.reset();
+    EXPECT_EQ(holder.wait().exit, 3) << "the port has gone";
     EXPECT_TRUE(ctl_json("help dorv")["help"].toString().contains("dorv reset"));
     const QJsonObject error = ctl_json("cnet info --link serial:/dev/none")["error"].toObject();
     EXPECT_EQ(error["exit"].toInt(), 3);

@@ -112,13 +112,6 @@ QSerialCfgWidget::~QSerialCfgWidget()
 {
     if (!cfg_file.isEmpty())
         settings_store();
-    delete portComboBox;
-    delete baudComboBox;
-    delete dataBitsComboBox;
-    delete parityComboBox;
-    delete stopBitsComboBox;
-    delete flowComboBox;
-    delete timeoutSpinBox;
 }
 
 bool QSerialCfgWidget::port_exists() const

@@ -6,9 +6,11 @@
 #include <QLibraryInfo>
 #include <QProgressBar>
 
+namespace {
+
 // Qt's own texts: standard buttons, file dialogs, context menus. Without its catalogue
 // they stay in English. A translator installed later is asked first, so this one comes before ours.
-static std::unique_ptr<QTranslator> qt_translator_install(const QString& language)
+std::unique_ptr<QTranslator> qt_translator_install(const QString& language)
 {
     auto translator = std::make_unique<QTranslator>();
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -21,6 +23,8 @@ static std::unique_ptr<QTranslator> qt_translator_install(const QString& languag
     QCoreApplication::installTranslator(translator.get());
     return translator;
 }
+
+} // namespace
 
 void MainWindow::language_load(QString language)
 {

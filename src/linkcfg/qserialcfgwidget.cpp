@@ -36,8 +36,8 @@ constexpr int TIMEOUT_MAX = 20000;
 
 struct Choice
 {
-    const char* text;
-    int data;
+    const char* text = nullptr;
+    int data = 0;
 };
 
 constexpr Choice DATA_BITS_CHOICES[] = {{"5", DATA_5}, {"6", DATA_6}, {"7", DATA_7}, {"8", DATA_8}};

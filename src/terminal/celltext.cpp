@@ -13,8 +13,8 @@ constexpr std::uint16_t FIRST_UNEVEN = 0x300;
 
 struct Range
 {
-    std::uint32_t first;
-    std::uint32_t last;
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
 };
 
 // East Asian wide and fullwidth characters and emoji, as terminals count them.

@@ -170,8 +170,8 @@ private:
     bool hex_mode_send = false;
     bool loop = false;
 
-    std::unique_ptr<QTranslator> toolkit_translator; // null where Qt's catalogue is missing
-    bool save_failed = false;                        // the status bar has said so of this save_file
+    std::unique_ptr<QTranslator> qt_translator; // null where Qt's catalogue is missing
+    bool save_failed = false;                   // the status bar has said so of this save_file
     std::function<QTime()> clock;
     CutText recv_cut;   // what the last chunk's end may still need
     int recv_shown = 0; // characters in the receive area after it

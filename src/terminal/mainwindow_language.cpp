@@ -34,7 +34,7 @@ void MainWindow::language_load(QString language)
         msgbox(tr("loading language %1 failed").arg(name));
         return;
     }
-    toolkit_translator = qt_translator_install(language);
+    qt_translator = qt_translator_install(language);
     QCoreApplication::installTranslator(&translator);
     ui->retranslateUi(this);
     accessible_names_set();

@@ -63,7 +63,7 @@ private:
         QTextLayout* layout = nullptr;
         std::unique_ptr<QTextLayout> real;
     };
-    QTextDocument* document;
+    QTextDocument* const document;
     std::vector<Swapped> swapped;
 };
 

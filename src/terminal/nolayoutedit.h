@@ -10,7 +10,8 @@
 /// Here a RowTable is kept equal to the document instead. Document, cursor, formats, selection and
 /// signals are the stock ones; who derives paints the rows, scrolls and maps points to positions.
 ///
-/// What it relies on in Qt; without it, test_nolayoutedit fails:
+/// What it relies on in Qt. Where that decides more than the cost, test_nolayoutedit and
+/// test_receivearea fail without it:
 /// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
 ///   reaches its layout by them, and an invalid rectangle keeps it from scrolling by itself;
 /// - setTextCursor goes through the virtual doSetTextCursor;

@@ -14,7 +14,7 @@ namespace {
 
 struct Look
 {
-    int to; ///< it holds up to this position
+    int to = 0; ///< it holds up to this position
     QBrush foreground;
     QBrush background;
 };

@@ -63,5 +63,5 @@ private:
     CellText cells;
     std::vector<Row> rows; ///< those before `front` are dropped ones
     size_t front = 0;
-    int width;
+    int width = 1;
 };

@@ -1,7 +1,7 @@
 #include "terminal/mainwindow.h"
 
 #include "linkcfg/inifile.h"
-#include "terminal/option.h"
+#include "linkcfg/option.h"
 #include "terminal/settingkeys.h"
 #include "ui_mainwindow.h"
 

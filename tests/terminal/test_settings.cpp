@@ -1,5 +1,5 @@
+#include "linkcfg/option.h"
 #include "sandbox.h"
-#include "terminal/option.h"
 #include "terminal/stringrow.h"
 
 #include <QSpinBox>

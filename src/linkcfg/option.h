@@ -1,4 +1,4 @@
-// One option of the window: how it comes from the settings file and goes back there.
+// One option that a widget shows: how it comes from the settings file and goes back there.
 #pragma once
 
 #include "linkcfg/setting.h"
@@ -7,6 +7,7 @@
 #include <functional>
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 class QSpinBox;
 
@@ -17,6 +18,7 @@ class Option
 public:
     Option(const Setting<bool>& setting, QCheckBox* box, bool* field = nullptr);
     Option(const Setting<int>& setting, QSpinBox* box, int* field = nullptr);
+    Option(const Setting<int>& setting, QComboBox* box); ///< the current row
     Option(const Setting<QString>& setting, QLineEdit* line);
     /// One that no single widget shows.
     Option(std::function<void()> load, std::function<void(QSettings&)> store);

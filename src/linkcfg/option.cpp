@@ -1,6 +1,7 @@
-#include "terminal/option.h"
+#include "linkcfg/option.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <utility>
@@ -8,8 +9,8 @@
 namespace {
 
 template <typename Value, typename Show>
-std::function<void(const QSettings&)> loader_of(const Setting<Value>& setting, Value* field,
-                                                Show show)
+std::function<void(const QSettings&)> loader_of(const Setting<Value>& setting, Show show,
+                                                Value* field = nullptr)
 {
     return [=](const QSettings& settings) {
         const Value value = setting.read(settings);
@@ -28,19 +29,27 @@ std::function<void(QSettings&)> storer_of(const Setting<Value>& setting, Shown s
 } // namespace
 
 Option::Option(const Setting<bool>& setting, QCheckBox* box, bool* field)
-    : loader(loader_of(setting, field, [box](bool on) { box->setChecked(on); }))
+    : loader(loader_of(
+          setting, [box](bool on) { box->setChecked(on); }, field))
     , storer(storer_of(setting, [box] { return box->isChecked(); }))
 {
 }
 
 Option::Option(const Setting<int>& setting, QSpinBox* box, int* field)
-    : loader(loader_of(setting, field, [box](int value) { box->setValue(value); }))
+    : loader(loader_of(
+          setting, [box](int value) { box->setValue(value); }, field))
     , storer(storer_of(setting, [box] { return box->value(); }))
 {
 }
 
+Option::Option(const Setting<int>& setting, QComboBox* box)
+    : loader(loader_of(setting, [box](int row) { box->setCurrentIndex(row); }))
+    , storer(storer_of(setting, [box] { return box->currentIndex(); }))
+{
+}
+
 Option::Option(const Setting<QString>& setting, QLineEdit* line)
-    : loader([=](const QSettings& settings) { line->setText(setting.read(settings)); })
+    : loader(loader_of(setting, [line](const QString& text) { line->setText(text); }))
     , storer(storer_of(setting, [line] { return line->text(); }))
 {
 }

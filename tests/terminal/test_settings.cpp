@@ -38,12 +38,17 @@ TEST_F(Settings, AnOptionIsBoundByItsWidgetAndStoredWhenItDiffers)
 
 TEST_F(Settings, RowsComeBackAsTheyWereAndACountIsBelievedUpToALimit)
 {
-    const std::vector<StringRow> rows = {{true, "a", true, "41"}, {}, {false, "", false, ", @\""}};
+    const std::vector<StringRow> rows = {{true, "a", false, "x"}, {}, {false, "", true, ", @\""}};
     EXPECT_FALSE(string_rows_are_stored(file, rows));
     string_rows_write(file, rows);
-    EXPECT_EQ(file.allKeys().join(' '), "strings/1/alias strings/1/in_turn strings/1/ishex "
-                                        "strings/1/value strings/3/value strings/size");
+    EXPECT_EQ(file.allKeys().join(' '), "strings/1/alias strings/1/in_turn strings/1/value "
+                                        "strings/3/ishex strings/3/value strings/size");
     EXPECT_TRUE(string_rows_are_stored(file, rows));
+    for (const StringRow& other : {StringRow{true, "", true, ", @\""},
+                                   {false, "a", true, ", @\""},
+                                   {false, "", false, ", @\""},
+                                   {false, "", true, "x"}})
+        EXPECT_FALSE(string_rows_are_stored(file, {rows[0], rows[1], other}));
     for (const int claimed : {100001, 3, 2, 0, -5}) {
         file.setValue("strings/size", claimed);
         const std::size_t kept = claimed > 100000 ? 3 : std::size_t(qMax(0, claimed));
@@ -55,10 +60,14 @@ TEST_F(Settings, RowsComeBackAsTheyWereAndACountIsBelievedUpToALimit)
 
 TEST(StringRows, TakeTurns)
 {
-    const QString rows = ".x.x";
-    int cursor = 9;
-    for (const int expected : {1, 3, 1})
-        EXPECT_EQ(next_in_turn(cursor, 4, [&](int row) { return rows[row] == 'x'; }), expected);
-    EXPECT_EQ(next_in_turn(cursor, 4, [](int) { return false; }), -1);
-    EXPECT_EQ(next_in_turn(cursor, 0, [](int) { return true; }), -1);
+    const std::tuple<QString, int, int> cases[] = {
+        {".x.x", 0, 1}, {".x.x", 2, 3}, {"...x", 4, 3},    {"x...", 1, 0},
+        {".x", 9, 1},   {"..", 1, -1},  {QString(), 0, -1}};
+    for (const auto& [rows, from, expected] : cases) {
+        const QString marks = rows;
+        int cursor = from;
+        EXPECT_EQ(next_in_turn(cursor, marks.size(), [&](int row) { return marks[row] == 'x'; }),
+                  expected);
+        EXPECT_EQ(cursor, expected < 0 ? from : expected + 1);
+    }
 }

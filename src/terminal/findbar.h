@@ -52,12 +52,12 @@ private:
     void show_count();
 
     ReceiveArea* const area;
-    QLineEdit* line;
-    PacedLabel* count_label;
-    QToolButton* case_button;
-    QToolButton* previous_button;
-    QToolButton* next_button;
-    QToolButton* close_button;
+    QLineEdit* const line;
+    PacedLabel* const count_label;
+    QToolButton* const case_button;
+    QToolButton* const previous_button;
+    QToolButton* const next_button;
+    QToolButton* const close_button;
     QPointer<QWidget> focus_before;
 
     TextSearch search;

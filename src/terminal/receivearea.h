@@ -1,32 +1,19 @@
 // The area that shows received data, at the same cost for each byte however much it holds.
 #pragma once
 
-#include "terminal/receivelayout.h"
+#include "terminal/nolayoutedit.h"
 
 #include <QBasicTimer>
 #include <QElapsedTimer>
-#include <QPlainTextEdit>
 #include <QRawFont>
 #include <vector>
 
 class TextSearch;
 
-/// A QPlainTextEdit whose stock layout is replaced, because that lays out a whole paragraph at each
-/// insertion: a stream without line breaks costs more with every byte and soon freezes the window.
-/// Document, cursor, formats, selection and signals are the stock ones. Text is shown in a grid of
-/// equal cells (wide characters take two), whatever the font: a character of a proportional font
-/// is at the left of its cell. So wrapping is counting, and only what is visible is drawn.
-///
-/// What it relies on in Qt; without it, its tests fail:
-/// - QPlainTextDocumentLayout::documentChanged and blockBoundingRect are virtual, the widget
-///   reaches its layout by them, and an invalid rectangle keeps it from scrolling by itself;
-/// - setTextCursor goes through the virtual doSetTextCursor;
-/// - QTextCursor::insertText and setPosition ask the block's layout for lines outside edit blocks
-///   only, and make do with none;
-/// - a cursor at the end of the document moves along with text that is inserted there.
-///
-/// Stock calls that insert or move a cursor work, but cost the length of the cursor's paragraph.
-class ReceiveArea : public QPlainTextEdit
+/// Text is shown in a grid of equal cells (wide characters take two), whatever the font: a
+/// character of a proportional font is at the left of its cell. So wrapping is counting, and only
+/// what is visible is drawn.
+class ReceiveArea : public NoLayoutEdit
 {
     Q_OBJECT
 public:
@@ -47,15 +34,11 @@ public:
     QRect cursorRect() const { return cursorRect(textCursor()); }
 
     /// Columns and rows of cells that fit into the viewport, at least 1.
-    int columns() const { return text_layout->rows().columns(); }
+    int columns() const { return rows().columns(); }
     int visible_rows() const;
     /// The text of a row as it is painted, from 0 at the top of the document.
     QString row_text(int row) const;
 
-    int text_length() const { return text_layout->rows().length(); }
-    /// The text of [from, to) as far as it exists, with U+2029 between paragraphs. Costs its length
-    /// and not that of its paragraph.
-    QString text_between(int from, int to) const;
     /// The selection, if it lies in one paragraph and has at most so many characters.
     QString selected_line(int most) const;
     int first_position_in_sight() const;
@@ -67,33 +50,23 @@ public:
     void reserve_top(int height);            ///< of the frame, for a widget above the text
 
 public slots:
-    void selectAll(); ///< as the stock one, without its cost
     void font_grow() { font_resize(1); }
     void font_shrink() { font_resize(-1); }
     void font_reset(); ///< to the size it had first
 
-signals:
-    void front_dropped(int count); ///< as ReceiveLayout has them
-    void text_changed(int from);
-
 protected:
-    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
-    void doSetTextCursor(const QTextCursor& cursor) override;
     QMimeData* createMimeDataFromSelection() const override;
 
 private:
@@ -101,8 +74,8 @@ private:
     enum class Unit { character, word, paragraph };
     struct Span
     {
-        int from;
-        int to;
+        int from = 0;
+        int to = 0;
         bool holds(int position) const { return from <= position && position < to; }
         /// Its first edge in (begin, end), or else `end`.
         int cut(int begin, int end) const;
@@ -116,11 +89,11 @@ private:
     };
 
     void move_to_end();
-    template <typename Insert> void append(Insert insert);
+    void show_end();
     void measure_font();
     void fit_to_viewport();
-    void rows_changed();
-    void set_scroll_bar(int top_row);
+    void keep_place();
+    void set_top_row(int row);
     void show_position(int position);
     bool at_end() const;
 
@@ -135,12 +108,11 @@ private:
 
     int position_at(const QPoint& point) const;
     Span span_at(int position, Unit unit) const;
-    void select(int anchor, int position);
+    bool selects(Qt::MouseButtons buttons) const;
     void extend_selection(const QPoint& point);
     void offer_selection() const;
     void start_drag();
 
-    ReceiveLayout* text_layout;
     QRawFont glyphs;
     qreal cell_width = 1;
     qreal row_height = 1;

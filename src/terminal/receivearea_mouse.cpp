@@ -30,23 +30,24 @@ Kind kind_of(QChar c)
 
 int ReceiveArea::position_at(const QPoint& point) const
 {
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     const int below_top = qFloor((point.y() - margin) / row_height);
     const int row =
-        std::min(std::max(0, verticalScrollBar()->value() + below_top), rows.row_count() - 1);
+        std::min(std::max(0, verticalScrollBar()->value() + below_top), table.row_count() - 1);
     const qreal wanted = (point.x() - margin) / cell_width;
-    const int end = rows.row_end(row);
-    const bool goes_on = row + 1 < rows.row_count() && rows.row_start(row + 1) == end;
+    const int end = table.row_end(row);
+    const bool goes_on = row + 1 < table.row_count() && table.row_start(row + 1) == end;
     int column = 0;
-    int last_before = rows.row_start(row); // of the row's last character, with what is joined to it
-    for (int at = rows.row_start(row); at < end;) {
-        const int next_column = column_after(rows.cell(at), column, rows.columns());
+    int last_before =
+        table.row_start(row); // of the row's last character, with what is joined to it
+    for (int at = table.row_start(row); at < end;) {
+        const int next_column = column_after(table.cell(at), column, table.columns());
         if (wanted < (column + next_column) / 2.0)
             return at;
         last_before = at;
         do
             ++at;
-        while (at < end && rows.cell(at) == Cell::joined);
+        while (at < end && table.cell(at) == Cell::joined);
         column = next_column;
     }
     // The position after a row that goes on is the next row's first one, so it would be shown
@@ -56,18 +57,14 @@ int ReceiveArea::position_at(const QPoint& point) const
 
 QTextCursor ReceiveArea::cursorForPosition(const QPoint& point) const
 {
-    const int position = position_at(point);
-    const EmptyLayouts empty(document(), {0, position});
-    QTextCursor cursor(document());
-    cursor.setPosition(position);
-    return cursor;
+    return cursor_at(position_at(point));
 }
 
 QRect ReceiveArea::cursorRect(const QTextCursor& cursor) const
 {
-    const RowTable& rows = text_layout->rows();
-    const int row = rows.row_of(cursor.position());
-    const qreal x = margin + rows.column_of(row, cursor.position()) * cell_width;
+    const RowTable& table = rows();
+    const int row = table.row_of(cursor.position());
+    const qreal x = margin + table.column_of(row, cursor.position()) * cell_width;
     const qreal y = margin + (row - verticalScrollBar()->value()) * row_height;
     return QRectF(x, y, cursorWidth(), row_height).toRect();
 }
@@ -102,14 +99,16 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     return span;
 }
 
+bool ReceiveArea::selects(Qt::MouseButtons buttons) const
+{
+    return (buttons & Qt::LeftButton) && (textInteractionFlags() & Qt::TextSelectableByMouse);
+}
+
 void ReceiveArea::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse)) {
-        event->ignore();
+    event->setAccepted(selects(event->button()));
+    if (!event->isAccepted())
         return;
-    }
-    event->accept();
     const int position = position_at(event->pos());
     const QTextCursor cursor = textCursor();
     const bool third_click =
@@ -134,12 +133,9 @@ void ReceiveArea::mousePressEvent(QMouseEvent* event)
 
 void ReceiveArea::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse)) {
-        event->ignore();
+    event->setAccepted(selects(event->button()));
+    if (!event->isAccepted())
         return;
-    }
-    event->accept();
     press_point = event->pos();
     since_double_click.start();
     unit = Unit::word;
@@ -150,8 +146,7 @@ void ReceiveArea::mouseDoubleClickEvent(QMouseEvent* event)
 
 void ReceiveArea::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!(event->buttons() & Qt::LeftButton) ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse))
+    if (!selects(event->buttons()))
         return;
     if (may_drag) {
         if ((event->pos() - press_point).manhattanLength() >= QApplication::startDragDistance())
@@ -182,7 +177,7 @@ void ReceiveArea::mouseReleaseEvent(QMouseEvent* event)
 void ReceiveArea::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != scroll_timer.timerId()) {
-        QPlainTextEdit::timerEvent(event);
+        NoLayoutEdit::timerEvent(event);
         return;
     }
     const int past =

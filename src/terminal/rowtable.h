@@ -4,6 +4,7 @@
 #include "terminal/celltext.h"
 
 #include <QString>
+#include <cstdint>
 #include <vector>
 
 /// The column after a character that begins at `column`.
@@ -42,25 +43,25 @@ private:
     class Row
     {
     public:
-        Row(qint64 start, bool opens)
+        Row(std::int64_t start, bool opens)
             : value(start * 2 + (opens ? 1 : 0))
         {
         }
-        qint64 start() const { return value / 2; }
+        std::int64_t start() const { return value / 2; }
         bool opens_paragraph() const { return value % 2 != 0; }
 
     private:
-        qint64 value;
+        std::int64_t value;
     };
 
     void append_piece(const QChar* text, int count);
     void wrap_last_row();
     // Adds the rows of [start, end), text of one paragraph, but for the first one.
-    void wrap(qint64 start, qint64 end);
+    void wrap(std::int64_t start, std::int64_t end);
     void wrap_all();
 
     CellText cells;
     std::vector<Row> rows; ///< those before `front` are dropped ones
     size_t front = 0;
-    int width;
+    int width = 1;
 };

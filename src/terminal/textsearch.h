@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringMatcher>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <vector>
@@ -45,17 +46,17 @@ public:
     std::vector<int> hits(int from, int to) const;
 
 private:
-    qint64 page_begin(size_t page) const;
-    qint64 page_end(size_t page) const;
-    size_t page_of(qint64 at) const { return static_cast<size_t>(at / PAGE - first_page); }
-    std::vector<int> hits_between(qint64 from, qint64 to) const;
+    std::int64_t page_begin(size_t page) const;
+    std::int64_t page_end(size_t page) const;
+    size_t page_of(std::int64_t at) const { return static_cast<size_t>(at / PAGE - first_page); }
+    std::vector<int> hits_between(std::int64_t from, std::int64_t to) const;
 
     QStringMatcher matcher;
     Text text;
     // Counting all characters that the text ever had, so they outlast a drop of the front.
-    qint64 begin = 0; ///< of the text as it is now
-    qint64 done = 0;  ///< whether a hit begins is known up to here
-    qint64 first_page = 0;
+    std::int64_t begin = 0; ///< of the text as it is now
+    std::int64_t done = 0;  ///< whether a hit begins is known up to here
+    std::int64_t first_page = 0;
     std::deque<int> counts;    ///< hits of the pages between `begin` and `done`
     int total = 0;             ///< their sum
     bool front_is_old = false; ///< the first page counts hits that have been dropped

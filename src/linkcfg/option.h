@@ -11,16 +11,16 @@ class QComboBox;
 class QLineEdit;
 class QSpinBox;
 
-/// A load sets the field that mirrors the option, where there is one, and then the widget, whose
-/// slots may correct the field. A store compares first and leaves an unchanged file alone.
+// A load sets the field that mirrors the option, where there is one, and then the widget, whose
+// slots may correct the field. A store compares first and leaves an unchanged file alone.
 class Option
 {
 public:
     Option(const Setting<bool>& setting, QCheckBox* box, bool* field = nullptr);
     Option(const Setting<int>& setting, QSpinBox* box, int* field = nullptr);
-    Option(const Setting<int>& setting, QComboBox* box); ///< the current row
+    Option(const Setting<int>& setting, QComboBox* box); // the current row
     Option(const Setting<QString>& setting, QLineEdit* line);
-    /// One that no single widget shows.
+    // One that no single widget shows.
     Option(std::function<void()> load, std::function<void(QSettings&)> store);
 
     void load(const QSettings& settings) const { loader(settings); }

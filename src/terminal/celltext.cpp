@@ -129,21 +129,21 @@ Cell cell_of(const QChar* text, int index, int count)
 {
     const QChar c = text[index];
     if (c == QLatin1Char(' '))
-        return Cell::blank;
+        return Cell::Blank;
     if (c == QLatin1Char('\t'))
-        return Cell::tab;
+        return Cell::Tab;
     if (c.unicode() < FIRST_UNEVEN)
-        return Cell::narrow;
+        return Cell::Narrow;
     if (c == QChar::LineSeparator)
-        return Cell::newline;
+        return Cell::Newline;
     std::uint32_t code = c.unicode();
     if (c.isHighSurrogate() && index + 1 < count && text[index + 1].isLowSurrogate())
         code = QChar::surrogateToUcs4(c, text[index + 1]);
     else if (c.isLowSurrogate() && index > 0 && text[index - 1].isHighSurrogate())
-        return Cell::joined;
+        return Cell::Joined;
     if (is_joined(code))
-        return Cell::joined;
-    return is_wide(code) ? Cell::wide : Cell::narrow;
+        return Cell::Joined;
+    return is_wide(code) ? Cell::Wide : Cell::Narrow;
 }
 
 void CellText::append(const QChar* text, int count)
@@ -160,7 +160,7 @@ void CellText::append(const QChar* text, int count)
                 page.cells = std::make_unique<Cell[]>(PAGE);
                 for (int i = 0; i < offset; ++i)
                     page.cells[i] =
-                        (page.blanks[i / 64] >> (i % 64) & 1) != 0 ? Cell::blank : Cell::narrow;
+                        (page.blanks[i / 64] >> (i % 64) & 1) != 0 ? Cell::Blank : Cell::Narrow;
             }
             for (int i = 0; i < room; ++i)
                 page.cells[offset + i] = cell_of(text, done + i, count);
@@ -211,7 +211,7 @@ Cell CellText::at(std::int64_t position) const
     const auto offset = static_cast<size_t>(position % PAGE);
     if (page.cells)
         return page.cells[offset];
-    return (page.blanks[offset / 64] >> (offset % 64) & 1) != 0 ? Cell::blank : Cell::narrow;
+    return (page.blanks[offset / 64] >> (offset % 64) & 1) != 0 ? Cell::Blank : Cell::Narrow;
 }
 
 PlainRun CellText::plain_run(std::int64_t position) const

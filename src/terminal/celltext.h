@@ -8,27 +8,27 @@
 #include <memory>
 
 enum class Cell : std::uint8_t {
-    narrow, ///< one cell
-    blank,  ///< one cell; a row may end after it
-    wide,   ///< two cells; a row may end on either side
-    tab,    ///< up to the next tab stop; a row may end after it
-    joined, ///< none: a combining mark, or the second half of a surrogate pair
-    newline ///< none, and the row ends after it: U+2028
+    Narrow, // one cell
+    Blank,  // one cell; a row may end after it
+    Wide,   // two cells; a row may end on either side
+    Tab,    // up to the next tab stop; a row may end after it
+    Joined, // none: a combining mark, or the second half of a surrogate pair
+    Newline // none, and the row ends after it: U+2028
 };
 
-/// A stretch of narrow characters and blanks: a bit for each says which it is.
+// A stretch of narrow characters and blanks: a bit for each says which it is.
 struct PlainRun
 {
-    const std::uint64_t* blanks = nullptr; ///< first bit for the character at `begin`
+    const std::uint64_t* blanks = nullptr; // first bit for the character at `begin`
     std::int64_t begin = 0;
-    std::int64_t end = 0; ///< equal to `begin` if there is none
+    std::int64_t end = 0; // equal to `begin` if there is none
 
     bool is_blank(std::int64_t position) const
     {
         const auto at = static_cast<size_t>(position - begin);
         return (blanks[at / 64] >> (at % 64) & 1) != 0;
     }
-    /// The last blank in [from, to), or -1.
+    // The last blank in [from, to), or -1.
     std::int64_t last_blank(std::int64_t from, std::int64_t to) const
     {
         const std::int64_t first = from - begin;
@@ -45,10 +45,10 @@ struct PlainRun
     }
 };
 
-/// The cells of a text to which characters are added at the end and from which they are dropped at
-/// either end. Positions count all characters ever added, so they stay valid when the front is
-/// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
-/// byte more.
+// The cells of a text to which characters are added at the end and from which they are dropped at
+// either end. Positions count all characters ever added, so they stay valid when the front is
+// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
+// byte more.
 class CellText
 {
 public:
@@ -60,7 +60,7 @@ public:
     void drop_from(std::int64_t position);
 
     Cell at(std::int64_t position) const;
-    /// The plain stretch around `position` as far as it is kept in one piece.
+    // The plain stretch around `position` as far as it is kept in one piece.
     PlainRun plain_run(std::int64_t position) const;
 
 private:
@@ -68,20 +68,20 @@ private:
     struct Page
     {
         std::uint64_t blanks[PAGE / 64] = {};
-        std::unique_ptr<Cell[]> cells; ///< only where the page isn't plain
+        std::unique_ptr<Cell[]> cells; // only where the page isn't plain
     };
 
     const Page& page_of(std::int64_t position) const;
 
     std::deque<Page> pages;
-    std::int64_t first_page = 0; ///< number of the page at the front of `pages`
+    std::int64_t first_page = 0; // number of the page at the front of `pages`
     std::int64_t first = 0;
     std::int64_t past_last = 0;
 };
 
-/// How many of the first characters are narrow ones and blanks; at least up to the first control
-/// character, tab, combining or wide one.
+// How many of the first characters are narrow ones and blanks; at least up to the first control
+// character, tab, combining or wide one.
 int plain_prefix(const QChar* text, int count);
 
-/// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
+// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
 Cell cell_of(const QChar* text, int index, int count);

@@ -44,10 +44,10 @@ void swap_engines(QTextLayout& a, QTextLayout& b)
     std::memcpy(static_cast<void*>(&b), kept, sizeof kept);
 }
 
-/// While one lives, the text layouts of the blocks at some positions of a document look empty.
-/// Whatever QPlainTextEdit and QTextCursor do with a cursor, they ask the layout of its block for a
-/// line, for which the layout analyses the whole block: 2 s for one of 64 MB. An empty one answers
-/// at once that it has no lines, as does any layout here. Only for calls that leave the text alone.
+// While one lives, the text layouts of the blocks at some positions of a document look empty.
+// Whatever QPlainTextEdit and QTextCursor do with a cursor, they ask the layout of its block for a
+// line, for which the layout analyses the whole block: 2 s for one of 64 MB. An empty one answers
+// at once that it has no lines, as does any layout here. Only for calls that leave the text alone.
 class EmptyLayouts
 {
 public:
@@ -96,20 +96,20 @@ EmptyLayouts::~EmptyLayouts()
 
 } // namespace
 
-/// Keeps a RowTable equal to the document and lays nothing out.
+// Keeps a RowTable equal to the document and lays nothing out.
 class NoLayoutEdit::Layout : public QPlainTextDocumentLayout
 {
 public:
     Layout(QTextDocument* document, NoLayoutEdit& owner);
 
-    /// Takes over text that its caller goes on to insert at the end of the document.
+    // Takes over text that its caller goes on to insert at the end of the document.
     void announce(const QString& text);
-    /// The same for as many characters that its caller goes on to remove from the end, before any
-    /// insertion in the same edit block.
+    // The same for as many characters that its caller goes on to remove from the end, before any
+    // insertion in the same edit block.
     void announce_removal(int count);
 
-    /// A rectangle that means nothing, of a height that ends QPlainTextEdit's search for the
-    /// block's place at the first block and keeps it from scrolling there.
+    // A rectangle that means nothing, of a height that ends QPlainTextEdit's search for the
+    // block's place at the first block and keeps it from scrolling there.
     QRectF blockBoundingRect(const QTextBlock& block) const override;
 
     RowTable table;
@@ -121,8 +121,8 @@ private:
     void read_again(int from);
 
     NoLayoutEdit& edit;
-    int announced = 0; ///< characters in `table` that the document doesn't have yet
-    int withdrawn = 0; ///< characters of the document that `table` doesn't have any more
+    int announced = 0; // characters in `table` that the document doesn't have yet
+    int withdrawn = 0; // characters of the document that `table` doesn't have any more
 };
 
 NoLayoutEdit::Layout::Layout(QTextDocument* document, NoLayoutEdit& owner)

@@ -15,15 +15,15 @@ namespace {
 constexpr int SCROLL_STEP_MS = 50;      // how often a drag past the edge scrolls
 constexpr int LONGEST_WORD = 64 * 1024; // so that a double click in an unbroken stream answers
 
-enum class Kind { word, separator, blank };
+enum class Kind { Word, Separator, Blank };
 
 // As Qt separates words.
 Kind kind_of(QChar c)
 {
     if (c.isSpace())
-        return Kind::blank;
-    return QStringLiteral(".,?!@#$:;-<>[](){}=/+%&^*'\"`~|\\").contains(c) ? Kind::separator
-                                                                           : Kind::word;
+        return Kind::Blank;
+    return QStringLiteral(".,?!@#$:;-<>[](){}=/+%&^*'\"`~|\\").contains(c) ? Kind::Separator
+                                                                           : Kind::Word;
 }
 
 } // namespace
@@ -47,7 +47,7 @@ int ReceiveArea::position_at(const QPoint& point) const
         last_before = at;
         do
             ++at;
-        while (at < end && table.cell(at) == Cell::joined);
+        while (at < end && table.cell(at) == Cell::Joined);
         column = next_column;
     }
     // The position after a row that goes on is the next row's first one, so it would be shown
@@ -74,20 +74,20 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     const QTextBlock block = document()->findBlock(position);
     const int begin = block.position();
     const int end = begin + block.length() - 1;
-    if (wanted == Unit::paragraph)
+    if (wanted == Unit::Paragraph)
         return {begin, block.next().isValid() ? end + 1 : end};
     Span span = {position, position};
-    if (wanted == Unit::character)
+    if (wanted == Unit::Character)
         return span;
     const auto kind_at = [this](int at) { return kind_of(document()->characterAt(at)); };
     // After a word and in the blanks that follow it, the word is meant.
     int on = position;
-    if (on == end && on > begin && kind_at(on - 1) == Kind::word)
+    if (on == end && on > begin && kind_at(on - 1) == Kind::Word)
         --on;
-    while (on > begin && on < end && kind_at(on) == Kind::blank)
+    while (on > begin && on < end && kind_at(on) == Kind::Blank)
         --on;
-    const Kind kind = on < end ? kind_at(on) : Kind::blank;
-    if (kind == Kind::blank)
+    const Kind kind = on < end ? kind_at(on) : Kind::Blank;
+    if (kind == Kind::Blank)
         return span;
     span = {on, on};
     const int first = std::max(begin, position - LONGEST_WORD);
@@ -117,7 +117,7 @@ void ReceiveArea::mousePressEvent(QMouseEvent* event)
         (event->pos() - press_point).manhattanLength() < QApplication::startDragDistance();
     since_double_click.invalidate();
     press_point = event->pos();
-    unit = third_click ? Unit::paragraph : Unit::character;
+    unit = third_click ? Unit::Paragraph : Unit::Character;
     may_drag = !third_click && cursor.hasSelection() && position > cursor.selectionStart() &&
                position < cursor.selectionEnd() && !(event->modifiers() & Qt::ShiftModifier);
     if (may_drag)
@@ -138,7 +138,7 @@ void ReceiveArea::mouseDoubleClickEvent(QMouseEvent* event)
         return;
     press_point = event->pos();
     since_double_click.start();
-    unit = Unit::word;
+    unit = Unit::Word;
     may_drag = false;
     pressed = span_at(position_at(event->pos()), unit);
     select(pressed.from, pressed.to);

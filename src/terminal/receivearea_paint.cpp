@@ -14,7 +14,7 @@ namespace {
 
 struct Look
 {
-    int to = 0; ///< it holds up to this position
+    int to = 0; // it holds up to this position
     QBrush foreground;
     QBrush background;
 };
@@ -158,7 +158,7 @@ void ReceiveArea::paint_text(QPainter& painter, int from, int to, int column, qr
     for (int at = from; at < to;) {
         const Cell cell = table.cell(at);
         int next = at + 1;
-        while (next < to && table.cell(next) == Cell::joined)
+        while (next < to && table.cell(next) == Cell::Joined)
             ++next;
         const QPointF place(margin + column * cell_width, y + ascent);
         QChar c = document()->characterAt(at);
@@ -169,7 +169,7 @@ void ReceiveArea::paint_text(QPainter& painter, int from, int to, int column, qr
             for (int i = at; i < next; ++i)
                 joined += document()->characterAt(i);
             painter.drawText(place, joined);
-        } else if (cell == Cell::narrow || cell == Cell::wide) {
+        } else if (cell == Cell::Narrow || cell == Cell::Wide) {
             plain += c;
             plain_at += place;
         }

@@ -8,9 +8,9 @@ namespace {
 // for each column ends.
 constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
 
-bool may_end_behind(Cell cell)
+bool may_end_after(Cell cell)
 {
-    return cell == Cell::blank || cell == Cell::tab || cell == Cell::wide;
+    return cell == Cell::Blank || cell == Cell::Tab || cell == Cell::Wide;
 }
 
 // Where the next row begins when one begins at `start` and its paragraph has text up to `end`;
@@ -22,21 +22,21 @@ std::int64_t uneven_row_break(const CellText& cells, std::int64_t start, std::in
     std::int64_t word = start;
     int column = 0;
     bool full = false;
-    Cell before = Cell::narrow;
+    Cell before = Cell::Narrow;
     for (std::int64_t at = start; at < end; ++at) {
         const Cell cell = cells.at(at);
         if (at >= most)
             return at;
-        if (cell == Cell::newline)
+        if (cell == Cell::Newline)
             return at + 1;
-        if (cell == Cell::joined)
+        if (cell == Cell::Joined)
             continue;
         if (full)
             return at;
-        if (may_end_behind(before) || cell == Cell::wide)
+        if (may_end_after(before) || cell == Cell::Wide)
             word = at;
         const int next = column_after(cell, column, columns);
-        if (cell == Cell::blank || cell == Cell::tab)
+        if (cell == Cell::Blank || cell == Cell::Tab)
             full = column >= columns; // it is past the edge, and what follows begins a row
         else if (next > columns && at > start)
             return word > start ? word : at;
@@ -79,16 +79,16 @@ const QChar* paragraph_end(const QChar* from, const QChar* end)
 int column_after(Cell cell, int column, int columns)
 {
     switch (cell) {
-    case Cell::narrow:
-    case Cell::blank:
+    case Cell::Narrow:
+    case Cell::Blank:
         return column + 1;
-    case Cell::wide:
+    case Cell::Wide:
         return column + 2;
-    case Cell::tab:
+    case Cell::Tab:
         return std::max(column,
                         std::min(columns, (column / RowTable::TAB_STOP + 1) * RowTable::TAB_STOP));
-    case Cell::joined:
-    case Cell::newline:
+    case Cell::Joined:
+    case Cell::Newline:
         break;
     }
     return column;

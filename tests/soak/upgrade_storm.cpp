@@ -22,25 +22,25 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds LINK_TIMEOUT(100);
+constexpr milliseconds LATE = LINK_TIMEOUT + milliseconds(5); // a little too late
+constexpr milliseconds CROSSING(2); // a second copy crosses the next request
 constexpr int SLAVE = 17;
 
 struct Weather
 {
     const char* name;
-    double noise; // chances
-    double twice;
-    double reorder;
+    FaultSettings faults; // chances of loss, change, second copy, reordering, delay
     bool reboot;
     bool cut;
 };
 const Weather WEATHERS[] = {
-    {"doubled", 0, 0.05, 0, false, false},
-    {"doubled, reordered", 0, 0.05, 0.05, false, false},
-    {"noise", 0.01, 0, 0, false, false},
-    {"noise, doubled, reordered", 0.01, 0.03, 0.03, false, false},
-    {"noise, reboot", 0.01, 0, 0, true, false},
-    {"noise, cut", 0.01, 0, 0, false, true},
-    {"all", 0.01, 0.03, 0.03, true, true},
+    {"doubled", {0, 0, 0.05, 0, CROSSING, 0.5}, false, false},
+    {"doubled, reordered", {0, 0, 0.05, 0.05, CROSSING, 0.5}, false, false},
+    {"noise", {0.01, 0.01, 0, 0, LATE, 0.01}, false, false},
+    {"noise, doubled, reordered", {0.01, 0.01, 0.03, 0.03, LATE, 0.01}, false, false},
+    {"noise, reboot", {0.01, 0.01, 0, 0, LATE, 0.01}, true, false},
+    {"noise, cut", {0.01, 0.01, 0, 0, LATE, 0.01}, false, true},
+    {"all", {0.01, 0.01, 0.03, 0.03, LATE, 0.01}, true, true},
 };
 
 struct Scene
@@ -78,16 +78,10 @@ Scene draw_scene(std::uint64_t seed, const Weather& weather)
     const int exchanges = 10 + int(scene.file.size()) / scene.boot.mtu;
     scene.exchange.reboot_after = weather.reboot ? 2 + below(exchanges) : -1;
     scene.exchange.cut_after = weather.cut ? 2 + below(exchanges) : -1;
+    scene.faults = weather.faults;
     scene.faults.seed = seed;
-    scene.faults.drop = scene.faults.corrupt = scene.faults.delay_chance = weather.noise;
-    scene.faults.twice = weather.twice;
-    scene.faults.reorder = weather.reorder;
-    // A little too late, and later than the first repeat.
-    scene.faults.delay = below(2) == 0 ? LINK_TIMEOUT + milliseconds(5) : LINK_TIMEOUT * 5 / 2;
-    if (weather.noise == 0) { // a second copy may cross the next request
-        scene.faults.delay = milliseconds(2);
-        scene.faults.delay_chance = 0.5;
-    }
+    if (scene.faults.delay == LATE && below(2) == 0)
+        scene.faults.delay = LINK_TIMEOUT * 5 / 2; // later than the first repeat
     return scene;
 }
 

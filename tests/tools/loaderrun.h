@@ -74,18 +74,11 @@ public:
     // Asked first: a reply of its own to this request, or a null one for the module's.
     std::function<QByteArray(const QByteArray& request)> fault;
 
-protected:
-    void add(const QString& line) override
-    {
-        ToolRun::add(line);
-        clock.start();
-    }
-
 private:
     QByteArray reply(const QByteArray& request)
     {
-        waits_ms += clock.elapsed();
-        add("> " + hex_of(request, qMin(14, request.size()))); // a whole verify request
+        waits_ms += since_line.elapsed();
+        add("> " + hex_of(request, qMin(14, int(request.size())))); // a whole verify request
         const QByteArray faulty = fault ? fault(request) : QByteArray();
         if (!faulty.isNull())
             return faulty;
@@ -98,7 +91,6 @@ private:
     }
 
     QTemporaryDir dir;
-    QElapsedTimer clock;
     std::optional<Boot> module;
     QFramerNull framer{&link};
 

@@ -69,17 +69,17 @@ TEST(CnetCfg, SendsEachRequestAndTakesNoAnswerButItsOwn)
     using E = CnetOutcome;
     for (const Operation& operation : OPERATIONS) {
         const QByteArray command = operation.request.left(1), good = operation.payload;
-        QVector<std::pair<QByteArray, E>> replies = {{framed(command + good), E::Done}};
+        std::vector<std::pair<QByteArray, E>> replies = {{framed(command + good), E::Done}};
         if (!good.isEmpty())
-            replies += {{"", E::NoAnswer},
-                        {framed('?' + good), E::BadAnswer},
-                        {framed(command + good.chopped(1)), E::BadAnswer}};
+            replies.insert(replies.end(), {{"", E::NoAnswer},
+                                           {framed('?' + good), E::BadAnswer},
+                                           {framed(command + good.chopped(1)), E::BadAnswer}});
         for (const int wrong : {0, operation.address - 1})
             if (operation.address > 0)
-                replies +=
-                    {framed(command + QByteArray(good).replace(wrong, 1, "?")), E::BadAnswer};
+                replies.emplace_back(framed(command + QByteArray(good).replace(wrong, 1, "?")),
+                                     E::BadAnswer);
         if (operation.status)
-            replies += {framed(command + good.chopped(1) + '\1'), E::Refused};
+            replies.emplace_back(framed(command + good.chopped(1) + '\1'), E::Refused);
         for (const auto& [reply, outcome] : replies) {
             SCOPED_TRACE((operation.request + '/' + reply).toHex().toStdString());
             MemoryLink link;

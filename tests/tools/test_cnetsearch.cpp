@@ -14,7 +14,7 @@ public:
     Search()
     {
         link.device = [this](const QByteArray& request) {
-            add("> " + hex_of(request, request.size()));
+            add("> " + hex_of(request, int(request.size())));
             if (request[1] != char(0xD4))
                 return answer;
             answer = answers.value(request.mid(2, 2));

@@ -58,6 +58,7 @@ TEST(LoaderFaults, EndEachRunWithItsReasonAfterItsRetriesAndWithoutReboot)
     for (const auto& [prepare, letters, line, ending, reason] : rows) {
         LoaderRun run;
         run.loader.retry_count_set(2);
+        run.loader.pack_len_set(4096); // the module's MTU, 1024, is the lower one
         prepare(run);
         QStringList lines = run.run();
         EXPECT_EQ(run.letters(), letters);

@@ -35,11 +35,12 @@ public:
     std::function<void()> on_line;
 
 protected:
-    virtual void add(const QString& line)
+    void add(const QString& line)
     {
         lines += line;
         if (on_line)
             on_line();
+        since_line.start();
     }
     // Each emission becomes a line of the word and the signal's values.
     template <typename Tool, typename Signal>
@@ -53,6 +54,8 @@ protected:
     {
         QObject::connect(&tool, &QThread::finished, [this] { ended = true; });
     }
+
+    QElapsedTimer since_line;
 
 private:
     std::atomic<bool> ended{false};

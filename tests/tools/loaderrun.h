@@ -70,14 +70,15 @@ public:
     QByteArray flash() const { return file_content(settings.image); }
 
     BootSettings settings;    // of the module, which starts with the first request
-    QVector<qint64> waits_ms; // before each request of this run, since the line before it
+    QVector<qint64> waits_ms; // from request to request of this run
     // Asked first: a reply of its own to this request, or a null one for the module's.
     std::function<QByteArray(const QByteArray& request)> fault;
 
 private:
     QByteArray reply(const QByteArray& request)
     {
-        waits_ms += since_line.elapsed();
+        waits_ms += waits_ms.isEmpty() ? 0 : since_request.elapsed();
+        since_request.start();
         add("> " + hex_of(request, qMin(14, int(request.size())))); // a whole verify request
         const QByteArray faulty = fault ? fault(request) : QByteArray();
         if (!faulty.isNull())
@@ -92,6 +93,7 @@ private:
 
     QTemporaryDir dir;
     std::optional<Boot> module;
+    QElapsedTimer since_request;
     QFramerNull framer{&link};
 
 public:

@@ -109,6 +109,20 @@ TEST(LoaderFaults, AreDistinguishedByTheCodesOfEachExchange)
     EXPECT_FALSE(run.loader.block_send(data, 0, 8, 8));
 }
 
+TEST(LoaderFaults, AreFollowedByThePauseThatIsSetAndSoIsEachPacket)
+{
+    LoaderRun run;
+    run.loader.send_interval_set(30);
+    run.settings.in_boot = true;
+    run.fault = [&](const QByteArray& request) { // the first reply of each kind is lost
+        return run.letters().count(request[0]) == 1 ? SILENCE : QByteArray();
+    };
+    EXPECT_TRUE(run.run().contains(GOOD_END));
+    EXPECT_TRUE(run.letters().startsWith("aaddeee")) << run.letters().constData();
+    for (const int request : {1, 3, 6}) // not after a packet's first attempt
+        EXPECT_GE(run.waits_ms[request], 30) << request;
+}
+
 // The second copy comes while the loader already works on the next step. Only what comes from then
 // on may be believed: page 2 differs, and a stale yes would leave it so.
 TEST(LoaderFaults, ASecondCopyOfAReplyNeverVerifiesAFile)

@@ -40,7 +40,6 @@ protected:
         lines += line;
         if (on_line)
             on_line();
-        since_line.start();
     }
     // Each emission becomes a line of the word and the signal's values.
     template <typename Tool, typename Signal>
@@ -54,8 +53,6 @@ protected:
     {
         QObject::connect(&tool, &QThread::finished, [this] { ended = true; });
     }
-
-    QElapsedTimer since_line;
 
 private:
     std::atomic<bool> ended{false};

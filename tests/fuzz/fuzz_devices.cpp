@@ -15,6 +15,7 @@
 #include "tools/bootdialogue.h"
 #include "tools/cnetframe.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace {
@@ -38,8 +39,8 @@ void framers(const QByteArray& input)
 {
     if (input.size() < 2)
         return;
-    const int nbytes = quint8(input[0]) * 8; // reaches past frames that need no heap
-    const quint8 choice = quint8(input[1]);
+    const int nbytes = std::uint8_t(input[0]) * 8; // reaches past frames that need no heap
+    const std::uint8_t choice = std::uint8_t(input[1]);
     const QByteArray came = input.mid(2);
     MemoryLink link;
     link.device = [&](const QByteArray&) { return came; };
@@ -115,7 +116,8 @@ std::unique_ptr<Module> make_module(unsigned choice)
 // The first byte is the module and its frame, the rest comes as one piece with silence after it.
 void modules(const QByteArray& input)
 {
-    const std::unique_ptr<Module> module = make_module(quint8(input.isEmpty() ? 0 : input[0]));
+    const std::unique_ptr<Module> module =
+        make_module(std::uint8_t(input.isEmpty() ? 0 : input[0]));
     QByteArray heard = input.mid(1);
     while (!heard.isEmpty()) {
         const int begun = module->request_size(heard, false);

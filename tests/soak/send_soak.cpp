@@ -8,14 +8,15 @@
 //   send_soak [minutes of each]
 #include "windowsoak.h"
 
+#include <cstdint>
 #include <random>
 #include <sys/syscall.h>
 #include <time.h>
 
 namespace {
 
-constexpr qint64 NS_PER_MS = 1'000'000, NS_PER_S = 1'000'000'000;
-qint64 simulated_ns = 0; // CLOCK_MONOTONIC; 0 means the system's own
+constexpr std::int64_t NS_PER_MS = 1'000'000, NS_PER_S = 1'000'000'000;
+std::int64_t simulated_ns = 0; // CLOCK_MONOTONIC; 0 means the system's own
 
 } // namespace
 
@@ -56,11 +57,11 @@ private:
     void soak(const char* box, int interval_ms, int minutes, const QByteArrayList& texts)
     {
         std::mt19937 random(1);
-        std::uniform_int_distribution<qint64> step_ns(NS_PER_MS / 10, NS_PER_MS * 2);
-        const qint64 interval_ns = interval_ms * NS_PER_MS, begin_ns = simulated_ns;
+        std::uniform_int_distribution<std::int64_t> step_ns(NS_PER_MS / 10, NS_PER_MS * 2);
+        const std::int64_t interval_ns = interval_ms * NS_PER_MS, begin_ns = simulated_ns;
         const int due = minutes * 60'000 / interval_ms;
         int sends = 0, wrong = 0;
-        qint64 latest_ns = 0;
+        std::int64_t latest_ns = 0;
         check(box);
         int shown = counted(); // until the first send, that of an earlier mode
         for (; simulated_ns < begin_ns + due * interval_ns + interval_ns / 2;
@@ -70,7 +71,7 @@ private:
                 continue;
             shown = counted();
             const QByteArray text = texts[sends % texts.size()];
-            const qint64 late_ns = simulated_ns - begin_ns - ++sends * interval_ns;
+            const std::int64_t late_ns = simulated_ns - begin_ns - ++sends * interval_ns;
             latest_ns = qMax(latest_ns, late_ns);
             wrong += late_ns < 0 || late_ns >= interval_ns || come_out(text.size()) != text;
         }

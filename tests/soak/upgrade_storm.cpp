@@ -16,6 +16,7 @@
 #include <QMap>
 #include <array>
 #include <atomic>
+#include <cstdint>
 #include <random>
 
 namespace {
@@ -121,8 +122,8 @@ class Storm : public Soak
 public:
     void run(int count)
     {
-        const quint64 first = QCoreApplication::arguments().value(2, "1").toULongLong();
-        for (quint64 seed = first; seed < first + quint64(count); ++seed)
+        const std::uint64_t first = QCoreApplication::arguments().value(2, "1").toULongLong();
+        for (std::uint64_t seed = first; seed < first + std::uint64_t(count); ++seed)
             brave(seed);
         std::printf("%-26s %-20s %6s %6s %12s\n", "faults", "the loader reports", "runs", "equal",
                     "reruns good");
@@ -132,7 +133,7 @@ public:
     }
 
 private:
-    void brave(quint64 seed)
+    void brave(std::uint64_t seed)
     {
         const Weather& weather = WEATHERS[seed % std::size(WEATHERS)];
         Scene scene = draw_scene(seed, weather);

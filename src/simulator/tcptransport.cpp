@@ -18,7 +18,7 @@ TcpTransport::TcpTransport(int port)
     setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in local = {};
     local.sin_family = AF_INET;
-    local.sin_port = htons(uint16_t(port));
+    local.sin_port = htons(std::uint16_t(port));
     local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof local;
     if (::bind(listener, reinterpret_cast<sockaddr*>(&local), size) != 0 ||

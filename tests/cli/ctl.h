@@ -7,13 +7,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-struct CtlResult
+struct Ctl : Program
 {
-    int exit = -1; // also when a signal has ended it
-    QByteArray out;
-    QByteArray err;
-
-    // The one JSON object that the output is; empty when it is none.
+    explicit Ctl(const QString& command, const QByteArray& input = {})
+        : Program(TARNWICKCTL, command.split(' ', Qt::SkipEmptyParts), input)
+    {
+    }
+    // The one JSON object that it has printed; empty when it is none.
     QJsonObject json() const
     {
         const QJsonDocument document = QJsonDocument::fromJson(out);
@@ -22,28 +22,17 @@ struct CtlResult
     }
 };
 
-struct Ctl : Program
+// One that has ended.
+struct CtlRun : Ctl
 {
-    explicit Ctl(const QString& command, const QByteArray& input = {})
-        : Program(TARNWICKCTL, command.split(' ', Qt::SkipEmptyParts), input)
-    {
-    }
-    CtlResult result()
-    {
-        const int exit = wait();
-        return {exit, out, err};
-    }
+    using Ctl::Ctl;
+    const int exit = wait();
 };
-
-inline CtlResult run_ctl(const QString& command, const QByteArray& input = {})
-{
-    return Ctl(command, input).result();
-}
 
 // What it prints with --json.
 inline QJsonObject ctl_json(const QString& command)
 {
-    return run_ctl(command + " --json").json();
+    return CtlRun(command + " --json").json();
 }
 
 // A tarnwickctl with a person at its terminal, who sees stderr.

@@ -43,13 +43,13 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"cnet info --link serial:parrot --timeout 50", 5, ""},
     };
     for (const auto& [command, exit, error] : rows) {
-        const CtlResult result = run_ctl(command);
+        const CtlRun result(command);
         EXPECT_EQ(result.exit, exit) << command << ": " << result.out.toStdString();
         EXPECT_TRUE(result.err.contains(error)) << result.err.toStdString();
     }
     Ctl holder("dorv search --duration 600 -v --link serial:silent");
     ASSERT_TRUE(holder.says("nothing in time"));
-    const QByteArray busy = run_ctl("cnet info --link serial:silent").err;
+    const QByteArray busy = CtlRun("cnet info --link serial:silent").err;
     EXPECT_TRUE(busy.contains("It is open in tarnwickctl (")) << busy.toStdString();
     silent.reset();
     EXPECT_EQ(holder.wait(), 3) << "the port has gone";
@@ -73,9 +73,9 @@ TEST_F(TarnwickCtl, ListsPortsAndSendsFramesOverThemAndOverTheNetwork)
     QFile::setPermissions(sandbox.ports_folder(), rights);
     for (const QString& link : {QString("serial:bench-7"), "rawtcp:" + tcp.address,
                                 "tcp:localhost:" + tcp.address.section(':', 1)}) {
-        const CtlResult result = run_ctl("frame exchange --text hi --frame crc16+rtu:7+chan:0102 "
-                                         "--read 2 --json -v --link " +
-                                         link);
+        const CtlRun result("frame exchange --text hi --frame crc16+rtu:7+chan:0102 "
+                            "--read 2 --json -v --link " +
+                            link);
         EXPECT_EQ(result.json()["answer"].toString(), "68 69") << result.err.toStdString();
         // Address, prefix, payload, the CRC of the inner frame, that of the outer one.
         EXPECT_TRUE(result.err.contains("> 07 01 02 68 69 ")) << result.err.toStdString();
@@ -106,13 +106,13 @@ TEST_F(TarnwickCtl, CompletionOffersPortsAndRunsNothingThatTheyAreNamed)
 
 TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)
 {
-    const QJsonObject sums = run_ctl("checksum --json", "123456789").json()["checksums"].toObject();
+    const QJsonObject sums = CtlRun("checksum --json", "123456789").json()["checksums"].toObject();
     EXPECT_EQ(sums["crc16"].toString(), "4B37");
     EXPECT_EQ(sums["crc32inv"].toString(), "CBF43926");
     EXPECT_EQ(sums["md5"].toString(), "25F9E794323B453885F5181F1B624D0B");
-    EXPECT_EQ(run_ctl("checksum --text -5 --only sum8").out, "62\n");
+    EXPECT_EQ(CtlRun("checksum --text -5 --only sum8").out, "62\n");
     file_write("data", "123456789");
-    EXPECT_EQ(run_ctl("checksum --only crc16 data").out, "4B37\n");
+    EXPECT_EQ(CtlRun("checksum --only crc16 data").out, "4B37\n");
 }
 
 TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
@@ -129,22 +129,21 @@ TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
     const QString saved = sandbox.path("block");
     const QString before = ctl_json("cnet get --output " + saved + there)["block"].toString();
     ASSERT_EQ(before.size(), 52 * 3 - 1);
-    EXPECT_EQ(run_ctl("cnet set --word 12=0A0B0C0D --word 3=FFFFFFFF" + there).exit, 0);
+    EXPECT_EQ(CtlRun("cnet set --word 12=0A0B0C0D --word 3=FFFFFFFF" + there).exit, 0);
     QString changed = before;
     changed.replace(12 * 12, 11, "0A 0B 0C 0D").replace(3 * 12, 11, "FF FF FF FF");
     EXPECT_EQ(ctl_json("cnet get" + there)["block"].toString(), changed);
-    EXPECT_EQ(run_ctl("cnet set --file " + saved + there).exit, 0);
+    EXPECT_EQ(CtlRun("cnet set --file " + saved + there).exit, 0);
     EXPECT_EQ(ctl_json("cnet get" + there)["block"].toString(), before);
 
     EXPECT_EQ(ctl_json("cnet value" + there)["values"].toArray(), QJsonArray{40});
-    EXPECT_EQ(run_ctl("cnet get 9999" + link).exit, 4);
+    EXPECT_EQ(CtlRun("cnet get 9999" + link).exit, 4);
 }
 
 TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
 {
-    const Simulated busy("dorv --neighbours 1");
-    const Simulated quiet("dorv --name quiet");
-    const QString link = " --link serial:quiet --timeout 150";
+    const Simulated dorv("dorv");
+    const QString link = " --link serial:dorv --timeout 150";
     const std::pair<const char*, QByteArray> settings[] = {
         {"devaddr", "0xab12\n"},
         {"heartbeat", "1 20 65535\n"},
@@ -152,12 +151,12 @@ TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
         {"appkey", "000102030405060708090A0B0C0D0E0F\n"},
     };
     for (const auto& [name, value] : settings) {
-        EXPECT_EQ(run_ctl("dorv set " + (name + (' ' + value.trimmed())) + link).exit, 0);
-        EXPECT_EQ(run_ctl("dorv get " + (name + link)).out, value);
+        EXPECT_EQ(CtlRun("dorv set " + (name + (' ' + value.trimmed())) + link).exit, 0);
+        EXPECT_EQ(CtlRun("dorv get " + (name + link)).out, value);
     }
-    EXPECT_EQ(run_ctl("dorv set pwrid -3" + link).exit, 0);
-    EXPECT_EQ(run_ctl("dorv mode pmac" + link).exit, 0);
-    EXPECT_EQ(run_ctl("dorv mode" + link).out, "pmac\n");
+    EXPECT_EQ(CtlRun("dorv set pwrid -3" + link).exit, 0);
+    EXPECT_EQ(CtlRun("dorv mode pmac" + link).exit, 0);
+    EXPECT_EQ(CtlRun("dorv mode" + link).out, "pmac\n");
     EXPECT_EQ(ctl_json("dorv list" + link)["settings"].toObject().size(), 10);
     for (const QByteArray answer : {"no\n", "yes\n"}) {
         CtlOnTerminal reset("dorv reset" + link);
@@ -165,11 +164,8 @@ TEST_F(TarnwickCtl, SetsAndReadsSettingsOfDorvModules)
         reset.terminal.write(answer);
         ASSERT_TRUE(wait_until([&] { return reset.state() == QProcess::NotRunning; }));
         EXPECT_EQ(reset.exitCode(), answer == "yes\n" ? 0 : 130);
-        EXPECT_EQ(run_ctl("dorv mode" + link).out, answer == "yes\n" ? "radio\n" : "pmac\n");
+        EXPECT_EQ(CtlRun("dorv mode" + link).out, answer == "yes\n" ? "radio\n" : "pmac\n");
     }
-    EXPECT_TRUE(
-        ctl_json("dorv search --link serial:dorv --duration 2")["devices"].toArray().contains(
-            "125,7,0x1,-41"));
 }
 
 TEST_F(TarnwickCtl, ASearchWhoseReportsNeverPauseEndsInTimeWithAllOfThem)
@@ -189,7 +185,7 @@ TEST_F(TarnwickCtl, ASearchWhoseReportsNeverPauseEndsInTimeWithAllOfThem)
 
 TEST_F(TarnwickCtl, TheManPagesAndTheCompletionsKnowWhatTheHelpNames)
 {
-    const QString help = run_ctl("--help").out;
+    const QString help = CtlRun("--help").out;
     QString simulator_help;
     for (const char* device : {"echo", "talk", "boot", "cnet", "dorv"}) {
         Simulated simulator(QString("help ") + device);

@@ -38,7 +38,7 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
     };
     for (const auto& [link, image, size] : rows) {
         const QString file = firmware_file("M1_2.bin", size);
-        const CtlResult first = run_ctl(upgrade(file, link) + " --json --log " + log);
+        const CtlRun first(upgrade(file, link) + " --json --log " + log);
         ASSERT_EQ(first.exit, 0) << first.err.toStdString();
         EXPECT_EQ(first.json()["bytes"].toInt(), size);
         EXPECT_TRUE(first.err.contains("Device: M1 V1")) << first.err.toStdString();
@@ -66,14 +66,14 @@ TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
     };
     for (const auto& [fault, command, exit, error] : rows) {
         std::optional<Simulated> faulty(module() + fault);
-        const CtlResult failed = run_ctl(command);
+        const CtlRun failed(command);
         EXPECT_EQ(failed.exit, exit) << failed.err.toStdString();
         EXPECT_TRUE(failed.err.contains(error)) << failed.err.toStdString();
         if (fault.isEmpty())
             continue;
         faulty.reset();
         const Simulated sim(module());
-        EXPECT_EQ(run_ctl(upgrade(file)).exit, 0);
+        EXPECT_EQ(CtlRun(upgrade(file)).exit, 0);
         EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
         QFile::remove(sandbox.path("rom"));
     }
@@ -86,10 +86,9 @@ TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)
     Ctl ctl(upgrade(file) + " --json");
     ASSERT_TRUE(ctl.says("20 %")); // a line of its own, in a pipe
     ctl.raise(SIGINT);
-    const CtlResult stopped = ctl.result();
-    EXPECT_EQ(stopped.exit, 130);
-    EXPECT_EQ(stopped.json()["error"].toObject()["name"].toString(), "interrupted");
-    EXPECT_TRUE(stopped.err.contains("Run the same command again")) << stopped.err.toStdString();
+    EXPECT_EQ(ctl.wait(), 130);
+    EXPECT_EQ(ctl.json()["error"].toObject()["name"].toString(), "interrupted");
+    EXPECT_TRUE(ctl.err.contains("Run the same command again")) << ctl.err.toStdString();
     EXPECT_LT(ctl_json(upgrade(file))["wire_bytes_sent"].toInt(), 39000);
     EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
 }

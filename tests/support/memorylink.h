@@ -4,8 +4,8 @@
 #include "links/qlink.h"
 
 #include <QByteArrayList>
-#include <algorithm>
 #include <climits>
+#include <cstring>
 #include <functional>
 
 // Time does not exist here: a read gives at once what waits, as if its time-out had then run out.
@@ -51,7 +51,8 @@ public:
             return LINK_CLOSED;
         const QByteArray taken = waiting.left(qMax(0, nbytes));
         waiting.remove(0, taken.size());
-        std::copy(taken.cbegin(), taken.cend(), buffer);
+        if (!taken.isEmpty())
+            std::memcpy(buffer, taken.constData(), size_t(taken.size()));
         return int(taken.size());
     }
     int write(const char* buffer, int nbytes) override

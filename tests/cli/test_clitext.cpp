@@ -1,4 +1,5 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
+#include "cli/boundedcnet.h"
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
 #include "cli/progress.h"

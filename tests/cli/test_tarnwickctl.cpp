@@ -118,7 +118,7 @@ TEST_F(TarnwickCtl, WorksOutCheckValuesOfFilesAndStandardInput)
 TEST_F(TarnwickCtl, SearchesConfiguresAndReadsCnetDevices)
 {
     const Simulated sim("cnet --device 10,0,0x1234 --device 11,1,0xABCD");
-    const QString link = " --link serial:cnet --timeout 100";
+    const QString link = " --link serial:cnet --timeout 400";
     const QJsonArray devices =
         ctl_json("cnet search --channels 9-11 --rates 0,1" + link)["devices"].toArray();
     ASSERT_EQ(devices.size(), 2);

@@ -70,10 +70,10 @@ public:
     // What has arrived by now, at most `most` bytes; never blocks.
     QByteArray read_now(int most = 65536) { return master.read(most); }
     // Reads with the event loop running until `count` bytes have come or the patience is over.
-    QByteArray read(int count)
+    QByteArray read(int count, int patience_ms = PATIENCE_MS)
     {
         QByteArray data;
-        wait_until([&] { return (data += read_now()).size() >= count; });
+        wait_until([&] { return (data += read_now()).size() >= count; }, patience_ms);
         return data;
     }
 

@@ -27,6 +27,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
         {"frame send --hex 01 --link serial:x --timeout -5", 2, "--timeout -5: a number"},
         {"dorv rssi -5 --link serial:x", 2, "\"-5\": ADDRESS"},
+        {"dorv search now --link serial:x", 2, "unexpected: now"},
         {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
         {"dorv get freq --link serial:x", 2, "can be set, not read"},
         {"dorv get class --link serial:x --frame dorv", 2, "^~~~"},
@@ -39,8 +40,8 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},
-        {"dorv reboot --link serial:parrot --timeout 50", 1, "echoes"},
-        {"cnet info --link serial:parrot --timeout 50", 5, ""},
+        {"dorv reboot --link serial:parrot --timeout 500", 1, "echoes"},
+        {"cnet info --link serial:parrot --timeout 500", 5, ""},
     };
     for (const auto& [command, exit, error] : rows) {
         const CtlRun result(command);

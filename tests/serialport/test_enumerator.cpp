@@ -20,19 +20,21 @@ QStringList virtual_ports()
 // Two ttys, a folder for links to them, and what an enumerator reports of these.
 struct Enumerator : testing::Test
 {
-    Enumerator()
+    void watch()
     {
+        enumerator = std::make_unique<QextSerialEnumerator>();
         QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceDiscovered,
                          [this](const QextPortInfo& port) { came += port.portName; });
         QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceRemoved,
                          [this](const QextPortInfo& port) { went += port.portName; });
+        enumerator->setUpNotifications();
     }
     QString link_first() { return a.link_into(sandbox.ports_folder(), "first"); }
     QString link_second() { return b.link_into(sandbox.ports_folder(), "second"); }
 
     Sandbox sandbox;
     Pty a, b;
-    std::unique_ptr<QextSerialEnumerator> enumerator = std::make_unique<QextSerialEnumerator>();
+    std::unique_ptr<QextSerialEnumerator> enumerator;
     QStringList came, went;
 };
 
@@ -62,7 +64,7 @@ TEST_F(Enumerator, ReportsPortsThatComeAndGo)
 {
     QDir(sandbox.ports_folder()).removeRecursively();
     const mode_t old_mask = umask(0); // the folder that it makes is private all the same
-    enumerator->setUpNotifications();
+    watch();
     umask(old_mask);
     const QString first = link_first();
     EXPECT_TRUE(wait_until([&] { return came == QStringList(first); }));
@@ -74,21 +76,19 @@ TEST_F(Enumerator, ReportsPortsThatComeAndGo)
 
 TEST_F(Enumerator, ReportsOnceThatAnOpenPortHasLostItsDevice)
 {
-    enumerator->setUpNotifications();
     for (const auto mode : {QextSerialPort::Polling, QextSerialPort::EventDriven}) {
         for (const bool listed : {false, true}) {
             Pty pty;
-            const QString link = pty.link_into(sandbox.ports_folder(), "port");
-            EXPECT_TRUE(wait_until([&] { return came.contains(link); }));
-            const QString name = listed ? link : pty.device();
+            const QString name =
+                listed ? pty.link_into(sandbox.ports_folder(), "port") : pty.device();
+            watch();
             QextSerialPort port(name, plain_settings(), mode);
             ASSERT_TRUE(port.open(QIODevice::ReadWrite));
             pty.hang_up();
-            EXPECT_TRUE(wait_until([&] { return went.contains(name); }));
+            EXPECT_TRUE(wait_until([&] { return !went.isEmpty(); }));
             pty.unlink();
             QTest::qWait(100);
-            EXPECT_EQ(went.count(name), 1);
-            came.clear();
+            EXPECT_EQ(went, QStringList(name));
             went.clear();
         }
     }
@@ -98,9 +98,9 @@ TEST_F(Enumerator, MayBeDeletedInsideItsOwnSignal)
 {
     link_first();
     link_second();
+    watch();
     QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceRemoved,
                      [this] { enumerator.reset(); });
-    enumerator->setUpNotifications();
     a.unlink();
     b.unlink();
     EXPECT_TRUE(wait_until([&] { return !enumerator; }));

@@ -40,6 +40,7 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"checksum \x1b[2Jnone.bin", 6, "\\u001b[2Jnone.bin"},
         {"frame exchange --hex 010203 --link serial:parrot --frame crc16", 0, ""},
         {"cnet info --link serial:silent --timeout 50", 4, "nothing came in time"},
+        {"dorv search --duration 0 --link serial:silent", 0, "No device reported itself."},
         {"dorv reboot --link serial:parrot --timeout 500", 1, "echoes"},
         {"cnet info --link serial:parrot --timeout 500", 5, ""},
     };

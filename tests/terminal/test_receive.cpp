@@ -162,7 +162,10 @@ TEST_F(Receive, EchoesInLoopModeUntilNobodyReads)
         const ssize_t n = ::write(pty.master_fd(), block.constData(), size_t(block.size()));
         return n < 0 && closed(); // nobody takes any more
     }));
-    EXPECT_EQ(answers.boxes.join('/').section(": ", 0, 0), "note|port write error");
+    EXPECT_EQ(boxes_taken().join('/').section(": ", 0, 0), "note|port write error");
+    ASSERT_TRUE(port_open()); // a session like any other
+    pty.unlink();
+    EXPECT_TRUE(wait_until([this] { return closed(); }));
 }
 
 TEST_F(Receive, SaysOnceWhichFileTakesNoMore)

@@ -84,8 +84,8 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsInTheRowsOfItsText)
             SCOPED_TRACE(testing::Message() << "seed " << seed << " step " << step);
             const int end = stock.document()->characterCount() - 1;
             const int count = qMin(end, below(300)), from = below(end - count + 1);
-            const int most_lines = below(2) * below(20);
-            const QString text = random_text(random, below(400), seed % 2 == 0 && below(2) == 0);
+            const int most_lines = below(2) * below(100);
+            const QString text = random_text(random, below(800), seed % 2 == 0 && below(2) == 0);
             const QString prefix = below(3) == 0 ? "\n[12:00:00.000] " : "";
             const int kind = step % 75 == 74 ? 0 : 1 + below(19);
             for (QPlainTextEdit* edit : {static_cast<QPlainTextEdit*>(&area), &stock}) {

@@ -122,42 +122,29 @@ TEST_F(Session, GivesUpAnOpenThatWaitsWhenAnotherPortIsChosen)
     EXPECT_EQ(other.read(1), "x");
 }
 
-// The device is pulled out while something goes on.
-class Removal : public WindowTest,
-                public testing::WithParamInterface<std::tuple<const char*, void (Pty::*)()>>
+TEST_F(Session, EndsWithOneMessageWhenItsDeviceIsPulledOut)
 {
-};
-
-TEST_P(Removal, EndsOnlyItsOwnSessionWithOneMessage)
-{
-    const auto [mode, pull] = GetParam();
-    window_start();
     file_choose(1000000);
-    type("data");
     set_row(0, true, false, "row");
-    Pty other, next;
-    other.link_into(sandbox.ports_folder(), "other");
-    ASSERT_TRUE(port_open());
-    other.unlink();
-    if (*mode)
-        check(mode);
-    if (mode == SEND_FILE)
-        click(SEND);
-    ASSERT_TRUE(receive("received", 8));
-    ASSERT_TRUE(wait_until([&] { return !*mode || !pty.read_now().isEmpty(); }));
-    EXPECT_TRUE(answers.boxes.isEmpty());
-    (pty.*pull)();
-    ASSERT_TRUE(wait_until([&] { return closed() && !answers.boxes.isEmpty(); }));
-    EXPECT_FALSE(enabled(SEND) || checked(SEND_FILE));
-    const QString removed = port_name;
-    pty.unlink();
-    port_name = next.link_into(sandbox.ports_folder(), "next");
-    EXPECT_TRUE(port_open());
-    send("again");
-    EXPECT_EQ(next.read(5), "again");
-    EXPECT_EQ(answers.boxes, QStringList("|" + removed + " removed"));
+    Pty other;
+    for (const auto pull : {&Pty::unlink, &Pty::hang_up})
+        for (const char* const mode : {SEND, AUTO_SEND, LOOP, SEND_FILE, IN_TURN}) {
+            SCOPED_TRACE(mode);
+            Pty device;
+            port_name = device.link_into(sandbox.ports_folder(), "device");
+            other.link_into(sandbox.ports_folder(), "other");
+            ASSERT_TRUE(port_open());
+            other.unlink(); // which is none of the session's business
+            device.write("received");
+            type("typed");
+            find<QAbstractButton>(mode)->click();
+            click(SEND);
+            ASSERT_TRUE(wait_until([&] { return !device.read_now().isEmpty(); }));
+            EXPECT_TRUE(answers.boxes.isEmpty());
+            (device.*pull)();
+            ASSERT_TRUE(wait_until([&] { return closed() && !answers.boxes.isEmpty(); }));
+            EXPECT_EQ(boxes_taken(), QStringList("|" + port_name + " removed"));
+            EXPECT_FALSE(enabled(SEND) || checked(SEND_FILE));
+            check(LOOP, false);
+        }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, Removal,
-                         testing::Combine(testing::Values("", AUTO_SEND, LOOP, SEND_FILE, IN_TURN),
-                                          testing::Values(&Pty::unlink, &Pty::hang_up)));

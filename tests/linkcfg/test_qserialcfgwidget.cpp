@@ -46,24 +46,6 @@ protected:
 
 } // namespace
 
-TEST_F(SerialPage, StoresNothingUnaskedAndAllKeysWhenOneSettingChanges)
-{
-    open("");
-    EXPECT_TRUE(page->port_exists());
-    EXPECT_EQ(settings(), std::vector<int>({115200, 8, PAR_NONE, STOP_1, FLOW_OFF, 300}));
-    EXPECT_EQ(close(), "");
-    std::map<std::string, std::string> all = {
-        {"baudrate", "3"}, {"custombaud", "250000"}, {"databits", "0"}, {"parity", "4"},
-        {"stopbits", "1"}, {"flowctl", "2"},         {"timeout", "77"}};
-    open(stored(all));
-    EXPECT_EQ(settings(), std::vector<int>({1200, 5, PAR_SPACE, STOP_1_5, FLOW_XONXOFF, 77}));
-    EXPECT_EQ(page->custom_baud(), 250000);
-    EXPECT_EQ(child<QSpinBox>("timeoutSpinBox")->text(), "77 ms");
-    enter<QSpinBox>("timeoutSpinBox", "301");
-    all["timeout"] = "301";
-    EXPECT_EQ(close(), stored(all));
-}
-
 TEST_F(SerialPage, OffersTheRowsThatFilesCountOn)
 {
     QString rates = "110 300 600 1200 2400 4800 9600 14400 19200 38400 56000 57600 74880 76800 "
@@ -80,25 +62,36 @@ TEST_F(SerialPage, OffersTheRowsThatFilesCountOn)
         EXPECT_EQ(rows_of(child<QComboBox>(box)).join(' '), rows);
 }
 
-TEST_F(SerialPage, MendsOnlyTheValuesThatCannotBe)
+TEST_F(SerialPage, StoresOnlyWhatChangesAndMendsTheValuesThatCannotBe)
 {
     const std::string foreign = "[other]\nx=1\n\n[serialSettings]\nzz=1\n";
-    const std::string custom = stored({{"baudrate", "24"}, {"custombaud", "123456"}});
-    const std::tuple<std::string, int, std::string> rows[] = {
-        {foreign, 115200, foreign},
-        {custom, 123456, custom},
-        {stored({{"baudrate", "19"}}), 256000, stored({{"baudrate", "19"}})}, // the second one
-        {stored({{"custombaud", "-3"}}), 115200, stored({{"custombaud", "1"}})},
-        {stored({{"port", "77"}}), 115200, stored({})},
-        {stored({{"baudrate", "25"}}), 0, stored({{"baudrate", "-1"}})},
-        {stored({{"timeout", "20001"}}), 115200, stored({{"timeout", "20000"}})},
-        {stored({{"port", "x"}, {"timeout", "y"}}), 115200, stored({{"timeout", "1"}})},
+    const std::map<std::string, std::string> all = {
+        {"baudrate", "24"}, {"custombaud", "250000"}, {"databits", "0"}, {"parity", "4"},
+        {"stopbits", "1"},  {"flowctl", "2"},         {"timeout", "77"}};
+    const std::tuple<std::string, std::vector<int>, std::string> rows[] = {
+        {"", {115200, 8, 0, 0, 0, 300}, ""},
+        {foreign, {115200, 8, 0, 0, 0, 300}, foreign},
+        {stored(all), {250000, 5, 4, 1, 2, 77}, stored(all)},
+        {stored({{"baudrate", "19"}}), {256000, 8, 0, 0, 0, 300}, stored({{"baudrate", "19"}})},
+        {stored({{"custombaud", "-3"}}), {115200, 8, 0, 0, 0, 300}, stored({{"custombaud", "1"}})},
+        {stored({{"port", "77"}}), {115200, 8, 0, 0, 0, 300}, stored({})},
+        {stored({{"baudrate", "25"}}), {0, 8, 0, 0, 0, 300}, stored({{"baudrate", "-1"}})},
+        {stored({{"timeout", "20001"}}),
+         {115200, 8, 0, 0, 0, 20000},
+         stored({{"timeout", "20000"}})},
+        {stored({{"port", "x"}, {"timeout", "y"}}),
+         {115200, 8, 0, 0, 0, 1},
+         stored({{"timeout", "1"}})},
     };
-    for (const auto& [before, rate, after] : rows) {
+    for (const auto& [before, expected, after] : rows) {
         open(before);
-        EXPECT_EQ(page->baud_rate(), rate) << before;
+        EXPECT_EQ(settings(), expected) << before;
         EXPECT_EQ(close(), after);
     }
+    open("");
+    enter<QSpinBox>("timeoutSpinBox", "301");
+    EXPECT_EQ(child<QSpinBox>("timeoutSpinBox")->text(), "301 ms");
+    EXPECT_EQ(close(), stored({{"timeout", "301"}}));
     page = std::make_unique<QSerialCfgWidget>(nullptr, ""); // no file
     baud()->setCurrentIndex(3);
     page.reset();

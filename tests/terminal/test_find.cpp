@@ -32,7 +32,7 @@ protected:
     void expect_count(const QString& text) const
     {
         const auto* const label = find<QLabel>("findCount");
-        EXPECT_TRUE(wait_until([&] { return label->text() == text; }, 5000))
+        EXPECT_TRUE(wait_until([&] { return label->text() == text; }))
             << qPrintable(label->text()) << " and not " << qPrintable(text);
     }
     // Of the whole visible area.

@@ -36,20 +36,30 @@ TEST_F(Given, SaysTwiceThatAStoredTextIsNotHexadecimal)
     EXPECT_EQ(answers.boxes, QStringList({note, note}));
 }
 
-TEST_F(Given, LeavesTheBoxesAsTheOrderOfClosingMakesThem)
+TEST_F(Given, LocksWhatTheLastEventNamesWhateverElseIsOn)
 {
-    const std::pair<const char*, QStringList> modes[] = {
-        {AUTO_SEND, {AUTO_SEND, LOOP, SEND}},
-        {IN_TURN, {AUTO_SEND, IN_TURN, LOOP, SEND}},
-        {LOOP, {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, SEND}},
+    const std::tuple<const char*, QStringList, QStringList> modes[] = {
+        // mode, what it locks, and what is locked after a close that finds it on
+        {HEX_MODE, {RAW_TEXT}, {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, SEND, RAW_TEXT}},
+        {SEND_FILE,
+         {AUTO_SEND, IN_TURN, HEX_MODE, "pushButton_crc_hash", "plainTextEdit_send",
+          "tableWidget_strings"},
+         {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, SEND}},
+        {AUTO_SEND, {IN_TURN, SEND_FILE}, {AUTO_SEND, LOOP, SEND}},
+        {IN_TURN, {AUTO_SEND, SEND_FILE}, {AUTO_SEND, IN_TURN, LOOP, SEND}},
+        {LOOP, {AUTO_SEND, IN_TURN}, {AUTO_SEND, IN_TURN, SEND_FILE, LOOP, SEND}},
     };
     window_start();
-    type("text");
-    for (const auto& [mode, locked] : modes) {
+    for (const auto& [mode, locked, locked_after_close] : modes) {
         ASSERT_TRUE(port_open());
         check(mode);
-        click(OPEN);
         EXPECT_EQ(disabled(), locked) << mode;
+        check(mode, false);
+        EXPECT_EQ(disabled(), QStringList()) << mode;
+        check(mode);
+        click(OPEN);
+        EXPECT_EQ(disabled(), locked_after_close) << mode;
+        check(HEX_MODE, false);
         for (const char* const timed : {AUTO_SEND, IN_TURN}) {
             check(timed);
             EXPECT_EQ(boxes_taken(), QStringList("note|please open a port first"));

@@ -47,26 +47,6 @@ TEST_F(Session, OpensDescribesAndClosesWhateverTheLinkType)
     EXPECT_EQ(answers.boxes, QStringList("note|Open " + port_name + " failed"));
 }
 
-TEST_F(Session, EachModeLocksWhatItExcludesAndNothingAfterItsEnd)
-{
-    const std::pair<const char*, QStringList> modes[] = {
-        {LOOP, {AUTO_SEND, IN_TURN}},
-        {AUTO_SEND, {IN_TURN, SEND_FILE}},
-        {IN_TURN, {AUTO_SEND, SEND_FILE}},
-        {SEND_FILE,
-         {AUTO_SEND, IN_TURN, HEX_MODE, "pushButton_crc_hash", "plainTextEdit_send",
-          "tableWidget_strings"}},
-        {HEX_MODE, {RAW_TEXT}},
-    };
-    ASSERT_TRUE(port_open());
-    for (const auto& [mode, locked] : modes) {
-        check(mode);
-        EXPECT_EQ(disabled(), locked) << mode;
-        check(mode, false);
-        EXPECT_EQ(disabled(), QStringList()) << mode;
-    }
-}
-
 TEST_F(Session, EndsWithTheWindowAndLosesNothing)
 {
     send_more_than_the_system_takes();

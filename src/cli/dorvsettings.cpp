@@ -71,36 +71,36 @@ DorvField hex(int bytes)
 }
 
 // The first values as the arguments of an operation.
-template <auto operation, int count> void set(DorvCfg& cfg, const DorvValues& values)
+template <auto OPERATION, int COUNT> void set(DorvCfg& cfg, const DorvValues& values)
 {
     const QVector<std::int64_t>& n = values.numbers;
-    if constexpr (count == 0)
-        (cfg.*operation)();
-    else if constexpr (count == 1)
-        (cfg.*operation)(n[0]);
-    else if constexpr (count == 2)
-        (cfg.*operation)(n[0], n[1]);
-    else if constexpr (count == 3)
-        (cfg.*operation)(n[0], n[1], n[2]);
+    if constexpr (COUNT == 0)
+        (cfg.*OPERATION)();
+    else if constexpr (COUNT == 1)
+        (cfg.*OPERATION)(n[0]);
+    else if constexpr (COUNT == 2)
+        (cfg.*OPERATION)(n[0], n[1]);
+    else if constexpr (COUNT == 3)
+        (cfg.*OPERATION)(n[0], n[1], n[2]);
     else
-        (cfg.*operation)(n[0], n[1], n[2], n[3]);
+        (cfg.*OPERATION)(n[0], n[1], n[2], n[3]);
 }
 
-template <auto operation> void set_bytes(DorvCfg& cfg, const DorvValues& values)
+template <auto OPERATION> void set_bytes(DorvCfg& cfg, const DorvValues& values)
 {
-    (cfg.*operation)(values.bytes.constData());
+    (cfg.*OPERATION)(values.bytes.constData());
 }
 
-template <auto operation, int size> void get_bytes(DorvCfg& cfg, DorvValues& values)
+template <auto OPERATION, int SIZE> void get_bytes(DorvCfg& cfg, DorvValues& values)
 {
-    values.bytes = QByteArray(size, '\0');
-    (cfg.*operation)(values.bytes.data());
+    values.bytes = QByteArray(SIZE, '\0');
+    (cfg.*OPERATION)(values.bytes.data());
 }
 
-template <auto operation, typename... Numbers> void get(DorvCfg& cfg, DorvValues& values)
+template <auto OPERATION, typename... Numbers> void get(DorvCfg& cfg, DorvValues& values)
 {
     std::tuple<Numbers...> numbers{};
-    std::apply([&](auto&... number) { (cfg.*operation)(&number...); }, numbers);
+    std::apply([&](auto&... number) { (cfg.*OPERATION)(&number...); }, numbers);
     std::apply([&](auto... number) { values.numbers = {std::int64_t(number)...}; }, numbers);
 }
 } // namespace

@@ -41,8 +41,8 @@ constexpr Named FLOWS[] = {
 constexpr Named DORV_MODES[] = {
     {"mac", 0}, {"pmac", 1}, {"radio", DORV_RADIO}, {"data", 3}, {"raw", DORV_RAW}};
 
-template <std::size_t size>
-int named(const Piece& piece, const Named (&table)[size], const QString& expected)
+template <std::size_t SIZE>
+int named(const Piece& piece, const Named (&table)[SIZE], const QString& expected)
 {
     QStringList names;
     for (const Named& row : table) {

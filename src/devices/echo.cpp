@@ -32,7 +32,7 @@ void Echo::receive(const QByteArray& bytes, Time now)
 
 QByteArray Echo::transmit(int most, Time now)
 {
-    const QByteArray bytes = take_due(waiting, most, now);
+    QByteArray bytes = take_due(waiting, most, now);
     held -= int(bytes.size());
     return bytes;
 }

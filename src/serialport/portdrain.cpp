@@ -65,8 +65,7 @@ PortDrain::PortDrain(std::unique_ptr<QSerialPort> port, const QString& port_name
     , device(device_of(port_name))
     , timeout_ms(timeout_ms)
 {
-    static const bool once = (qAddPostRoutine(&PortDrain::finish_all), true);
-    Q_UNUSED(once)
+    [[maybe_unused]] static const bool ONCE = (qAddPostRoutine(&PortDrain::finish_all), true);
     connect(QThread::currentThread(), &QThread::finished, this, &PortDrain::finish,
             Qt::DirectConnection);
     connect(serial.get(), &QSerialPort::errorOccurred, this, &PortDrain::handle_error);

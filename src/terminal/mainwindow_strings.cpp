@@ -64,6 +64,7 @@ void MainWindow::strings_show(const std::vector<StringRow>& rows)
 std::vector<StringRow> MainWindow::strings() const
 {
     std::vector<StringRow> rows;
+    rows.reserve(std::size_t(ui->tableWidget_strings->rowCount()));
     for (int row = 0; row < ui->tableWidget_strings->rowCount(); ++row)
         rows.push_back(row_shown(row));
     return rows;

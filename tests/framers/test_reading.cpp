@@ -3,17 +3,19 @@
 
 namespace {
 
+struct Reads
+{
+    Kind kind;
+    int nbytes;
+    QByteArray came;
+    int result;
+    QByteArray payload = {}, unread = {};
+    const char* log = "";
+};
+
 TEST(Reading, TakesWhatIsRightAndNoMoreThanItMay)
 {
-    const struct
-    {
-        Kind kind;
-        int nbytes;
-        QByteArray came;
-        int result;
-        QByteArray payload = {}, unread = {};
-        const char* log = "";
-    } rows[] = {
+    const Reads rows[] = {
         {CRC16, 64, "", 0},
         {CRC16, 64, "3132333435363738394B37"_hex, -5}, // high byte first
         {RTU, 64, "", 0},
@@ -53,7 +55,7 @@ TEST(Reading, TakesWhatIsRightAndNoMoreThanItMay)
         {DORV_RAW, 8, "+radiorx=-70,9\r\n", 0, "", "", "dorv_r: no snr find"},
         {DORV_RAW, 8, QByteArray(80, '.'), 0, "", QByteArray(9, '.'), "dorv_r: cmd not match"},
     };
-    for (const auto& row : rows) {
+    for (const Reads& row : rows) {
         SCOPED_TRACE(row.came.toPercentEncoding().toStdString());
         Stack stack(row.kind);
         stack.dorv.verbose_set(true);

@@ -66,6 +66,23 @@ protected:
         QCoreApplication::sendEvent(area.viewport(), &event);
     }
 
+    // Holds what the other one holds, in the rows that wrapping makes of it.
+    void expect_as(const QPlainTextEdit& stock)
+    {
+        const int length = area.document()->characterCount() - 1;
+        const QString all = cursor_at(area, 0, length).selectedText();
+        ASSERT_EQ(area.toPlainText(), stock.toPlainText());
+        ASSERT_TRUE(area.document()->toHtml() == stock.document()->toHtml()) << "colours";
+        ASSERT_EQ(area.textCursor().position(), stock.textCursor().position());
+        ASSERT_EQ(area.textCursor().anchor(), stock.textCursor().anchor());
+        RowTable rows(area.columns());
+        rows.append(all);
+        for (int row = 0; row < rows.row_count(); ++row)
+            ASSERT_EQ(area.row_text(row),
+                      all.mid(rows.row_start(row), rows.row_end(row) - rows.row_start(row)));
+        ASSERT_EQ(bar().maximum(), qMax(0, rows.row_count() - area.visible_rows()));
+    }
+
     ReceiveArea area;
 };
 
@@ -121,19 +138,9 @@ TEST_F(Area, HoldsWhatAStockWidgetHoldsInTheRowsOfItsText)
                 stock.insertPlainText(prefix + text);
                 ASSERT_EQ(bar().value(), bar().maximum());
             }
-
-            const int length = area.document()->characterCount() - 1;
-            const QString all = cursor_at(area, 0, length).selectedText();
-            ASSERT_EQ(area.toPlainText(), stock.toPlainText());
-            ASSERT_TRUE(area.document()->toHtml() == stock.document()->toHtml()) << "colours";
-            ASSERT_EQ(area.textCursor().position(), stock.textCursor().position());
-            ASSERT_EQ(area.textCursor().anchor(), stock.textCursor().anchor());
-            RowTable rows(area.columns());
-            rows.append(all);
-            for (int row = 0; row < rows.row_count(); ++row)
-                ASSERT_EQ(area.row_text(row),
-                          all.mid(rows.row_start(row), rows.row_end(row) - rows.row_start(row)));
-            ASSERT_EQ(bar().maximum(), qMax(0, rows.row_count() - area.visible_rows()));
+            expect_as(stock);
+            if (HasFatalFailure())
+                return;
         }
         area.grab(); // what it holds can be painted
     }

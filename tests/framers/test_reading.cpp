@@ -17,12 +17,15 @@ TEST(Reading, TakesWhatIsRightAndNoMoreThanItMay)
 {
     const Reads rows[] = {
         {CRC16, 64, "", 0},
+        {CRC16, 64, "313233343536373839374B"_hex, 9, "123456789"},
         {CRC16, 64, "3132333435363738394B37"_hex, -5}, // high byte first
         {RTU, 64, "", 0},
+        {RTU, 64, "010300000001840A"_hex, 5, "0300000001"_hex},
         {RTU, 64, "1103006B00037687"_hex, -5}, // of another device
         {RTU, 64, "010300000001840A01"_hex, -5},
         {CHAN, 64, "1234"_hex, -5},
         {CHAN, 64, "123541"_hex, -5},
+        {RWLT, 64, "ABABBABA"_hex, 2, "ABBA"_hex},
         {RWLT, 64, "ABBA"_hex, 0, "", "", "rwlt: read frame failed or time out, nbytes=2"},
         {RWLT, 64, "AA00BA"_hex, 0, "", "", "rwlt: not a valid data frame, nbytes=3"},
         {RWLT, 64, "AB00BB00"_hex, 0, "", "", "rwlt: not a valid data frame, nbytes=4"},

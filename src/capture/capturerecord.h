@@ -1,6 +1,8 @@
 // One thing that happened on a serial port, as captures keep it.
 #pragma once
 
+#include "capture/pcapng.h"
+
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
@@ -36,7 +38,7 @@ struct CaptureRecord
     CaptureEvent event = CaptureEvent::StatusChange;
     std::uint8_t lines = 0; // CaptureLine
     CaptureDirection direction = CaptureDirection::Unknown;
-    std::uint32_t interface = 0; // which port: its place among the interfaces of the section
+    std::uint32_t port = 0; // its place among the interfaces of the section
     QByteArray bytes;
     std::uint32_t lost = 0; // bytes that belong here and are missing
     QString comment;        // lines of text; several comments of a packet are lines of it
@@ -51,3 +53,8 @@ struct CaptureRecord
 
 // The system's time now, for records.
 std::int64_t capture_time_ns();
+
+// The packet that a record is in a file, and back. What the flags of a packet say about the
+// direction of sent and received data is not asked: its event says it.
+PcapngPacket packet_of(const CaptureRecord& record);
+PcapngParsed<CaptureRecord> record_of(const PcapngPacket& packet, const PcapngInterface& port);

@@ -86,10 +86,10 @@ public:
                        CaptureExisting existing = CaptureExisting::Refuse);
     bool is_open() const;
 
-    // Describes a port: name, settings as text, rate. Its number, for CaptureRecord::interface.
-    std::uint32_t add_interface(const PcapngInterface& port);
+    // Describes a port: name, settings as text, rate. Its number, for CaptureRecord::port.
+    std::uint32_t add_port(const PcapngInterface& port);
 
-    // The record's interface is one that add_interface gave. Bytes beyond RECORD_BYTES_MAX become
+    // The record's port is one that add_port gave. Bytes beyond RECORD_BYTES_MAX become
     // several records.
     void record(CaptureRecord record);
 

@@ -67,6 +67,8 @@ struct PcapngBlock
     QByteArray build() const;
     // The bytes of one whole block. A section header gives its own order; `order` is that of others.
     static PcapngParsed<PcapngBlock> parse(const QByteArray& bytes, PcapngOrder order);
+    // A section header's own order, which its first HEAD + 4 bytes show; `order` for other blocks.
+    static PcapngParsed<PcapngOrder> order_of(const QByteArray& head, PcapngOrder order);
     // The length that the first bytes of a block, HEAD and for a section header 4 more, say that it
     // has; a fault when no block has it.
     static PcapngParsed<std::uint32_t> length(const QByteArray& head, PcapngOrder order);
@@ -100,6 +102,8 @@ struct PcapngInterface
 {
     static constexpr std::uint16_t SERIAL = 250; // the link type of serial captures
     static constexpr std::uint8_t NANOSECONDS = 9;
+    static constexpr std::uint8_t MICROSECONDS = 6;
+    static constexpr std::uint8_t POWER_OF_TWO = 0x80; // the bit of resolutions 2^-n
 
     QString name;
     QString description; // the settings, as text
@@ -128,7 +132,7 @@ struct PcapngInterface
 //   28       m      the packet, then zeros up to a multiple of 4
 struct PcapngPacket
 {
-    std::uint32_t interface = 0;
+    std::uint32_t interface_id = 0;
     std::uint64_t stamp = 0;
     std::uint32_t original_length = 0;
     QByteArray bytes;

@@ -133,9 +133,9 @@ PcapngParsed<PcapngSection> PcapngSection::parse(const PcapngBlock& block)
     if (block.body.size() < SECTION_FIELDS || fields.u32(0) != BYTE_ORDER)
         return faulty<PcapngSection>("the section header is too short");
     const std::uint16_t minor = fields.u16(6);
-    if (fields.u16(4) != MAJOR_VERSION || std::find(std::begin(MINOR_VERSIONS),
-                                                    std::end(MINOR_VERSIONS),
-                                                    minor) == std::end(MINOR_VERSIONS))
+    if (fields.u16(4) != MAJOR_VERSION ||
+        std::find(std::begin(MINOR_VERSIONS), std::end(MINOR_VERSIONS), minor) ==
+            std::end(MINOR_VERSIONS))
         return faulty<PcapngSection>("the section has a version that is unknown");
     const auto length = std::int64_t(fields.u64(8));
     if (length < -1 || (length >= 0 && length % 4 != 0))
@@ -200,7 +200,8 @@ std::optional<std::int64_t> PcapngInterface::nanoseconds(std::uint64_t stamp) co
     const std::uint64_t seconds = stamp / units;
     std::uint64_t rest = stamp % units;
     if (!binary)
-        rest = exponent <= 9 ? rest * power_of_ten(9 - exponent) : rest / power_of_ten(exponent - 9);
+        rest =
+            exponent <= 9 ? rest * power_of_ten(9 - exponent) : rest / power_of_ten(exponent - 9);
     else if (exponent <= 30)
         rest = (rest * NS) >> exponent;
     else
@@ -260,7 +261,8 @@ PcapngParsed<PcapngPacket> PcapngPacket::parse(const PcapngBlock& block)
             continue; // of an algorithm that nobody asks for here
         packet.hashed = true;
         if (hash.mid(1) != crc_of(packet.bytes))
-            return faulty<PcapngPacket>("the bytes of the packet don't have the hash that they had");
+            return faulty<PcapngPacket>(
+                "the bytes of the packet don't have the hash that they had");
     }
     return {packet, {}};
 }

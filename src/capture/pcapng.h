@@ -26,8 +26,8 @@
 //                      3         hash of the packet: algorithm, 2 for CRC-32; then, high byte
 //                                first, the CRC
 //
-// What is read may be in either byte order; what is built is in little endian. Lengths in a file are
-// never trusted; unknown blocks and options are skipped.
+// What is read may be in either byte order; what is built is in little endian. Lengths in a file
+// are never trusted; unknown blocks and options are skipped.
 #pragma once
 
 #include <QByteArray>
@@ -65,7 +65,8 @@ struct PcapngBlock
     QByteArray body;
 
     QByteArray build() const;
-    // The bytes of one whole block. A section header gives its own order; `order` is that of others.
+    // The bytes of one whole block. A section header gives its own order; `order` is that of
+    // others.
     static PcapngParsed<PcapngBlock> parse(const QByteArray& bytes, PcapngOrder order);
     // A section header's own order, which its first HEAD + 4 bytes show; `order` for other blocks.
     static PcapngParsed<PcapngOrder> order_of(const QByteArray& head, PcapngOrder order);
@@ -83,11 +84,16 @@ struct PcapngBlock
 //   16       8      length of the section, all bits set when unknown
 struct PcapngSection
 {
+    // What the application of a file begins with that is held against what build makes of it. A
+    // version that writes other blocks or options needs another word.
+    static constexpr char OWN_APPLICATION[] = "Tarnwick";
+
     QString hardware;
     QString system;
     QString application;
     QStringList comments;
 
+    bool is_own() const { return application.startsWith(QLatin1String(OWN_APPLICATION)); }
     QByteArray build() const; // a whole block
     static PcapngParsed<PcapngSection> parse(const PcapngBlock& block);
 };
@@ -106,7 +112,7 @@ struct PcapngInterface
     static constexpr std::uint8_t POWER_OF_TWO = 0x80; // the bit of resolutions 2^-n
 
     QString name;
-    QString description; // the settings, as text
+    QString description;     // the settings, as text
     std::uint64_t speed = 0; // bit/s, 0 when unknown
     std::uint16_t link_type = SERIAL;
     std::uint32_t snap_length = 0;

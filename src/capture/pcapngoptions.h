@@ -1,4 +1,5 @@
-// The options at the end of a block's body, and its numbers. For pcapng.cpp; pcapng.h has the table.
+// The options at the end of a block's body, and its numbers. For pcapng.cpp; pcapng.h has the
+// table.
 #pragma once
 
 #include "capture/pcapng.h"

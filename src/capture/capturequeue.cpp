@@ -94,8 +94,8 @@ bool CaptureQueue::drop(const CaptureRecord& record)
     };
     auto loss = std::find_if(losses.begin(), losses.end(), same);
     if (loss == losses.end())
-        loss = losses.insert(losses.end(),
-                             Loss{record.port, record.direction, record.time_ns, 0, 0});
+        loss =
+            losses.insert(losses.end(), Loss{record.port, record.direction, record.time_ns, 0, 0});
     loss->bytes += std::uint64_t(record.bytes.size());
     ++loss->records;
     dropped += std::uint64_t(record.bytes.size());

@@ -77,8 +77,8 @@ CaptureReader::Found CaptureReader::next()
 {
     while (next_offset < window->size) {
         block_offset = next_offset;
-        const auto length = PcapngBlock::length(
-            window->at(block_offset, PcapngBlock::HEAD + 4), order);
+        const auto length =
+            PcapngBlock::length(window->at(block_offset, PcapngBlock::HEAD + 4), order);
         if (!length.value)
             return pass_damage(0, length.fault);
         if (block_offset + *length.value > window->size)
@@ -121,8 +121,8 @@ PcapngParsed<CaptureReader::Content> CaptureReader::take(const QByteArray& bytes
     if (block.value->type == PCAPNG_PACKET)
         return take_packet(*block.value, bytes);
     if (own_section)
-        return {std::nullopt, QStringLiteral("the block has the unknown type %1")
-                                  .arg(block.value->type)};
+        return {std::nullopt,
+                QStringLiteral("the block has the unknown type %1").arg(block.value->type)};
     return {Content::Skipped, {}};
 }
 
@@ -151,9 +151,9 @@ PcapngParsed<CaptureReader::Content> CaptureReader::take_port(const PcapngBlock&
     if (!port.value)
         return {std::nullopt, port.fault};
     const PcapngInterface own;
-    if (own_section && (port.value->build() != bytes || port.value->link_type != own.link_type ||
-                        port.value->snap_length != own.snap_length ||
-                        port.value->resolution != own.resolution))
+    if (own_section &&
+        (port.value->build() != bytes || port.value->link_type != own.link_type ||
+         port.value->snap_length != own.snap_length || port.value->resolution != own.resolution))
         return {std::nullopt, "the description of the port isn't as it was written"};
     if (current_ports.size() >= PORTS_MAX)
         return {std::nullopt, "there are more descriptions of ports than anybody has"};
@@ -195,7 +195,8 @@ CaptureReader::Found CaptureReader::pass_damage(std::int64_t known_length, const
 {
     damaged = true;
     if (window->at(block_offset, PcapngBlock::HEAD).startsWith("\x0A\x0D\x0D\x0A")) {
-        in_section = own_section = false; // what follows belongs to a section of which nothing is known
+        in_section = own_section =
+            false; // what follows belongs to a section of which nothing is known
         current_section = {};
         current_ports.clear();
     }

@@ -74,9 +74,9 @@ private:
     std::uint64_t skipped_blocks = 0;
 
     PcapngOrder order = PcapngOrder::Little;
-    bool in_section = false;   // a good section header was there; else the order is a guess
-    bool own_section = false;  // one of our own program's
-    bool damaged = false;      // something in this section, so that descriptions may be missing
+    bool in_section = false;  // a good section header was there; else the order is a guess
+    bool own_section = false; // one of our own program's
+    bool damaged = false;     // something in this section, so that descriptions may be missing
     PcapngSection current_section;
     QVector<PcapngInterface> current_ports;
     CaptureRecord current_record;

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::uint32_t BYTE_ORDER = 0x1A2B3C4D;
+constexpr std::uint32_t ORDER_MAGIC = 0x1A2B3C4D;
 constexpr std::uint16_t MAJOR_VERSION = 1;
 constexpr std::uint16_t MINOR_VERSIONS[] = {0, 2};
 constexpr int SECTION_FIELDS = 16;
@@ -80,9 +80,9 @@ PcapngParsed<PcapngOrder> PcapngBlock::order_of(const QByteArray& head, PcapngOr
     if (head.size() < HEAD + 4)
         return faulty<PcapngOrder>("the file ends in the head of a section");
     const char* const magic = head.constData() + HEAD;
-    if (qFromLittleEndian<quint32>(magic) == BYTE_ORDER)
+    if (qFromLittleEndian<quint32>(magic) == ORDER_MAGIC)
         return {PcapngOrder::Little, {}};
-    if (qFromBigEndian<quint32>(magic) == BYTE_ORDER)
+    if (qFromBigEndian<quint32>(magic) == ORDER_MAGIC)
         return {PcapngOrder::Big, {}};
     return faulty<PcapngOrder>("the section header shows no byte order");
 }
@@ -115,7 +115,7 @@ PcapngParsed<PcapngBlock> PcapngBlock::parse(const QByteArray& bytes, PcapngOrde
 QByteArray PcapngSection::build() const
 {
     QByteArray body;
-    append(body, BYTE_ORDER);
+    append(body, ORDER_MAGIC);
     append(body, MAJOR_VERSION);
     append(body, MINOR_VERSIONS[0]);
     append(body, std::numeric_limits<std::uint64_t>::max());
@@ -130,7 +130,7 @@ QByteArray PcapngSection::build() const
 PcapngParsed<PcapngSection> PcapngSection::parse(const PcapngBlock& block)
 {
     const PcapngFields fields = {block.body, block.order};
-    if (block.body.size() < SECTION_FIELDS || fields.u32(0) != BYTE_ORDER)
+    if (block.body.size() < SECTION_FIELDS || fields.u32(0) != ORDER_MAGIC)
         return faulty<PcapngSection>("the section header is too short");
     const std::uint16_t minor = fields.u16(6);
     if (fields.u16(4) != MAJOR_VERSION ||

@@ -25,7 +25,10 @@ public:
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, &before);
     }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    ~SignalsBlocked()
+    {
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
 
 private:
     sigset_t before;
@@ -49,9 +52,9 @@ void CaptureWriter::Recording::Batch::append(const CaptureQueue::Entry& entry)
 CaptureWriter::Recording::Batch::Mark
 CaptureWriter::Recording::Batch::whole(std::int64_t size) const
 {
-    const auto beyond = std::upper_bound(
-        marks.begin(), marks.end(), size,
-        [](std::int64_t size, const Mark& mark) { return size < mark.end; });
+    const auto beyond =
+        std::upper_bound(marks.begin(), marks.end(), size,
+                         [](std::int64_t size, const Mark& mark) { return size < mark.end; });
     return beyond == marks.begin() ? Mark{0, 0} : *std::prev(beyond);
 }
 
@@ -278,7 +281,8 @@ void CaptureWriter::Recording::working(Trouble trouble)
     if (trouble == SYNC && port_count > 0)
         queue.put(CaptureRecord::remark(capture_time_ns(),
                                         "what was recorded before this may not have reached the "
-                                        "disk: " + reason));
+                                        "disk: " +
+                                            reason));
 }
 
 void CaptureWriter::Recording::tell(CaptureReport::Kind kind, const QString& reason,

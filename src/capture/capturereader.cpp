@@ -13,8 +13,19 @@ constexpr std::uint32_t NAMELESS_MAX = 256;
 constexpr int PORTS_MAX = 65536;
 // Fields of a packet's block ahead of the packet.
 constexpr int PACKET_HEAD = PcapngBlock::HEAD + 20;
+constexpr int INTERFACE_HEAD = PcapngBlock::HEAD + 8;
 constexpr int PIECE = 256 * 1024;
 constexpr int SECTOR = 4096; // what a disk can't read, at least
+
+// Of the head of a port's or a packet's block. Zeros at the end of the block before make a shifted
+// head in the other byte order nearly one.
+bool plausible(const PcapngFields& head, std::uint32_t length)
+{
+    if (head.u32(0) == PCAPNG_INTERFACE)
+        return head.bytes.size() >= INTERFACE_HEAD && head.u16(8) != 0 && head.u16(10) == 0;
+    return head.bytes.size() >= PACKET_HEAD && length >= PACKET_HEAD + 4 &&
+           head.u32(8) < NAMELESS_MAX && head.u32(20) <= length - PACKET_HEAD - 4;
+}
 
 QString read_fault(const QIODevice& device)
 {
@@ -120,7 +131,7 @@ PcapngParsed<CaptureReader::Content> CaptureReader::take(const QByteArray& bytes
         return take_port(*block.value, bytes);
     if (block.value->type == PCAPNG_PACKET)
         return take_packet(*block.value, bytes);
-    if (own_section)
+    if (own_section && origin != Origin::Rewriter)
         return {std::nullopt,
                 QStringLiteral("the block has the unknown type %1").arg(block.value->type)};
     return {Content::Skipped, {}};
@@ -132,12 +143,14 @@ PcapngParsed<CaptureReader::Content> CaptureReader::take_section(const PcapngBlo
     const auto section = PcapngSection::parse(block);
     if (!section.value)
         return {std::nullopt, section.fault};
-    const bool own = section.value->is_own();
+    // Ours are never in big endian.
+    const bool own = section.value->is_own() && block.order == PcapngOrder::Little;
     if (own && section.value->build() != bytes)
         return {std::nullopt, "the section header isn't as it was written"};
     order = block.order;
     in_section = true;
     own_section = own;
+    origin = Origin::Unknown;
     damaged = false;
     current_section = *section.value;
     current_ports.clear();
@@ -176,8 +189,12 @@ PcapngParsed<CaptureReader::Content> CaptureReader::take_packet(const PcapngBloc
     const auto record = record_of(*packet.value, *port);
     if (!record.value)
         return {std::nullopt, record.fault};
-    if (own_section && packet_of(*record.value).build() != bytes)
-        return {std::nullopt, "the record isn't as it was written"};
+    if (own_section) {
+        const bool hashed = packet.value->hashed;
+        if (hashed ? packet_of(*record.value).build() != bytes : origin == Origin::Recorder)
+            return {std::nullopt, "the record isn't as it was written"};
+        origin = hashed ? Origin::Recorder : Origin::Rewriter;
+    }
     current_record = *record.value;
     return {Content::Record, {}};
 }
@@ -241,9 +258,7 @@ bool CaptureReader::begins_block(std::int64_t offset, std::uint32_t type_bytes)
     const QByteArray tail = window->glance(offset + *length.value - 4, 4);
     if (tail.size() < 4 || PcapngFields{tail, fields.order}.u32(0) != *length.value)
         return false;
-    const bool packet = type_bytes != PCAPNG_SECTION && fields.u32(0) == PCAPNG_PACKET;
-    if (packet && (head.size() < PACKET_HEAD || *length.value < PACKET_HEAD + 4 ||
-                   fields.u32(20) > *length.value - PACKET_HEAD - 4))
+    if (type_bytes != PCAPNG_SECTION && !plausible(fields, *length.value))
         return false;
     order = fields.order;
     return true;

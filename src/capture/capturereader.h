@@ -25,9 +25,11 @@ struct CaptureDamage
 
 // What is wrong in a file is found and read past, not failed on. A block with wrong lengths is left
 // by a search for the next good one, at any offset. In sections of our own program all is held
-// against what a writer makes of it, so that nearly every bit is guarded: the exceptions are texts,
-// the rate, nanoseconds within a microsecond, the number of lost bytes, the direction of what is
-// neither sent nor received, and a port's number that another port has.
+// against what a writer makes of it, so that nearly every bit is guarded. Not guarded are
+//   - the options of the section's header, which say whose it is, and of its first record
+//   - texts of ports and records, the rate
+//   - nanoseconds within a microsecond, the number of lost bytes, the direction of what is neither
+//     sent nor received, a port's number that another port has
 //
 // A record whose port's description is damaged is read as one of a nameless port. Packets of other
 // link types are skipped, and so are blocks of other types.
@@ -73,10 +75,15 @@ private:
     std::int64_t next_offset = 0;
     std::uint64_t skipped_blocks = 0;
 
+    // Who wrote the records of an own section: its recorder, or a program such as editcap, which
+    // keeps the header and leaves hashes out.
+    enum class Origin { Unknown, Recorder, Rewriter };
+
     PcapngOrder order = PcapngOrder::Little;
     bool in_section = false;  // a good section header was there; else the order is a guess
     bool own_section = false; // one of our own program's
-    bool damaged = false;     // something in this section, so that descriptions may be missing
+    Origin origin = Origin::Unknown;
+    bool damaged = false; // something in this section, so that descriptions may be missing
     PcapngSection current_section;
     QVector<PcapngInterface> current_ports;
     CaptureRecord current_record;

@@ -74,7 +74,9 @@ PcapngPacket packet_of(const CaptureRecord& record)
     packet.interface_id = record.port;
     packet.stamp = std::uint64_t(time_ns);
     packet.bytes = header.build() + record.bytes;
-    packet.original_length = std::uint32_t(packet.bytes.size()) + record.lost;
+    packet.original_length = std::uint32_t(packet.bytes.size());
+    if (record.event == CaptureEvent::DataLost)
+        packet.original_length += record.lost;
     packet.flags = std::uint32_t(direction_of(record.event, record.direction));
     packet.hashed = true;
     if (!record.comment.isEmpty())

@@ -40,8 +40,10 @@ struct CaptureRecord
     CaptureDirection direction = CaptureDirection::Unknown;
     std::uint32_t port = 0; // its place among the interfaces of the section
     QByteArray bytes;
-    std::uint32_t lost = 0; // bytes that belong here and are missing
-    QString comment;        // lines of text; several comments of a packet are lines of it
+    // Bytes that belong here and are missing: of DataLost, and in what others recorded of a packet
+    // that they cut short.
+    std::uint32_t lost = 0;
+    QString comment; // lines of text; several comments of a packet are lines of it
 
     static CaptureRecord sent(std::int64_t time_ns, const QByteArray& bytes);
     static CaptureRecord received(std::int64_t time_ns, const QByteArray& bytes);
@@ -55,6 +57,7 @@ struct CaptureRecord
 std::int64_t capture_time_ns();
 
 // The packet that a record is in a file, and back. What the flags of a packet say about the
-// direction of sent and received data is not asked: its event says it.
+// direction of sent and received data is not asked: its event says it. Only a packet of DataLost
+// says that bytes are lost.
 PcapngPacket packet_of(const CaptureRecord& record);
 PcapngParsed<CaptureRecord> record_of(const PcapngPacket& packet, const PcapngInterface& port);

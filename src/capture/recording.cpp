@@ -220,10 +220,13 @@ bool CaptureWriter::Recording::may_retry()
 
 void CaptureWriter::Recording::tell_of_loss()
 {
-    const std::uint64_t dropped = queue.dropped_bytes();
-    if (behind.exchange(false))
-        tell(CaptureReport::Kind::CaughtUp, {}, dropped - told_bytes);
-    told_bytes = dropped;
+    std::unique_lock<std::mutex> lock(mutex);
+    if (!behind)
+        return;
+    behind = false;
+    const std::uint64_t lost = newly_dropped();
+    lock.unlock();
+    tell(CaptureReport::Kind::CaughtUp, {}, lost);
 }
 
 void CaptureWriter::Recording::sync_loop()
@@ -259,10 +262,10 @@ void CaptureWriter::Recording::failing(Trouble trouble, const QString& reason)
     const bool first = troubles == 0;
     troubles |= trouble;
     last_reason = reason;
+    behind = false; // is part of this
+    lock.unlock();
     if (!first)
         return;
-    dropped_before = queue.dropped_bytes();
-    lock.unlock();
     tell(CaptureReport::Kind::Failing, reason, 0);
 }
 
@@ -273,7 +276,7 @@ void CaptureWriter::Recording::working(Trouble trouble)
     troubles &= ~trouble;
     if (!failed || troubles != 0)
         return;
-    const std::uint64_t lost = queue.dropped_bytes() - dropped_before;
+    const std::uint64_t lost = newly_dropped();
     const QString reason = last_reason;
     lock.unlock();
     tell(CaptureReport::Kind::Recovered, {}, lost);
@@ -283,6 +286,14 @@ void CaptureWriter::Recording::working(Trouble trouble)
                                         "what was recorded before this may not have reached the "
                                         "disk: " +
                                             reason));
+}
+
+// With the mutex held.
+std::uint64_t CaptureWriter::Recording::newly_dropped()
+{
+    const std::uint64_t before = told_bytes;
+    told_bytes = queue.dropped_bytes();
+    return told_bytes - before;
 }
 
 void CaptureWriter::Recording::tell(CaptureReport::Kind kind, const QString& reason,

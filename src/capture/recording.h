@@ -51,6 +51,7 @@ private:
     void sync_loop();
     void failing(Trouble trouble, const QString& reason);
     void working(Trouble trouble);
+    std::uint64_t newly_dropped();
     void tell(CaptureReport::Kind kind, const QString& reason, std::uint64_t lost) const;
 
     const QString path;
@@ -63,15 +64,13 @@ private:
     std::mutex ports_mutex; // so that ports are in the queue in the order of their numbers
     std::atomic<std::uint32_t> port_count{0};
     std::atomic<std::uint64_t> handed_bytes{0};
-    std::atomic<bool> behind{false};
-
-    std::uint64_t told_bytes = 0; // dropped; the writer's
 
     std::mutex mutex; // of all below
     std::condition_variable changed;
     unsigned troubles = 0;
     QString last_reason;
-    std::uint64_t dropped_before = 0; // when the trouble began
+    bool behind = false;
+    std::uint64_t told_bytes = 0; // of those that were dropped
     std::uint64_t done_entries = 0;
     std::uint64_t done_bytes = 0; // of ports, in the file
     std::uint64_t written = 0;    // blocks' bytes

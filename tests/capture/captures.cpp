@@ -5,8 +5,8 @@
 
 namespace {
 
-// Written down by a script of a few lines with the field tables of the format next to it, not by the
-// builders here.
+// Written down by a script of a few lines with the field tables of the format next to it, not by
+// the builders here.
 const char* const KNOWN_LITTLE[] = {
     "0a0d0d0a4c0000004d3c2b1a01000000ffffffffffffffff0100050063726331360000000300090044656269"
     "616e20313200000004000a005461726e7769636b20310000000000004c000000",
@@ -56,8 +56,8 @@ QString line_of(const CaptureRecord& record)
     const char* const directions[] = {"-", "<", ">"};
     QString line = QStringLiteral("%1 %2 %3h %4 %5")
                        .arg(QString::number(record.time_ns), QString::number(int(record.event)),
-                            QString::number(record.lines, 16),
-                            directions[int(record.direction)], QString(record.bytes.toHex()));
+                            QString::number(record.lines, 16), directions[int(record.direction)],
+                            QString(record.bytes.toHex()));
     if (record.lost != 0)
         line += QStringLiteral(" lost %1").arg(record.lost);
     return (line + ' ' + record.comment).trimmed();
@@ -82,10 +82,11 @@ QStringList read_lines(const QByteArray& file)
             lines += line_of(reader.record());
             break;
         case CaptureReader::Found::Damage:
-            lines += QStringLiteral("%1 %2+%3")
-                         .arg(reader.damage().kind == CaptureDamage::Kind::Block ? "damage" : "torn")
-                         .arg(reader.damage().offset)
-                         .arg(reader.damage().length);
+            lines +=
+                QStringLiteral("%1 %2+%3")
+                    .arg(reader.damage().kind == CaptureDamage::Kind::Block ? "damage" : "torn")
+                    .arg(reader.damage().offset)
+                    .arg(reader.damage().length);
             break;
         case CaptureReader::Found::End:
             return lines;

@@ -3,8 +3,8 @@
 #include "print.h"
 
 #include <QSet>
-#include <gmock/gmock.h>
 #include <algorithm>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -25,11 +25,11 @@ QSet<int> unguarded_bytes()
         int from; // in the block
         int count;
     } const rows[] = {
-        {0, 24, 48}, // options of the section
-        {1, 20, 7}, {1, 32, 10}, {1, 48, 8}, // name, settings, rate
-        {2, 16, 2}, {3, 16, 2}, {4, 16, 2}, {5, 16, 2}, // below a microsecond
-        {2, 40, 29}, // options of the first record
-        {5, 24, 4}, {5, 44, 1}, // bytes lost, their direction
+        {0, 24, 48},                                      // options of the section
+        {1, 20, 7},  {1, 32, 10}, {1, 48, 8},             // name, settings, rate
+        {2, 16, 2},  {3, 16, 2},  {4, 16, 2}, {5, 16, 2}, // below a microsecond
+        {2, 40, 29},                                      // options of the first record
+        {5, 24, 4},  {5, 44, 1},                          // bytes lost, their direction
     };
     QSet<int> bytes;
     for (const auto& row : rows)
@@ -95,8 +95,7 @@ TEST(CaptureReader, FindsTheNextGoodBlock)
          good.mid(0, 2) + QStringList{"damage 148+59", good[3]}},
         {"zeros of a disk that lost power", known_file() + QByteArray(5000, '\0'),
          good + QStringList("torn 440+5000")},
-        {"no header", known_file().mid(BLOCKS[0].size()),
-         QStringList("damage 0+72") + records},
+        {"no header", known_file().mid(BLOCKS[0].size()), QStringList("damage 0+72") + records},
         {"a second section in the other byte order", known_file() + known_file(PcapngOrder::Big),
          good + good},
         {"a torn section and another", known_file().left(430) + known_file(PcapngOrder::Big),

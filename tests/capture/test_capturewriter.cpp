@@ -121,7 +121,8 @@ TEST_F(CaptureWriterTest, IsInTheFileBeforeItIsClosed)
     ASSERT_TRUE(writer.open(path, {}));
     writer.add_port({});
     writer.record(CaptureRecord::received(1, QByteArray(150000, 'x')));
-    EXPECT_TRUE(wait_until([&] { return bytes_of(read_records(file_content(path))).size() == 150000; }));
+    EXPECT_TRUE(
+        wait_until([&] { return bytes_of(read_records(file_content(path))).size() == 150000; }));
     for (const CaptureRecord& record : read_records(file_content(path)))
         EXPECT_LE(record.bytes.size(), 65536);
 }
@@ -255,9 +256,9 @@ TEST_F(CaptureWriterTest, NeverWaitsForADiskAndRecordsWhatItDropped)
         if (record.event != CaptureEvent::DataLost)
             continue;
         EXPECT_EQ(record.comment, QStringLiteral("%1 bytes in %2 records were not recorded: "
-                                                     "the disk was too slow")
-                                          .arg(record.lost)
-                                          .arg(record.lost / 1000));
+                                                 "the disk was too slow")
+                                      .arg(record.lost)
+                                      .arg(record.lost / 1000));
     }
     EXPECT_GT(told, 0);
     ::close(pipe);

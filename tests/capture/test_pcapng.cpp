@@ -80,12 +80,18 @@ TEST(Pcapng, TurnsTimeStampsOfAllResolutionsIntoNanoseconds)
         std::uint64_t stamp;
         std::int64_t ns;
     } const rows[] = {
-        {6, 0, 1764000000123456, 1764000000123456000}, {0, 0, 3, 3000000000},
-        {9, -1, 1500000000, 500000000},                {12, 0, 1500000000999, 1500000000},
-        {0x80 | 1, 0, 3, 1500000000},                  {0x80 | 32, 1, 0x180000000, 2500000000},
-        {0x80 | 63, 0, all, 1999999999},               {9, -2, 1500000000, none},
-        {9, 0, all, none},                             {6, 0, all, none},
-        {19, 0, all, 1844674407},                      {9, std::int64_t(all >> 1), 0, none},
+        {6, 0, 1764000000123456, 1764000000123456000},
+        {0, 0, 3, 3000000000},
+        {9, -1, 1500000000, 500000000},
+        {12, 0, 1500000000999, 1500000000},
+        {0x80 | 1, 0, 3, 1500000000},
+        {0x80 | 32, 1, 0x180000000, 2500000000},
+        {0x80 | 63, 0, all, 1999999999},
+        {9, -2, 1500000000, none},
+        {9, 0, all, none},
+        {6, 0, all, none},
+        {19, 0, all, 1844674407},
+        {9, std::int64_t(all >> 1), 0, none},
     };
     for (const auto& row : rows) {
         PcapngInterface port;
@@ -99,8 +105,7 @@ TEST(Pcapng, CutsACommentThatIsTooLongAtACharacter)
 {
     const QString comment = 'x' + QString(40000, QChar(0xE9)); // two bytes each
     const QByteArray block = packet_of(CaptureRecord::remark(0, comment)).build();
-    const auto packet =
-        PcapngPacket::parse(*PcapngBlock::parse(block, PcapngOrder::Little).value);
+    const auto packet = PcapngPacket::parse(*PcapngBlock::parse(block, PcapngOrder::Little).value);
     EXPECT_EQ(packet.value->comments, QStringList(comment.left(32768)));
 }
 

@@ -1,5 +1,6 @@
 // What comes from a device, and what comes to a simulated one: from its host, from the command line
 // and from its file.
+#include "capture/capturereader.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercnet.h"
 #include "framers/qframercrc16.h"
@@ -14,6 +15,7 @@
 #include "tools/bootdialogue.h"
 #include "tools/cnetframe.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
@@ -167,10 +169,37 @@ void memory(const QByteArray& input)
     }
 }
 
+// A file of a recorder: all of it is either in a block or damaged, and a record that is written
+// anew is read as the same.
+void capture(const QByteArray& file)
+{
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    CaptureReader reader(buffer);
+    std::int64_t end = 0;
+    while (true) {
+        const CaptureReader::Found found = reader.next();
+        require(reader.offset() >= end && reader.offset() <= file.size());
+        end = reader.offset();
+        if (found == CaptureReader::Found::End)
+            return;
+        if (found == CaptureReader::Found::Damage)
+            end += reader.damage().length;
+        if (found != CaptureReader::Found::Record)
+            continue;
+        const CaptureRecord& record = reader.record();
+        const QByteArray block = packet_of(record).build();
+        const auto packet =
+            PcapngPacket::parse(*PcapngBlock::parse(block, PcapngOrder::Little).value);
+        const CaptureRecord again = *record_of(*packet.value, PcapngInterface()).value;
+        require(packet_of(again).build() == block);
+        require(again.bytes == record.bytes && again.time_ns == record.time_ns);
+    }
+}
+
 } // namespace
 
-const QMap<QByteArray, Parser> PARSERS = {{"framers", framers},
-                                          {"replies", replies},
-                                          {"options", options},
-                                          {"modules", modules},
-                                          {"memory", memory}};
+const QMap<QByteArray, Parser> PARSERS = {{"framers", framers}, {"replies", replies},
+                                          {"options", options}, {"modules", modules},
+                                          {"memory", memory},   {"capture", capture}};

@@ -36,11 +36,12 @@ bool CaptureQueue::put(Entry entry)
     return false;
 }
 
-bool CaptureQueue::take(std::vector<Entry>& entries, std::chrono::milliseconds longer)
+bool CaptureQueue::take(std::vector<Entry>& entries,
+                        std::chrono::steady_clock::time_point not_before)
 {
     std::unique_lock<std::mutex> lock(mutex);
     filled.wait(lock, [this] { return stopped || !waiting.empty(); });
-    filled.wait_for(lock, longer, [this] { return stopped || used > limit / 4; });
+    filled.wait_until(lock, not_before, [this] { return stopped || used > limit / 4; });
     push_losses();
     entries.clear();
     entries.swap(waiting);

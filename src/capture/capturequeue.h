@@ -22,9 +22,9 @@ public:
     // Any thread. Data that finds no room is dropped and counted until what is here is taken. True
     // for the first that is dropped.
     bool put(Entry entry);
-    // Waits until there is something and `longer` for more of it, and takes all, in order, records
-    // of loss included. False when stopped and empty.
-    bool take(std::vector<Entry>& entries, std::chrono::milliseconds longer);
+    // Waits until there is something, and for more of it until that time, and takes all, in order,
+    // records of loss included. False when stopped and empty.
+    bool take(std::vector<Entry>& entries, std::chrono::steady_clock::time_point not_before);
     // Nothing is waited for any more.
     void stop();
     // Why it is taken so late, for the next records of loss.

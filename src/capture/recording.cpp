@@ -162,7 +162,9 @@ CaptureResult CaptureWriter::Recording::close()
 void CaptureWriter::Recording::write_loop()
 {
     std::vector<CaptureQueue::Entry> entries;
-    while (queue.take(entries, WRITE_WITHIN)) {
+    Clock::time_point not_before; // in the past
+    while (queue.take(entries, not_before)) {
+        not_before = Clock::now() + WRITE_WITHIN;
         tell_of_loss();
         write_entries(entries);
     }

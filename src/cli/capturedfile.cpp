@@ -19,10 +19,14 @@ struct EventName
 };
 
 constexpr EventName EVENTS[] = {
-    {CaptureEvent::StatusChange, "status"},       {CaptureEvent::DataSent, "sent"},
-    {CaptureEvent::DataReceived, "received"},     {CaptureEvent::DataLost, "lost"},
-    {CaptureEvent::FramingError, "framing error"}, {CaptureEvent::ParityError, "parity error"},
-    {CaptureEvent::Break, "break"},               {CaptureEvent::Overflow, "overflow"},
+    {CaptureEvent::StatusChange, "status"},
+    {CaptureEvent::DataSent, "sent"},
+    {CaptureEvent::DataReceived, "received"},
+    {CaptureEvent::DataLost, "lost"},
+    {CaptureEvent::FramingError, "framing error"},
+    {CaptureEvent::ParityError, "parity error"},
+    {CaptureEvent::Break, "break"},
+    {CaptureEvent::Overflow, "overflow"},
 };
 
 constexpr struct
@@ -70,7 +74,8 @@ QList<QCommandLineOption> selection_options()
 QList<QCommandLineOption> frame_options()
 {
     return {
-        {"frame", "Take the payload out of these framers: none, crc16, rtu:ADDRESS, ... joined by +.",
+        {"frame",
+         "Take the payload out of these framers: none, crc16, rtu:ADDRESS, ... joined by +.",
          "framers"},
         {"gap", "A silence that ends a frame.", "ms", "20"},
     };

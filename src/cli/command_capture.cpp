@@ -104,11 +104,10 @@ QJsonArray damages_json(const CaptureSurvey& survey)
 {
     QJsonArray damages;
     for (const CaptureDamage& damage : survey.damages)
-        damages.append(
-            QJsonObject{{"offset", qint64(damage.offset)},
-                        {"bytes", qint64(damage.length)},
-                        {"torn_end", damage.kind == CaptureDamage::Kind::TornEnd},
-                        {"reason", damage.reason}});
+        damages.append(QJsonObject{{"offset", qint64(damage.offset)},
+                                   {"bytes", qint64(damage.length)},
+                                   {"torn_end", damage.kind == CaptureDamage::Kind::TornEnd},
+                                   {"reason", damage.reason}});
     return damages;
 }
 
@@ -149,15 +148,20 @@ void run_verify(Invocation& invocation)
 QList<Command> capture_commands()
 {
     return {
-        {"capture info", "FILE", "Show what a capture holds.",
+        {"capture info",
+         "FILE",
+         "Show what a capture holds.",
          "Shows who recorded a capture, on which ports, and how much of what.\n\n"
          "  tarnwickctl capture info session.pcapng",
          {},
          Needs::Nothing,
          run_info},
-        {"capture verify", "FILE", "Check that a capture is whole.",
+        {"capture verify",
+         "FILE",
+         "Check that a capture is whole.",
          "Looks at every block of a capture: lengths, check values, and that each record is as it\n"
-         "was written. Shows each damaged place, and up to where the file is good. A recording that\n"
+         "was written. Shows each damaged place, and up to where the file is good. A recording "
+         "that\n"
          "a kill or a lost supply ended has a torn end at most.\n\n"
          "  tarnwickctl capture verify session.pcapng",
          {},

@@ -111,8 +111,8 @@ private:
             if (ignored.leaves_out(frame->record, payload))
                 continue;
             Compared compared;
-            const QByteArray head = QByteArray::number(int(frame->record.event)) +
-                                    (verdict.good ? " good " : " bad ");
+            const QByteArray head =
+                QByteArray::number(int(frame->record.event)) + (verdict.good ? " good " : " bad ");
             compared.key = head + ignored.without_ignored(payload);
             compared.shown = time_text(frame->record.time_ns) + ' ' + record_text(frame->record);
             if (frames.framed())

@@ -138,7 +138,8 @@ QList<Command> capture_print_commands()
         {"capture print", "FILE", "Print the records or frames of a capture.",
          "Prints a line a record: its time, > for sent or < for received, and its bytes. * is the\n"
          "state of the lines, ! an error, and # starts a comment. With --frame or --gap, a line a\n"
-         "frame, with what the framers say of it and its payload. With --json, an object a line.\n\n"
+         "frame, with what the framers say of it and its payload. With --json, an object a "
+         "line.\n\n"
          "  tarnwickctl capture print session.pcapng --frame crc16\n"
          "  tarnwickctl capture print session.pcapng --from 12.5 --to 14 --direction received",
          selection_options() + frame_options(), Needs::Nothing, run_print},

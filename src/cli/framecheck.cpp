@@ -89,7 +89,8 @@ FrameVerdict check_dorv_report(const QByteArray& frame, bool raw)
 {
     const int begin = int(frame.indexOf('+'));
     const auto in_name = [](char c) { return c == '+' || c == '_' || (c >= 'a' && c <= 'z'); };
-    const auto name_end = std::find_if_not(frame.begin() + std::max(begin, 0), frame.end(), in_name);
+    const auto name_end =
+        std::find_if_not(frame.begin() + std::max(begin, 0), frame.end(), in_name);
     const std::string name(frame.begin() + std::max(begin, 0), name_end);
     const int line_end = int(frame.indexOf('\n')) + 1;
     if (begin < 0 || line_end == 0)

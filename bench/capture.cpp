@@ -65,7 +65,9 @@ double resident_mb()
 QString percentiles(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
-    const auto at = [&](double part) { return values[std::size_t(part * double(values.size() - 1))]; };
+    const auto at = [&](double part) {
+        return values[std::size_t(part * double(values.size() - 1))];
+    };
     return QStringLiteral("median %1, 99 % %2, most %3")
         .arg(at(0.5), 0, 'f', 3)
         .arg(at(0.99), 0, 'f', 3)
@@ -106,7 +108,8 @@ std::int64_t now_ns()
     return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
 }
 
-// A thread that wants to run each millisecond: how late is it? No promise holds without a processor.
+// A thread that wants to run each millisecond: how late is it? No promise holds without a
+// processor.
 void watch_system(Progress& progress)
 {
     for (std::int64_t due_ns = now_ns();; due_ns = now_ns() + 1'000'000) {
@@ -237,8 +240,8 @@ void check_killed(const QString& path, std::int64_t needed, bool busy, int run, 
 
 void kill_recorders(int runs)
 {
-    void* const shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE,
-                              MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* const shared =
+        mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     auto& progress = *static_cast<Progress*>(shared);
     const QTemporaryDir folder("kill-XXXXXX");
     const QString path = folder.filePath("session.pcapng");
@@ -381,7 +384,8 @@ void record_much(int megabytes)
     const double write_s = ms_since(begin) / 1000;
     std::printf("speed: %d MB recorded in %.1f s (%.0f MB/s); a call took ms: %s\n", megabytes,
                 write_s, megabytes / write_s, qPrintable(percentiles(costs)));
-    std::printf("  resident %.1f MB after the first tenth, %.1f MB at the end\n", early_mb, late_mb);
+    std::printf("  resident %.1f MB after the first tenth, %.1f MB at the end\n", early_mb,
+                late_mb);
     begin = Clock::now();
     QFile file(path);
     file.open(QIODevice::ReadOnly);

@@ -50,7 +50,7 @@ QString event_text(const CaptureRecord& record)
     if (record.event == CaptureEvent::StatusChange)
         return "* " + line_names(record.lines);
     if (record.event == CaptureEvent::DataLost)
-        return QStringLiteral("! %1 bytes lost").arg(record.lost);
+        return "! " + counted(record.lost, "byte") + " lost";
     QString text = "! " + event_name(record.event);
     return record.bytes.isEmpty() ? text : text + ' ' + shown(record.bytes);
 }
@@ -195,11 +195,10 @@ void CapturedFile::note_damage()
 {
     const CaptureDamage& damage = reader.damage();
     if (damage_count++ < NOTES_MAX)
-        invocation.console.note(QStringLiteral("%1: %2 bytes at byte %3 are damaged: %4")
-                                    .arg(name)
-                                    .arg(damage.length)
-                                    .arg(damage.offset)
-                                    .arg(damage.reason));
+        invocation.console.note(QStringLiteral("%1: damaged at byte %2, %3: %4")
+                                    .arg(name, QString::number(damage.offset),
+                                         counted(std::uint64_t(damage.length), "byte"),
+                                         damage.reason));
     if (damage_count == NOTES_MAX)
         invocation.console.note("`tarnwickctl capture verify` lists what else is damaged.");
 }
@@ -208,6 +207,11 @@ QString one_line(const QString& text)
 {
     QString line = text;
     return line.replace('\r', "\\r").replace('\n', "\\n");
+}
+
+QString counted(std::uint64_t count, const QString& what)
+{
+    return QString::number(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 QString time_text(std::int64_t ns)

@@ -63,6 +63,8 @@ private:
 void open_capture(QFile& file);
 // Text from a file, without line ends.
 QString one_line(const QString& text);
+// "1 frame", "2 frames".
+QString counted(std::uint64_t count, const QString& what);
 // Local time with microseconds.
 QString time_text(std::int64_t ns);
 // "> 01 03", "< 6F 6B  "ok"", "! framing error", "* DTR RTS  opened".

@@ -27,9 +27,9 @@ struct Surveyed
     CaptureSurvey survey;
 };
 
-QString size_text(std::uint64_t bytes)
+QString byte_count(std::uint64_t bytes)
 {
-    return QStringLiteral("%1 bytes").arg(bytes);
+    return counted(bytes, "byte");
 }
 
 QString port_text(const PcapngInterface& port)
@@ -75,7 +75,7 @@ void run_info(Invocation& invocation)
     const auto row = [&](const char* what, const QString& value) {
         invocation.console.line(QString(what).leftJustified(10) + value);
     };
-    row("file", surveyed.name + ", " + size_text(std::uint64_t(survey.size)));
+    row("file", surveyed.name + ", " + byte_count(std::uint64_t(survey.size)));
     for (const PcapngSection& section : survey.sections) {
         row("section", one_line(section.application + " on " + section.system));
         for (const QString& comment : section.comments)
@@ -84,19 +84,19 @@ void run_info(Invocation& invocation)
     for (const PcapngInterface& port : survey.ports)
         row("port", port_text(port));
     row("records", QString::number(survey.record_count));
-    row("received", size_text(survey.bytes_received));
-    row("sent", size_text(survey.bytes_sent));
+    row("received", byte_count(survey.bytes_received));
+    row("sent", byte_count(survey.bytes_sent));
     if (survey.bytes_lost > 0)
-        row("lost", size_text(survey.bytes_lost));
+        row("lost", byte_count(survey.bytes_lost));
     if (survey.skipped_count > 0)
-        row("skipped", QStringLiteral("%1 blocks of other kinds").arg(survey.skipped_count));
+        row("skipped", counted(survey.skipped_count, "block") + " of other kinds");
     if (survey.record_count > 0) {
         row("first", time_text(survey.first_ns));
         row("last", time_text(survey.last_ns));
     }
     if (survey.damage_count > 0)
-        row("damaged", QStringLiteral("%1 places; `tarnwickctl capture verify` shows them")
-                           .arg(survey.damage_count));
+        row("damaged",
+            counted(survey.damage_count, "place") + "; `tarnwickctl capture verify` shows more");
     invocation.console.result(survey_json(survey));
 }
 
@@ -117,9 +117,9 @@ void run_verify(Invocation& invocation)
     const CaptureSurvey& survey = surveyed.survey;
     for (const CaptureDamage& damage : survey.damages)
         invocation.console.line(
-            QStringLiteral("%1 at byte %2, %3 bytes: %4")
+            QStringLiteral("%1 at byte %2, %3: %4")
                 .arg(damage.kind == CaptureDamage::Kind::TornEnd ? "torn end" : "damaged",
-                     QString::number(damage.offset), QString::number(damage.length),
+                     QString::number(damage.offset), byte_count(std::uint64_t(damage.length)),
                      damage.reason));
     const QJsonObject result{{"good", survey.damage_count == 0},
                              {"good_bytes", qint64(survey.good_end)},
@@ -129,17 +129,16 @@ void run_verify(Invocation& invocation)
     if (survey.damage_count > 0)
         throw Failure{
             ExitCode::File,
-            QStringLiteral("%1 is damaged in %2 places; it is good up to byte %3 of %4")
-                .arg(surveyed.name, QString::number(survey.damage_count),
+            QStringLiteral("%1 is damaged in %2; it is good up to byte %3 of %4")
+                .arg(surveyed.name, counted(survey.damage_count, "place"),
                      QString::number(survey.good_end), QString::number(survey.size)),
-            QStringLiteral("%1 records can be read. `tarnwickctl capture cut %2 OUT` writes them "
-                           "into a file of their own.")
-                .arg(survey.record_count)
-                .arg(surveyed.name),
+            QStringLiteral(
+                "What can be read is %1. `tarnwickctl capture cut %2 OUT` writes that into a "
+                "file of its own.")
+                .arg(counted(survey.record_count, "record"), surveyed.name),
             result};
-    invocation.console.line(QStringLiteral("%1 is good: %2 records in %3 bytes")
-                                .arg(surveyed.name, QString::number(survey.record_count),
-                                     QString::number(survey.size)));
+    invocation.console.line(surveyed.name + " is good: " + counted(survey.record_count, "record") +
+                            " in " + byte_count(std::uint64_t(survey.size)));
     invocation.console.result(result);
 }
 

@@ -104,7 +104,7 @@ void run_cut(Invocation& invocation)
         ++count;
     }
     out.commit();
-    invocation.console.line(QStringLiteral("%1: %2 records").arg(out_name).arg(count));
+    invocation.console.line(out_name + ": " + counted(count, "record"));
     invocation.console.result({{"file", out_name}, {"records", qint64(count)}});
 }
 

@@ -166,9 +166,9 @@ QString show_difference(const Invocation& invocation, Session& a, Session& b)
     for (int i = 0; i < std::max(1, more_in_b) && more_in_a == 0; ++i)
         show(invocation, "B", b.at(i));
     if (more_in_a > 0)
-        return QStringLiteral("A has %1 frames more there").arg(more_in_a);
+        return "A has " + counted(std::uint64_t(more_in_a), "frame") + " more there";
     if (more_in_b > 0)
-        return QStringLiteral("B has %1 frames more there").arg(more_in_b);
+        return "B has " + counted(std::uint64_t(more_in_b), "frame") + " more there";
     return a.at(0) && b.at(0) ? "one frame is another"
                               : QString(a.at(0) ? "B ends there" : "A ends there");
 }
@@ -186,15 +186,15 @@ void run_diff(Invocation& invocation)
         b.pass();
     }
     if (!a.at(0) && !b.at(0)) {
-        invocation.console.line(QStringLiteral("no difference in %1 frames").arg(equal));
+        invocation.console.line("no difference in " + counted(std::uint64_t(equal), "frame"));
         invocation.console.result({{"same", true}, {"equal_frames", equal}});
         return;
     }
-    invocation.console.line(QStringLiteral("%1 frames are equal, then:").arg(equal));
+    invocation.console.line("the same for " + counted(std::uint64_t(equal), "frame") + ", then:");
     const QString how = show_difference(invocation, a, b);
     throw Failure{ExitCode::Refused,
-                  QStringLiteral("%1 (A) and %2 (B) differ after %3 equal frames: %4")
-                      .arg(names[0], names[1], QString::number(equal), how),
+                  QStringLiteral("%1 (A) and %2 (B) differ after %3: %4")
+                      .arg(names[0], names[1], counted(std::uint64_t(equal), "frame"), how),
                   {},
                   {{"same", false},
                    {"equal_frames", equal},

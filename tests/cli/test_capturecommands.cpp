@@ -66,9 +66,10 @@ protected:
             const QByteArray bytes = frame.mid(2).toUtf8();
             time += SECOND;
             for (int i = 0; i < bytes.size(); i += 2)
-                file += packet_of(frame[0] == '>' ? CaptureRecord::sent(time + i, bytes.mid(i, 2))
-                                                  : CaptureRecord::received(time + i, bytes.mid(i, 2)))
-                            .build();
+                file +=
+                    packet_of(frame[0] == '>' ? CaptureRecord::sent(time + i, bytes.mid(i, 2))
+                                              : CaptureRecord::received(time + i, bytes.mid(i, 2)))
+                        .build();
         }
         file_write(name, file);
     }
@@ -93,11 +94,11 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
         const char* text; // in the output or the errors
     } const rows[] = {
         {"info s", 0, "received  12 bytes\nsent      6 bytes\n"},
-        {"info bad", 0, "damaged   1 places"},
+        {"info bad", 0, "damaged   1 place;"},
         {"info text", 6, "text is no capture"},
         {"info .", 6, "can't be read"},
         {"verify s", 0, "s is good: 11 records in"},
-        {"verify torn", 6, "torn is damaged in 1 places; it is good up to byte 372 of 430"},
+        {"verify torn", 6, "torn is damaged in 1 place; it is good up to byte 372 of 430"},
         {"verify bad", 6, "damaged at byte 300, 72 bytes: the bytes of the packet"},
         {"print s --records 3-3", 0, "2025-11-24T16:00:02.000000 < 6F 6E\n"},
         {"print s --gap 5 --from 1 --to 1.5", 0, "16:00:02.000000 < 6F 6E 65  \"one\"\n"},
@@ -105,7 +106,7 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
         {"print s --port other", 0, ""},
         {"print odd", 0, "* -  # a\\n\\u001b[2Jb\n"},
         {"info odd", 0, "port      tty\\n\\u001b]0;x\\u0007\n"},
-        {"print torn", 0, "torn: 58 bytes at byte 372 are damaged"},
+        {"print torn", 0, "torn: damaged at byte 372, 58 bytes"},
         {"print s --from nine", 2, "--from nine is no time"},
         {"print s --records 5-2", 2, "ends ahead of its start"},
         {"print s --direction up", 2, "sent, received, all"},
@@ -145,14 +146,14 @@ TEST_F(CaptureCommands, FindTheFirstExchangeThatDiffers)
         const char* how;
     } const rows[] = {
         {"a same", 0, {}, "no difference in 6 frames"},
-        {"a other", 1, {"    ask2", "  A two", "  B twx"}, "after 3 equal frames: one frame is"},
+        {"a other", 1, {"    ask2", "  A two", "  B twx"}, "after 3 frames: one frame is"},
         {"a other --ignore bytes:2-9", 0, {}, "no difference in 6 frames"},
         {"a other --ignore bytes:0-1", 1, {"    ask2", "  A two", "  B twx"}, "another"},
         {"a other --ignore hex:7477", 0, {}, "no difference in 5 frames"},
         {"a other --ignore received", 0, {}, "no difference in 3 frames"},
         {"a other --frame chan:74", 1, {"    ask2", "  A two", "  B twx"}, "another"},
-        {"a retry", 1, {"    ask2", "  B ask2"}, "B has 1 frames more there"},
-        {"retry a", 1, {"    ask2", "  A ask2"}, "A has 1 frames more there"},
+        {"a retry", 1, {"    ask2", "  B ask2"}, "B has 1 frame more there"},
+        {"retry a", 1, {"    ask2", "  A ask2"}, "A has 1 frame more there"},
         {"a short", 1, {"    ask2", "  A two", "  B ends here"}, "B ends there"},
         {"a a --ignore time", 2, {}, "--ignore time is unknown"},
         {"a none", 6, {}, "none can't be read"},
@@ -164,7 +165,8 @@ TEST_F(CaptureCommands, FindTheFirstExchangeThatDiffers)
         QStringList shown; // whose it is, and the text of the frame
         for (const QString& line : QString(result.out).split('\n').mid(1))
             if (line.startsWith("  "))
-                shown += line.left(4) + (line.contains('"') ? line.section('"', 1, 1) : line.mid(4));
+                shown +=
+                    line.left(4) + (line.contains('"') ? line.section('"', 1, 1) : line.mid(4));
         EXPECT_EQ(shown, row.shown) << row.command;
     }
 }

@@ -121,7 +121,7 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
         {"export late --direction sent", 0, "ask"},
     };
     for (const auto& row : rows) {
-        const CtlResult result = run_ctl(QString("capture ") + row.command);
+        const CtlRun result(QString("capture ") + row.command);
         EXPECT_EQ(result.exit, row.exit) << row.command << result.err.toStdString();
         EXPECT_THAT((result.out + result.err).toStdString(), HasSubstr(row.text)) << row.command;
     }
@@ -159,7 +159,7 @@ TEST_F(CaptureCommands, FindTheFirstExchangeThatDiffers)
         {"a none", 6, {}, "none can't be read"},
     };
     for (const auto& row : rows) {
-        const CtlResult result = run_ctl(QString("capture diff ") + row.command);
+        const CtlRun result(QString("capture diff ") + row.command);
         EXPECT_EQ(result.exit, row.exit) << row.command << result.err.toStdString();
         EXPECT_THAT((result.out + result.err).toStdString(), HasSubstr(row.how)) << row.command;
         QStringList shown; // whose it is, and the text of the frame

@@ -15,7 +15,7 @@ public:
     using Entry = std::variant<PcapngInterface, CaptureRecord>;
 
     // Beyond the limit there is room for records without bytes, such as remarks.
-    static constexpr std::size_t RESERVE = 1024 * 1024;
+    static constexpr std::size_t RESERVE = std::size_t(1024) * 1024;
 
     explicit CaptureQueue(std::size_t limit);
 

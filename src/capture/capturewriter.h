@@ -70,7 +70,7 @@ public:
     // How long close waits for a disk that takes nothing.
     static constexpr std::chrono::milliseconds CLOSE_PATIENCE{1000};
     // A minute and a half of a port at 921600 bit/s.
-    static constexpr std::size_t QUEUE_BYTES = 8 * 1024 * 1024;
+    static constexpr std::size_t QUEUE_BYTES = std::size_t(8) * 1024 * 1024;
 
     // Called on a thread of the writer, soon after what it reports; it may not call the writer.
     using Report = std::function<void(const CaptureReport&)>;

@@ -32,6 +32,8 @@ public:
 
 private:
     sigset_t before;
+#else
+    SignalsBlocked() {} // no signals there
 #endif
 };
 

@@ -55,7 +55,7 @@ CaptureResult CaptureWriter::open(const QString& path, const PcapngSection& sect
 {
     close();
     auto begun = std::make_unique<Recording>(path, report, queue_bytes);
-    const CaptureResult result = begun->open(completed(section), existing);
+    CaptureResult result = begun->open(completed(section), existing);
     if (result)
         recording = std::move(begun);
     return result;

@@ -191,11 +191,10 @@ void CaptureWriter::Recording::write(const Batch& batch)
         done += file.write(batch.blocks.constData() + done, batch.blocks.size() - done);
         if (done == batch.blocks.size())
             break;
-        const QString reason = file.error();
+        failing(WRITE, file.error()); // first, as cutting a file may wait for the disk
         const std::int64_t whole = batch.whole(done).end;
         if (file.take_back(done - whole))
             done = whole;
-        failing(WRITE, reason);
         if (!may_retry())
             break;
     }

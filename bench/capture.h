@@ -16,7 +16,8 @@ inline void expect(bool good, const QString& what)
 
 inline double ms_since(std::chrono::steady_clock::time_point begin)
 {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
 }
 
 void kill_recorders(int runs);

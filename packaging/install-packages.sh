@@ -4,7 +4,7 @@
 set -eu
 build="g++ cmake ninja-build qtbase5-dev libqt5serialport5-dev qttools5-dev qttools5-dev-tools"
 window="xvfb xauth fonts-dejavu-core fonts-noto-cjk qttranslations5-l10n"
-test="libgtest-dev libgmock-dev libbenchmark-dev socat ser2net libmodbus-dev libssl-dev zlib1g-dev pkg-config clang libclang-rt-14-dev"
+test="libgtest-dev libgmock-dev libbenchmark-dev socat ser2net libmodbus-dev tshark libssl-dev zlib1g-dev pkg-config clang libclang-rt-14-dev"
 qt6="qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n"
 check="clang-format clang-tidy lintian desktop-file-utils appstream dpkg-dev g++-mingw-w64-x86-64-posix"
 docs="doxygen"

@@ -29,6 +29,10 @@ QList<Command> cnet_search_commands();
 QList<Command> dorv_commands();
 QList<Command> dorv_module_commands();
 QList<Command> frame_commands();
+QList<Command> capture_commands();
+QList<Command> capture_print_commands();
+QList<Command> capture_cut_commands();
+QList<Command> capture_diff_commands();
 QList<Command> checksum_commands();
 
 // All options that a command takes: its own, the link's if it uses one, and those of every command.

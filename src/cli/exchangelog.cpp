@@ -4,23 +4,6 @@
 #include "cli/typedtext.h"
 
 #include <QDateTime>
-#include <algorithm>
-
-namespace {
-constexpr int SHORTEST_TEXT = 3; // fewer bytes that look like text mostly are none
-
-// In hexadecimal; text, as in AT commands, as text too.
-QString both_forms(const QByteArray& bytes)
-{
-    const bool text = std::all_of(bytes.cbegin(), bytes.cend(), [](char byte) {
-        return (byte >= ' ' && byte <= '~') || byte == '\r' || byte == '\n';
-    });
-    if (!text || bytes.size() < SHORTEST_TEXT)
-        return shown(bytes);
-    return shown(bytes) + "  \"" +
-           QString::fromLatin1(bytes).replace('\r', "\\r").replace('\n', "\\n") + '"';
-}
-} // namespace
 
 ExchangeLog::ExchangeLog(Console& console, bool verbose, const QString& file)
     : console(console)
@@ -36,7 +19,7 @@ ExchangeLog::ExchangeLog(Console& console, bool verbose, const QString& file)
 void ExchangeLog::sent(const QByteArray& bytes, int result)
 {
     const bool complete = result == bytes.size();
-    write("> " + both_forms(bytes) +
+    write("> " + shown_both(bytes) +
           (complete ? QString() : QStringLiteral("  (result %1)").arg(result)));
 }
 
@@ -45,7 +28,7 @@ void ExchangeLog::received(const QByteArray& bytes, int result)
     if (result < 0)
         write(QStringLiteral("< error %1").arg(result));
     else
-        write(bytes.isEmpty() ? QString("< nothing in time") : "< " + both_forms(bytes));
+        write(bytes.isEmpty() ? QString("< nothing in time") : "< " + shown_both(bytes));
 }
 
 void ExchangeLog::note(const QString& text)

@@ -25,12 +25,13 @@ struct ExitCodeRow
 
 constexpr ExitCodeRow EXIT_CODES[] = {
     {ExitCode::Done, "done", "All was done as asked."},
-    {ExitCode::Refused, "refused", "The device answered and said no, or isn't as it should be."},
+    {ExitCode::Refused, "refused",
+     "The device answered and said no, or isn't as it should be; captures differ."},
     {ExitCode::Usage, "usage", "The command line is wrong; nothing was sent."},
     {ExitCode::Link, "link", "The link could not be opened, or was lost."},
     {ExitCode::NoAnswer, "no-answer", "Nothing came from the device in time."},
     {ExitCode::BadAnswer, "bad-answer", "Something came that is no answer to what was asked."},
-    {ExitCode::File, "file", "A file could not be read or written."},
+    {ExitCode::File, "file", "A file could not be read or written, or is damaged."},
     {ExitCode::Interrupted, "interrupted",
      "Ctrl-C, a request to terminate, or a no to a question ended it."},
 };

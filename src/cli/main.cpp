@@ -137,7 +137,9 @@ void run_command(const Command& command, const QStringList& words, Console& cons
 ExitCode run(const QStringList& arguments, Console& console)
 {
     const QList<Command> commands = ports_commands() + upgrade_commands() + cnet_commands() +
-                                    dorv_commands() + frame_commands() + checksum_commands();
+                                    dorv_commands() + frame_commands() + capture_commands() +
+                                    capture_print_commands() + capture_cut_commands() +
+                                    capture_diff_commands() + checksum_commands();
     if (arguments.value(0) == "--version") {
         print(QString("tarnwickctl ") + VERSION + '\n', {{"version", VERSION}}, console);
         return ExitCode::Done;

@@ -77,6 +77,18 @@ QString shown(const QByteArray& bytes)
     return bytes.isEmpty() ? QString('-') : hex_text(bytes.constData(), int(bytes.size()));
 }
 
+QString shown_both(const QByteArray& bytes)
+{
+    constexpr int SHORTEST_TEXT = 3; // fewer bytes that look like text mostly are none
+    const bool text = std::all_of(bytes.cbegin(), bytes.cend(), [](char byte) {
+        return (byte >= ' ' && byte <= '~') || byte == '\r' || byte == '\n';
+    });
+    if (!text || bytes.size() < SHORTEST_TEXT)
+        return shown(bytes);
+    return shown(bytes) + "  \"" +
+           QString::fromLatin1(bytes).replace('\r', "\\r").replace('\n', "\\n") + '"';
+}
+
 QString pointed_at(const QString& text, const TextError& error)
 {
     const QString caret = '^' + QString(std::max(0, error.length - 1), '~');

@@ -44,6 +44,8 @@ std::optional<std::int64_t> number_in(const QString& text, std::int64_t least, s
 QByteArray parse_hex_bytes(const Piece& piece);
 // The bytes as parse_hex_bytes takes them; "-" for none.
 QString shown(const QByteArray& bytes);
+// In hexadecimal; text, as in AT commands, as text too.
+QString shown_both(const QByteArray& bytes);
 
 // The text, and under it a caret at the mistake's place, each line indented by two blanks.
 QString pointed_at(const QString& text, const TextError& error);

@@ -1,4 +1,6 @@
-// What comes from a device, and what comes to a simulated one from its host.
+// What comes from a device, what comes to a simulated one from its host, and the file of a
+// recorder.
+#include "capture/capturereader.h"
 #include "devices/boot.h"
 #include "devices/cnet.h"
 #include "devices/dorv.h"
@@ -15,6 +17,7 @@
 #include "tools/bootdialogue.h"
 #include "tools/cnetframe.h"
 
+#include <QBuffer>
 #include <cstdint>
 #include <memory>
 
@@ -132,7 +135,36 @@ void modules(const QByteArray& input)
     }
 }
 
+// A file of a recorder: all of it is either in a block or damaged, and a record that is written
+// anew is read as the same.
+void capture(const QByteArray& file)
+{
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    CaptureReader reader(buffer);
+    std::int64_t end = 0;
+    while (true) {
+        const CaptureReader::Found found = reader.next();
+        require(reader.offset() >= end && reader.offset() <= file.size());
+        end = reader.offset();
+        if (found == CaptureReader::Found::End)
+            return;
+        if (found == CaptureReader::Found::Damage)
+            end += reader.damage().length;
+        if (found != CaptureReader::Found::Record)
+            continue;
+        const CaptureRecord& record = reader.record();
+        const QByteArray block = packet_of(record).build();
+        const auto packet =
+            PcapngPacket::parse(*PcapngBlock::parse(block, PcapngOrder::Little).value);
+        const CaptureRecord again = *record_of(*packet.value, PcapngInterface()).value;
+        require(packet_of(again).build() == block);
+        require(again.bytes == record.bytes && again.time_ns == record.time_ns);
+    }
+}
+
 } // namespace
 
 const QMap<QByteArray, Parser> PARSERS = {
-    {"framers", framers}, {"replies", replies}, {"modules", modules}};
+    {"framers", framers}, {"replies", replies}, {"modules", modules}, {"capture", capture}};

@@ -1,5 +1,6 @@
 #include "cli/stack.h"
 
+#include "cli/portadvice.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercrc16.h"
 #include "framers/qframerdorv.h"
@@ -11,23 +12,25 @@
 #include "links/qlinkwinsock.h"
 #include "serialport/qextserialenumerator.h"
 
-#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QSerialPort>
 #include <algorithm>
 
 namespace {
-// The path of a port that is named by its last part alone, such as ttyUSB0 or boot.
+// The name of the port that a text names. Throws Failure when it fits several. One that is a path
+// is taken as it is: should the port be missing, no other may take its place.
 QString full_port_name(const QString& name)
 {
     if (name.contains('/') || name.contains('\\'))
         return name;
-    for (const QextPortInfo& port : QextSerialEnumerator::getPorts()) {
-        if (port.portName == name || port.portName.endsWith('/' + name))
-            return port.portName;
-    }
-    return name;
+    const QStringList found = ports_named(name, QextSerialEnumerator::getPorts());
+    if (found.size() > 1)
+        throw usage_failure("--link: " + name + " names " + QString::number(found.size()) +
+                                " ports: " + found.join(", "),
+                            "Give more of the name, or one of these. `tarnwickctl ports` shows "
+                            "what is known of each.");
+    return found.isEmpty() ? name : found[0];
 }
 
 tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
@@ -54,55 +57,24 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
 
 const char LIST_ADVICE[] = "`tarnwickctl ports` lists the ports of this machine.";
 
-bool has_open(const QFileInfoList& files, const QString& device)
-{
-    return std::any_of(files.cbegin(), files.cend(),
-                       [&](const QFileInfo& file) { return file.symLinkTarget() == device; });
-}
-
-// The other programs that have the device open, as in "picocom (4711)". Sees those that this user
-// may look at, on systems with a /proc. Who made a pseudo-terminal has both sides open, and isn't
-// meant.
-QStringList holders(const QString& port)
-{
-    const QString device = QFileInfo(port).canonicalFilePath();
-    QStringList found;
-    for (const QString& pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
-        const QDir process("/proc/" + pid);
-        const auto files = QDir(process.filePath("fd")).entryInfoList(QDir::Files | QDir::System);
-        const bool maker = has_open(files, "/dev/ptmx") || has_open(files, "/dev/pts/ptmx");
-        QFile name(process.filePath("comm"));
-        if (!maker && has_open(files, device) && name.open(QIODevice::ReadOnly))
-            found.append(QString::fromLocal8Bit(name.readAll()).trimmed() + " (" + pid + ')');
-    }
-    return found;
-}
-
-QString busy_advice(const QString& port)
-{
-    const QStringList programs = holders(port);
-    return programs.isEmpty()
-               ? QString("Another program holds it: end that program, or take another port.")
-               : "It is open in " + programs.join(", ") + ": end that, or take another port.";
-}
-
 // `error` and `reason` are the port's lastError() and errorString().
 Failure port_failure(const QString& port, ulong error, const QString& reason)
 {
-    const QFileInfo file(port);
     const QString what = "the port " + port + " can't be opened: ";
-    if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
+    switch (port_bar(port, {})) {
+    case PortBar::Missing:
         return {ExitCode::Link, what + "there is no such port", LIST_ADVICE};
-    if (file.isFile() || file.isDir())
+    case PortBar::NoPort:
         return {ExitCode::Link, what + "it is no serial port", LIST_ADVICE};
-    if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
-        return {
-            ExitCode::Link, what + "permission denied",
-            "Ports belong to a group, mostly dialout: `sudo adduser $USER dialout`, then log in "
-            "again."};
+    case PortBar::Rights:
+        return {ExitCode::Link, what + "permission denied", rights_advice(port)};
+    case PortBar::Locked:
+    case PortBar::None:
+        break;
+    }
     // The rights are there, so that somebody else has it.
     if (error == QSerialPort::PermissionError)
-        return {ExitCode::Link, what + reason, busy_advice(port)};
+        return {ExitCode::Link, what + reason, busy_advice(port_holders(port))};
     if (error == QSerialPort::UnsupportedOperationError)
         return {ExitCode::Link, what + reason,
                 "It may be no serial port, or need another rate or format in --link."};

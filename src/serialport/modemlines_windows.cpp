@@ -35,8 +35,8 @@ int lines_read(QSerialPort& serial, PortFailure& failure)
 
 PortFailure line_set(QSerialPort& serial, LineStatus line, bool on)
 {
-    return result(serial, line == LS_DTR ? serial.setDataTerminalReady(on)
-                                         : serial.setRequestToSend(on));
+    return result(serial,
+                  line == LS_DTR ? serial.setDataTerminalReady(on) : serial.setRequestToSend(on));
 }
 
 PortFailure break_set(QSerialPort& serial, bool on)

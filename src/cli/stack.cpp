@@ -14,25 +14,8 @@
 
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QSerialPort>
-#include <algorithm>
 
 namespace {
-// The name of the port that a text names. Throws Failure when it fits several. One that is a path
-// is taken as it is: should the port be missing, no other may take its place.
-QString full_port_name(const QString& name)
-{
-    if (name.contains('/') || name.contains('\\'))
-        return name;
-    const QStringList found = ports_named(name, QextSerialEnumerator::getPorts());
-    if (found.size() > 1)
-        throw usage_failure("--link: " + name + " names " + QString::number(found.size()) +
-                                " ports: " + found.join(", "),
-                            "Give more of the name, or one of these. `tarnwickctl ports` shows "
-                            "what is known of each.");
-    return found.isEmpty() ? name : found[0];
-}
-
 tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
 {
     tcpip_cfg settings = tcpip_defaults();
@@ -55,43 +38,66 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     return settings;
 }
 
-const char LIST_ADVICE[] = "`tarnwickctl ports` lists the ports of this machine.";
-
-// `error` and `reason` are the port's lastError() and errorString().
-Failure port_failure(const QString& port, ulong error, const QString& reason)
+void add_framer(std::vector<std::unique_ptr<QFramer>>& framers, const FramerDescription& framer,
+                QLink& link)
 {
-    const QString what = "the port " + port + " can't be opened: ";
-    switch (port_bar(port, {})) {
-    case PortBar::Missing:
-        return {ExitCode::Link, what + "there is no such port", LIST_ADVICE};
-    case PortBar::NoPort:
-        return {ExitCode::Link, what + "it is no serial port", LIST_ADVICE};
-    case PortBar::Rights:
-        return {ExitCode::Link, what + "permission denied", rights_advice(port)};
-    case PortBar::Locked:
-    case PortBar::None:
+    QFramer* lower = framers.back().get();
+    switch (framer.kind) {
+    case FramerKind::None:
+        break;
+    case FramerKind::Crc16:
+        framers.push_back(std::make_unique<QFramerCrc16>(lower));
+        break;
+    case FramerKind::Rtu: {
+        auto rtu = std::make_unique<QFramerRtu>(lower);
+        rtu->slave_set(std::uint8_t(framer.number));
+        framers.push_back(std::move(rtu));
         break;
     }
-    // The rights are there, so that somebody else has it.
-    if (error == QSerialPort::PermissionError)
-        return {ExitCode::Link, what + reason, busy_advice(port_holders(port))};
-    if (error == QSerialPort::UnsupportedOperationError)
-        return {ExitCode::Link, what + reason,
-                "It may be no serial port, or need another rate or format in --link."};
-    return {ExitCode::Link, what + reason,
-            "Is the adapter all right, and does the port belong to a device? Plug the adapter in "
-            "again, or take another port."};
+    case FramerKind::Chan: {
+        auto chan = std::make_unique<QFramerChan>(lower);
+        chan->chan_set(framer.prefix.constData(), unsigned(framer.prefix.size()));
+        framers.push_back(std::move(chan));
+        break;
+    }
+    case FramerKind::Cnet: {
+        auto cnet = std::make_unique<BoundedCnet>(lower);
+        cnet->target_set(std::uint16_t(framer.number));
+        framers.push_back(std::move(cnet));
+        break;
+    }
+    case FramerKind::Rwlt:
+        framers.push_back(std::make_unique<QFramerRwlt>(lower));
+        break;
+    case FramerKind::Dorv: {
+        auto dorv = std::make_unique<QFramerDorv>(lower);
+        dorv->link_set(&link);
+        dorv->raw_set(framer.number == DORV_RAW);
+        if (framer.number != DORV_RAW)
+            dorv->mode_set(framer.number);
+        framers.push_back(std::move(dorv));
+        break;
+    }
+    }
 }
 } // namespace
+
+std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
+                                                   const QVector<FramerDescription>& descriptions)
+{
+    std::vector<std::unique_ptr<QFramer>> framers;
+    framers.push_back(std::make_unique<QFramerNull>(&link));
+    for (const FramerDescription& description : descriptions)
+        add_framer(framers, description, link);
+    return framers;
+}
 
 Stack::Stack(const StackDescription& description, ExchangeLog& log)
     : description(description.link)
     , log(log)
 {
     add_link(description.timeout_ms);
-    framers.push_back(std::make_unique<QFramerNull>(traced.get()));
-    for (const FramerDescription& framer : description.framers)
-        add_framer(framer);
+    framers = make_framers(*traced, description.framers);
     for (const auto& framer : framers)
         QObject::connect(
             framer.get(), &QFramer::log, framer.get(),
@@ -126,48 +132,6 @@ void Stack::add_link(int timeout_ms)
         own(new QLinkTcpip(&settings));
     else
         own(new QLinkWinsock(&settings));
-}
-
-void Stack::add_framer(const FramerDescription& framer)
-{
-    QFramer* lower = framers.back().get();
-    switch (framer.kind) {
-    case FramerKind::None:
-        break;
-    case FramerKind::Crc16:
-        framers.push_back(std::make_unique<QFramerCrc16>(lower));
-        break;
-    case FramerKind::Rtu: {
-        auto rtu = std::make_unique<QFramerRtu>(lower);
-        rtu->slave_set(std::uint8_t(framer.number));
-        framers.push_back(std::move(rtu));
-        break;
-    }
-    case FramerKind::Chan: {
-        auto chan = std::make_unique<QFramerChan>(lower);
-        chan->chan_set(framer.prefix.constData(), unsigned(framer.prefix.size()));
-        framers.push_back(std::move(chan));
-        break;
-    }
-    case FramerKind::Cnet: {
-        auto cnet = std::make_unique<BoundedCnet>(lower);
-        cnet->target_set(std::uint16_t(framer.number));
-        framers.push_back(std::move(cnet));
-        break;
-    }
-    case FramerKind::Rwlt:
-        framers.push_back(std::make_unique<QFramerRwlt>(lower));
-        break;
-    case FramerKind::Dorv: {
-        auto dorv = std::make_unique<QFramerDorv>(lower);
-        dorv->link_set(traced.get());
-        dorv->raw_set(framer.number == DORV_RAW);
-        if (framer.number != DORV_RAW)
-            dorv->mode_set(framer.number);
-        framers.push_back(std::move(dorv));
-        break;
-    }
-    }
 }
 
 void Stack::open()
@@ -214,11 +178,8 @@ Failure Stack::open_failure() const
 {
     if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
         return port_failure(description.port, serial->open_error(), serial->open_error_text());
-    const QString peer =
-        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
-    return {ExitCode::Link, "no connection to " + peer,
-            "Check that the device or gateway is on, that address and port are right, and that no "
-            "firewall is between; a slow network needs a longer --timeout."};
+    return network_failure(
+        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port)));
 }
 
 bool Stack::port_gone() const

@@ -47,6 +47,10 @@ private:
     int attempts = 0;
 };
 
+// On the link, the lowest first; the lowest passes the payload as it is.
+std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
+                                                   const QVector<FramerDescription>& descriptions);
+
 class Stack
 {
 public:
@@ -76,7 +80,6 @@ public:
 
 private:
     void add_link(int timeout_ms);
-    void add_framer(const FramerDescription& description);
     bool port_gone() const;
     Failure open_failure() const;
 

@@ -117,8 +117,7 @@ PortIdentity port_identity(const QextPortInfo& port, const PortRoots& roots)
     if (device.isEmpty())
         return identity;
     const QString folder = roots.sys + "/class/tty/" + QFileInfo(device).fileName() + "/device";
-    identity.driver =
-        QFileInfo(QFileInfo(folder + "/driver").canonicalFilePath()).fileName();
+    identity.driver = QFileInfo(QFileInfo(folder + "/driver").canonicalFilePath()).fileName();
     const QString usb = usb_folder(folder, roots.sys);
     if (usb.isEmpty())
         return identity;

@@ -73,9 +73,9 @@ Script script_of(const Invocation& invocation, LineEnding ending)
                             "Each --reply is sent when what its --expect says has come.");
     QVector<ScriptStep> steps;
     for (int i = 0; i < expected.size(); ++i)
-        steps.append({pattern("expect", expected[i]),
-                      i < replies.size() ? string_bytes("reply", replies[i], ending)
-                                         : QByteArray()});
+        steps.append(
+            {pattern("expect", expected[i]),
+             i < replies.size() ? string_bytes("reply", replies[i], ending) : QByteArray()});
     if (!invocation.has("until"))
         return Script(steps, std::nullopt);
     return Script(steps, pattern("until", invocation.text("until")));
@@ -163,8 +163,8 @@ RecordSettings record_settings(const Invocation& invocation, const LinkDescripti
     record.path = invocation.text("record");
     record.section.system = QSysInfo::prettyProductName();
     record.section.application = QString(PcapngSection::OWN_APPLICATION) + " tarnwickctl monitor";
-    record.section.comments = QStringList("--link " + invocation.text("link") + " --frame " +
-                                          invocation.text("frame"));
+    record.section.comments =
+        QStringList("--link " + invocation.text("link") + " --frame " + invocation.text("frame"));
     record.interface.name = name;
     record.interface.description = invocation.text("link");
     if (link.kind == LinkKind::Serial)
@@ -336,7 +336,8 @@ QList<Command> monitor_commands()
          DESCRIPTION,
          {{"hex", "Show bytes in hexadecimal, a frame a row."},
           {"raw", "Obey the device's control characters, whatever they do to the terminal."},
-          {"stamps", "Put a stamp before lines and frames: off, time, delta or iso.", "kind", "off"},
+          {"stamps", "Put a stamp before lines and frames: off, time, delta or iso.", "kind",
+           "off"},
           {"gap", "A silence of this many ms begins a new frame.", "ms"},
           {"echo", "Show what is sent, too."},
           {"line", "Edit lines before they are sent, with a history."},

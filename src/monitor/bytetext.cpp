@@ -58,8 +58,8 @@ int valid_part(const char* at, int available, int size)
 
 bool is_harmful(char32_t c)
 {
-    return (c >= 0x80 && c < 0xa0) || (c >= 0x200e && c <= 0x200f) || (c >= 0x2028 && c <= 0x202e) ||
-           (c >= 0x2066 && c <= 0x2069);
+    return (c >= 0x80 && c < 0xa0) || (c >= 0x200e && c <= 0x200f) ||
+           (c >= 0x2028 && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069);
 }
 } // namespace
 

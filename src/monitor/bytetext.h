@@ -6,7 +6,8 @@
 // UTF-8 stays whole when it comes in pieces. What could harm a terminal is shown instead of
 // obeyed:
 //
-//   kept      text; line feed, carriage return, tab, backspace; ESC [ ... with the endings m (colour),
+//   kept      text; line feed, carriage return, tab, backspace; ESC [ ... with the endings m
+//   (colour),
 //             K (erase the line), C and D (move in the line)
 //   \x1b      other control characters, and bytes that are no UTF-8, as escapes that can be sent
 //   \u202e    characters that turn the direction of text, and control characters of Unicode

@@ -67,7 +67,12 @@ int DescriptorLink::write(const char* buffer, int nbytes)
         const int count = wire.send(buffer + done, nbytes - done);
         lost = count < 0;
         if (tap && count > 0)
-            tap({time_now_ns(), QByteArray(buffer + done, count), Direction::Out, false, false, {}});
+            tap({time_now_ns(),
+                 QByteArray(buffer + done, count),
+                 Direction::Out,
+                 false,
+                 false,
+                 {}});
         done += std::max(0, count);
         if (done < nbytes && !lost && !wait_for(POLLOUT, timeout_ms))
             break;

@@ -35,9 +35,8 @@ int KeyReader::take(const QByteArray& keys, int from, KeyEvent& event)
             event.bytes += key;
             continue;
         }
-        const auto* const row = std::find_if(std::begin(KEYS), std::end(KEYS), [&](const KeyRow& r) {
-            return r.key == plain(key);
-        });
+        const auto* const row = std::find_if(std::begin(KEYS), std::end(KEYS),
+                                             [&](const KeyRow& r) { return r.key == plain(key); });
         if (row == std::end(KEYS))
             event.unknown = key;
         else

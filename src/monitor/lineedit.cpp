@@ -150,11 +150,16 @@ void LineEdit::sequence(const QByteArray& keys)
             return;
         }
     searching = false;
-    if (keys == "\x1b" "b" || keys == "\x1b[1;5D")
+    if (keys == "\x1b"
+                "b" ||
+        keys == "\x1b[1;5D")
         at = word_left();
-    else if (keys == "\x1b" "f" || keys == "\x1b[1;5C")
+    else if (keys == "\x1b"
+                     "f" ||
+             keys == "\x1b[1;5C")
         at = word_right();
-    else if (keys == "\x1b" "d")
+    else if (keys == "\x1b"
+                     "d")
         cut(at, word_right());
 }
 

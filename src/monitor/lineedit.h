@@ -60,8 +60,8 @@ private:
     State current = State::Editing;
     QByteArray pending; // of an escape sequence or a character
     QString yanked;
-    int row = -1;      // in the history; -1 for the line that is typed
-    QString own_line;  // which is kept meanwhile
-    QString needle;    // of the search
+    int row = -1;     // in the history; -1 for the line that is typed
+    QString own_line; // which is kept meanwhile
+    QString needle;   // of the search
     bool searching = false;
 };

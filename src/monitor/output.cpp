@@ -144,8 +144,8 @@ void Output::draw_line(QByteArray& out)
     // A long line shows the part that ends with the cursor.
     const int from = std::max(0, cursor - room);
     const QString part = typed.mid(from, room);
-    out += ERASE_LINE + label.toUtf8() + part.toUtf8() +
-           move(cells_of(part.mid(cursor - from)), 'D');
+    out +=
+        ERASE_LINE + label.toUtf8() + part.toUtf8() + move(cells_of(part.mid(cursor - from)), 'D');
     drawn = true;
 }
 

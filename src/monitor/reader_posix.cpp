@@ -73,8 +73,7 @@ void Reader::run_stream()
             continue;
         if (waiting[1].revents != 0)
             return;
-        const ssize_t count =
-            ::read(wire.descriptor(), buffer.data(), std::size_t(buffer.size()));
+        const ssize_t count = ::read(wire.descriptor(), buffer.data(), std::size_t(buffer.size()));
         if (count > 0) {
             Chunk chunk;
             chunk.time_ns = time_now_ns();

@@ -13,7 +13,7 @@
 #include <unistd.h>
 
 namespace {
-termios before;           // what the terminal is given back
+termios before; // what the terminal is given back
 volatile sig_atomic_t taken = 0;
 
 // The signals of a program that fails; the others end the session in good order.
@@ -79,8 +79,8 @@ int Screen::width() const
 bool Screen::write(const QByteArray& bytes)
 {
     for (int done = 0; done < bytes.size();) {
-        const ssize_t count = ::write(STDOUT_FILENO, bytes.constData() + done,
-                                      std::size_t(bytes.size() - done));
+        const ssize_t count =
+            ::write(STDOUT_FILENO, bytes.constData() + done, std::size_t(bytes.size() - done));
         if (count >= 0) {
             done += int(count);
         } else if (errno == EAGAIN) {

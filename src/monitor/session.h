@@ -22,8 +22,8 @@ struct SessionOptions
     Pacing pacing;
     std::optional<LineEnding> ending; // for the Enter key CR if none, for a file as it is
     char prefix = KeyReader::CTRL_T;
-    bool lines = false;     // what is typed is edited and sent line by line
-    bool wait = false;      // for a port that isn't there yet
+    bool lines = false; // what is typed is edited and sent line by line
+    bool wait = false;  // for a port that isn't there yet
     bool reconnect = true;
     std::optional<std::int64_t> most_ns; // how long the session lasts
     QVector<QByteArray> sends;           // once, after the first open
@@ -123,16 +123,16 @@ private:
     KeyReader key_reader;
     Statistics statistics;
     LineEnding ending;
-    QVector<Chunk> backlog; // taken from the inbox
-    int backlog_at = 0;     // the first of them that is not yet shown
+    QVector<Chunk> backlog;    // taken from the inbox
+    int backlog_at = 0;        // the first of them that is not yet shown
     bool keys_refused = false; // said once for each time that the port is away
     bool device_ended = false;
     std::int64_t opened_ns = 0;
     std::optional<std::int64_t> end_ns;
     bool sends_done = false;
     bool input_open = true;
-    QByteArray input_line; // with framers: a line of stdin that has not ended
-    bool blocked = false;  // the wire took less than there was
+    QByteArray input_line;       // with framers: a line of stdin that has not ended
+    bool blocked = false;        // the wire took less than there was
     std::unique_ptr<QFile> file; // being sent
     std::int64_t file_sent = 0;
     int file_percent = -1;

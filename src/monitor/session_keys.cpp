@@ -187,8 +187,8 @@ void Session::ask(Asking what)
                                       : asking == Asking::Hex ? hex_texts
                                                               : sent_strings);
     if (asking == Asking::String) {
-        const QStringList last = sent_strings.lines().mid(
-            std::max(0, int(sent_strings.lines().size()) - STRINGS_SHOWN));
+        const QStringList last =
+            sent_strings.lines().mid(std::max(0, int(sent_strings.lines().size()) - STRINGS_SHOWN));
         output->help(last.isEmpty() ? QString() : last.join('\n') + '\n');
         edit->take(CTRL_P, 0);
     }

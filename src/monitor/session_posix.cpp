@@ -101,7 +101,7 @@ void Session::turn()
         watched(wire.descriptor(), POLLOUT, blocked && reader),
         watched(wait.descriptor(), POLLIN, wait.waiting()),
     };
-    const int patience = patience_us(time_now_ns());
+    const int patience = reader && !sends_done ? 0 : patience_us(time_now_ns());
     const timespec limit = {patience / 1'000'000, patience % 1'000'000 * 1000};
     ::ppoll(all, std::size(all), &limit, nullptr);
 
@@ -110,6 +110,11 @@ void Session::turn()
         take_input();
     if (all[3].revents != 0)
         blocked = false;
+    if (reader && !sends_done) {
+        sends_done = true;
+        for (const QByteArray& bytes : options.sends)
+            send(bytes);
+    }
     push();
     take_inbox();
     output->expire(time_now_ns());
@@ -117,8 +122,7 @@ void Session::turn()
     if (script.reached() && queue.size() == 0 && (script.has_until() || !keys))
         end_with(SessionEnd::Reached);
     if (end_ns && time_now_ns() >= *end_ns)
-        end_with(script.has_goal() && !script.reached() ? SessionEnd::Missed
-                                                         : SessionEnd::TimeOver,
+        end_with(script.has_goal() && !script.reached() ? SessionEnd::Missed : SessionEnd::TimeOver,
                  script.pattern());
     if (!output->flush())
         end_with(SessionEnd::OutputFailed, screen.error());
@@ -202,11 +206,6 @@ bool Session::connect()
         recorder.set_lines(port->lineStatus());
     recorder.remark("open: " + wire.name());
     reader = std::make_unique<Reader>(wire, inbox, reader_settings);
-    if (!sends_done) {
-        sends_done = true;
-        for (const QByteArray& bytes : options.sends)
-            send(bytes);
-    }
     return true;
 }
 

@@ -82,7 +82,8 @@ void Session::take_piped(const QByteArray& bytes)
         return;
     }
     input_line += bytes;
-    for (int feed = int(input_line.indexOf('\n')); feed >= 0; feed = int(input_line.indexOf('\n'))) {
+    for (int feed = int(input_line.indexOf('\n')); feed >= 0;
+         feed = int(input_line.indexOf('\n'))) {
         send(input_line.left(feed));
         input_line.remove(0, feed + 1);
     }
@@ -140,8 +141,10 @@ void Session::end_file(const QString& reason)
     const std::int64_t sent = file_sent - queue.size();
     file.reset();
     queue.clear();
-    note(reason.isEmpty()
-             ? QStringLiteral("%1 sent, %2 bytes").arg(name).arg(sent)
-             : QStringLiteral("%1 not sent to its end, but %2 bytes: %3").arg(name).arg(sent).arg(reason));
+    note(reason.isEmpty() ? QStringLiteral("%1 sent, %2 bytes").arg(name).arg(sent)
+                          : QStringLiteral("%1 not sent to its end, but %2 bytes: %3")
+                                .arg(name)
+                                .arg(sent)
+                                .arg(reason));
     ask(Asking::Nothing);
 }

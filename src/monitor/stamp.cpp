@@ -22,8 +22,8 @@ QByteArray iso_text(const QDateTime& time, std::int64_t time_ns)
     const QByteArray us = QByteArray::number(qlonglong(time_ns % NS_PER_S / NS_PER_US));
     const auto two = [](int number) { return QByteArray::number(number).rightJustified(2, '0'); };
     return time.toString("yyyy-MM-ddTHH:mm:ss.").toLatin1() + us.rightJustified(6, '0') +
-           (offset < 0 ? '-' : '+') + two(std::abs(offset) / 60) + ':' + two(std::abs(offset) % 60) +
-           ' ';
+           (offset < 0 ? '-' : '+') + two(std::abs(offset) / 60) + ':' +
+           two(std::abs(offset) % 60) + ' ';
 }
 } // namespace
 

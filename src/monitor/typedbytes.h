@@ -13,7 +13,7 @@
 
 struct TypedBytes
 {
-    QByteArray bytes; // all but the escapes in UTF-8
+    QByteArray bytes;  // all but the escapes in UTF-8
     bool ended = true; // whether a line ending is to follow
     QString fault;     // what is wrong with the text; empty when nothing is
     int column = 0;    // of the fault

@@ -115,6 +115,15 @@ void View::add_text(const Chunk& chunk, QByteArray& out)
     text.feed(chunk.bytes, out);
     if (out.size() > before)
         line_start = out.endsWith('\n');
+    end_frame(chunk, out);
+}
+
+void View::end_frame(const Chunk& chunk, QByteArray& out)
+{
+    if (!chunk.whole)
+        return;
+    text.finish(out);
+    end_line(out);
 }
 
 void View::add_lines(const Chunk& chunk, QByteArray& out)
@@ -128,6 +137,7 @@ void View::add_lines(const Chunk& chunk, QByteArray& out)
         line_start = feed >= 0;
         at = end;
     }
+    end_frame(chunk, out);
 }
 
 void View::show_frame(const Chunk& frame, QByteArray& out)

@@ -114,6 +114,15 @@ static QString finish_settings(QSerialPort& serial, const PortSettings& settings
     return {};
 }
 
+// What a pseudo-terminal was sent in the moment of an open may stay in the kernel until more is
+// sent, as its line discipline is locked in an open. Setting the discipline that it has wakes it.
+static void wake_input(QSerialPort& serial)
+{
+    int discipline = 0;
+    if (ioctl(serial.handle(), TIOCGETD, &discipline) == 0)
+        ioctl(serial.handle(), TIOCSETD, &discipline);
+}
+
 bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error)
 {
     if (error == QSerialPort::ResourceError)
@@ -136,6 +145,8 @@ int tty_output_queue(QSerialPort& serial)
 }
 
 #else
+
+static void wake_input(QSerialPort&) {}
 
 static QString finish_settings(QSerialPort&, const PortSettings&)
 {
@@ -173,6 +184,7 @@ PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
         serial.close();
         return {QSerialPort::UnsupportedOperationError, refused};
     }
+    wake_input(serial);
     serial.clearError();
     return {};
 }

@@ -257,7 +257,8 @@ void key_to_wire()
     const Tty port;
     const Tty terminal;
     Child child(monitor()(port.path), terminal, -1);
-    wait_until_open(port, [&]() -> std::int64_t { return drop_input(terminal.master) > 0 ? 1 : 0; });
+    wait_until_open(port,
+                    [&]() -> std::int64_t { return drop_input(terminal.master) > 0 ? 1 : 0; });
     ::usleep(200'000);
     drop_input(port.master);
     std::vector<double> us;
@@ -271,8 +272,9 @@ void key_to_wire()
         ::usleep(2000);
     }
     child.end();
-    std::printf("key to wire                  median %.0f us, longest %.0f us (median at most 1000)\n",
-                median(us), *std::max_element(us.begin(), us.end()));
+    std::printf(
+        "key to wire                  median %.0f us, longest %.0f us (median at most 1000)\n",
+        median(us), *std::max_element(us.begin(), us.end()));
 }
 
 void reconnects(int times)
@@ -328,9 +330,10 @@ void reconnects(int times)
     }
     child.end();
     const auto late = std::count_if(ms.begin(), ms.end(), [](double m) { return m > 300; });
-    std::printf("%d unplugs                  back and shown after %.1f ms in the median, %.1f ms at "
-                "most; %d later than 300 ms; CPU in 3 s without the port: %.0f ms\n",
-                times, median(ms), *std::max_element(ms.begin(), ms.end()), int(late), idle_ms);
+    std::printf(
+        "%d unplugs                  back and shown after %.1f ms in the median, %.1f ms at "
+        "most; %d later than 300 ms; CPU in 3 s without the port: %.0f ms\n",
+        times, median(ms), *std::max_element(ms.begin(), ms.end()), int(late), idle_ms);
 }
 } // namespace
 

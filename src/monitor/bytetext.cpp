@@ -55,13 +55,13 @@ int valid_part(const char* at, int available, int size)
         ++count;
     return count;
 }
+} // namespace
 
 bool is_harmful(char32_t c)
 {
-    return (c >= 0x80 && c < 0xa0) || (c >= 0x200e && c <= 0x200f) ||
+    return (c >= 0x7f && c < 0xa0) || (c >= 0x200e && c <= 0x200f) ||
            (c >= 0x2028 && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069);
 }
-} // namespace
 
 void ByteText::feed(const QByteArray& bytes, QByteArray& out)
 {

@@ -3,6 +3,9 @@
 
 #include <QByteArray>
 
+// Turns the direction of text, or is a control character of Unicode.
+bool is_harmful(char32_t character);
+
 // UTF-8 stays whole when it comes in pieces. What could harm a terminal is shown instead of
 // obeyed:
 //

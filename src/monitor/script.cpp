@@ -15,10 +15,12 @@ QVector<QByteArray> Script::feed(const QByteArray& bytes)
         return replies;
     window += bytes;
     while (done < steps.size()) {
-        const auto match = steps[done].expected.match(QString::fromUtf8(window));
+        // With its size, or a NUL would end it.
+        const QString text = QString::fromUtf8(window.constData(), int(window.size()));
+        const auto match = steps[done].expected.match(text);
         if (!match.hasMatch())
             break;
-        window = QString::fromUtf8(window).mid(match.capturedEnd()).toUtf8();
+        window = text.mid(match.capturedEnd()).toUtf8();
         if (!steps[done].reply.isEmpty())
             replies.append(steps[done].reply);
         ++done;

@@ -82,7 +82,7 @@ private:
     void try_again();
     SessionResult finish();
 
-    // session_send.cpp: what goes out
+    // session_send_posix.cpp: what goes out
     void send(const QByteArray& bytes);
     void push();
     void feed_file();

@@ -9,11 +9,16 @@ std::int64_t gap_of(const ViewOptions& options)
     return options.gap_ns > 0 ? options.gap_ns : View::DEFAULT_GAP_NS;
 }
 
-// A JSON string, with its quotation marks.
+// A JSON string, with its quotation marks. It is harmless on a terminal too.
 QByteArray quoted(const QString& text)
 {
-    const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return list.mid(1, list.size() - 2);
+    QString list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    for (int at = 0; at < list.size(); ++at) {
+        const ushort code = list[at].unicode();
+        if (is_harmful(code))
+            list.replace(at, 1, QStringLiteral("\\u%1").arg(code, 4, 16, QChar('0')));
+    }
+    return list.mid(1, list.size() - 2).toUtf8();
 }
 } // namespace
 
@@ -21,7 +26,8 @@ QByteArray json_line(const Chunk& frame)
 {
     return QByteArray("{\"direction\":\"") + (frame.direction == Direction::In ? "in" : "out") +
            "\",\"time_ns\":" + QByteArray::number(qlonglong(frame.time_ns)) + ",\"hex\":\"" +
-           frame.bytes.toHex(' ') + "\",\"text\":" + quoted(QString::fromUtf8(frame.bytes)) +
+           frame.bytes.toHex(' ') + "\",\"text\":" +
+           quoted(QString::fromUtf8(frame.bytes.constData(), int(frame.bytes.size()))) +
            (frame.damaged ? ",\"valid\":false}" : "}");
 }
 

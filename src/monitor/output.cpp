@@ -61,7 +61,7 @@ void Output::clear_screen()
     shown.screen_cleared();
     drawn = false;
     redraw = true;
-    column = 0;
+    used = column = 0;
 }
 
 void Output::show_line(const QString& new_label, const LineEdit& edit)
@@ -87,7 +87,7 @@ bool Output::flush()
     if (!wanted && !drawn) {
         const bool good = screen.write(text);
         text.clear();
-        column = 0;
+        used = column = 0;
         return good;
     }
     QByteArray out;
@@ -125,20 +125,23 @@ void Output::write_log(const QByteArray& bytes)
     log_failing = !good;
 }
 
-// The text above may have ended inside a line; it goes on there.
+// The text above may have ended inside a line; it goes on there. A line that fills its row goes on
+// in the next one, which is where the line below was.
 void Output::remove_line(QByteArray& out)
 {
     if (!drawn)
         return;
     out += ERASE_LINE;
-    if (column > 0)
-        out += move(1, 'A') + '\r' + move(column, 'C');
+    const int width = screen.width();
+    const bool row_is_full = column == used && used % width == 0;
+    if (used > 0 && !row_is_full)
+        out += move(1, 'A') + '\r' + move(column % width, 'C');
     drawn = false;
 }
 
 void Output::draw_line(QByteArray& out)
 {
-    if (column > 0)
+    if (used > 0)
         out += '\n';
     const int room = std::max(8, screen.width() - cells_of(label) - 1);
     // A long line shows the part that ends with the cursor.
@@ -151,10 +154,15 @@ void Output::draw_line(QByteArray& out)
 
 void Output::count_cells(const QByteArray& bytes)
 {
-    const int feed = int(bytes.lastIndexOf('\n'));
-    const int back = int(bytes.lastIndexOf('\r'));
-    const int from = std::max(feed, back) + 1;
-    if (from > 0)
-        column = 0;
-    column = (column + cells_of(plain(bytes.mid(from)))) % screen.width();
+    const QByteArray line = bytes.mid(int(bytes.lastIndexOf('\n')) + 1);
+    if (line.size() < bytes.size())
+        used = column = 0;
+    const int width = screen.width();
+    const QList<QByteArray> parts = line.split('\r');
+    for (int i = 0; i < parts.size(); ++i) {
+        if (i > 0 && used > 0)
+            column = (used - 1) / width * width; // the beginning of its last row
+        column += cells_of(plain(parts[i]));
+        used = std::max(used, column);
+    }
 }

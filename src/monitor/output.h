@@ -53,5 +53,6 @@ private:
     bool wanted = false; // a line below the text
     bool drawn = false;
     bool redraw = false;
-    int column = 0; // of the text's end, while a line is wanted
+    int used = 0;   // cells of the text's last line, while a line is drawn below it
+    int column = 0; // where the next character goes, among them
 };

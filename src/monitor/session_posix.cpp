@@ -80,12 +80,13 @@ bool Session::begin()
     if (!reader) {
         note("waiting for " + wire.name() + ": " + wire.fault().text);
         wait.begin(wire.folders(), time_now_ns());
-    } else if (screen.has_keys() || options.view.json) {
+    } else if (screen.has_keys()) {
         note(wire.name() + " is open; " + shown_key(options.prefix) + " ? lists the keys, " +
              shown_key(options.prefix) + " q quits");
+    } else if (options.view.json) {
+        note(wire.name() + " is open");
     }
-    if (screen.has_keys())
-        ask(Asking::Nothing);
+    ask(Asking::Nothing);
     return true;
 }
 

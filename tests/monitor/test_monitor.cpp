@@ -8,8 +8,8 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <csignal>
-#include <poll.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -135,15 +135,20 @@ TEST_F(Monitor, KeysGoOutAsTypedAndCommandsAfterThePrefix)
     type("\x14nA\r");
     EXPECT_EQ(port->read(2), "A\n");
     EXPECT_TRUE(shows("Enter sends lf"));
-    type("\x14x" "c0 ff:01\r");
+    type("\x14x"
+         "c0 ff:01\r");
     EXPECT_EQ(port->read(3), "\xc0\xff\x01");
-    type("\x14x" "c0 f\r");
+    type("\x14x"
+         "c0 f\r");
     EXPECT_TRUE(shows("not sent"));
     type("\x14h");
     EXPECT_TRUE(shows("view on"));
     port->write("xy");
     EXPECT_TRUE(shows("78 79"));
-    type("\x14t\x14t\x14t\x14" "e\x14z\x14i\x14l\x14" "d\x14" "b\x14?");
+    type("\x14t\x14t\x14t\x14"
+         "e\x14z\x14i\x14l\x14"
+         "d\x14"
+         "b\x14?");
     for (const char* text : {"stamps iso", "echo on", "no command", "received", "no control lines",
                              "DTR: ", "break: ", "time stamps: off"})
         EXPECT_TRUE(shows(text)) << text;
@@ -167,6 +172,8 @@ TEST_F(Monitor, LinesAreEditedAboveNothingOfWhatComes)
     port->write(" on");
     // Up to the end of what came, and the line again below it.
     EXPECT_TRUE(shows("\r\x1b[K\x1b[1A\r\x1b[4C on\r\n\r\x1b[K> kept"));
+    port->write("\r"); // the line is not over, and not erased
+    EXPECT_TRUE(shows(" on\r\n\r\x1b[K> kept\r\x1b[K\x1b[1A\r\x1b[7C\r\r\n\r\x1b[K> kept"));
     type("\x14/\x10\r");
     EXPECT_EQ(port->read(6), "hello\r");
     ::kill(child, SIGTERM);
@@ -240,17 +247,27 @@ TEST_F(Monitor, ScriptsSendWaitAndEndWithACode)
         const char* message;
     } rows[] = {
         {{"--send", "AT", "--until", "AT\\r"}, "", 0, "AT\r", ""},
-        {{"--send-hex", "00 ff", "--send", "x\\c", "--until", "x"}, "", 0,
-         QByteArray("\0\xffx", 3), ""},
+        {{"--send-hex", "00 ff", "--send", "x\\c", "--until", "x"},
+         "",
+         0,
+         QByteArray("\0\xffx", 3),
+         ""},
         {{"--send", "a", "--line-ending", "crlf", "--until", "\\n"}, "", 0, "a\r\n", ""},
         {{"--until", "two"}, "one\ntwo", 0, "one\ntwo", ""},
         {{"--line-ending", "cr", "--until", "two"}, "one\ntwo", 0, "one\rtwo", ""},
         {{"--send", "user?", "--expect", "user", "--reply", "me", "--expect", "me", "--reply",
-          "pass", "--until", "pass"}, "", 0, "user?\rme\rpass\r", ""},
+          "pass", "--until", "pass"},
+         "",
+         0,
+         "user?\rme\rpass\r",
+         ""},
         {{"--send", "a", "--until", "b", "--for", "0.2"}, "", 4, "a\r", "nothing came that fits b"},
         {{"--for", "0.1"}, "", 0, "", ""},
-        {{"--frame", "crc16", "--send-hex", "01 02", "--until", "\\x02"}, "", 0,
-         QByteArray::fromHex("010281e1"), ""},
+        {{"--frame", "crc16", "--send-hex", "01 02", "--until", "\\x02"},
+         "",
+         0,
+         QByteArray::fromHex("010281e1"),
+         ""},
         {{"--until", "("}, "", 2, "", "parenthesis"},
         {{"--reply", "x"}, "", 2, "", "no --expect"},
         {{"--send", "\\q"}, "", 2, "", "^~"},

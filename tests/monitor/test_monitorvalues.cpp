@@ -33,12 +33,16 @@ TEST(ByteText, IsWholeHoweverItIsCutAndDoesNoHarm)
         {"plain\r\n\ttext\b", "plain\r\n\ttext\b"},
         {"\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", "\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80"},
         {"\x1b[31mred\x1b[m \x1b[K\x1b[2D", "\x1b[31mred\x1b[m \x1b[K\x1b[2D"},
-        {"\x1b[2J\x1b]0;title\x07\x1b" "c", "\\x1b[2J\\x1b]0;title\\x07\\x1bc"},
+        {"\x1b[2J\x1b]0;title\x07\x1b"
+         "c",
+         "\\x1b[2J\\x1b]0;title\\x07\\x1bc"},
         {"\x1b[6n\x1b[?25l", "\\x1b[6n\\x1b[?25l"},
         {"\xff\xc0\x80\x80 \xed\xa0\x80", "\\xff\\xc0\\x80\\x80 \\xed\\xa0\\x80"},
         {"\xe2\x82 cut", "\\xe2\\x82 cut"},
         {"\xf5\xf0\x80\x80\x80", "\\xf5\\xf0\\x80\\x80\\x80"},
-        {"\xc2\x9b" "2J \xe2\x80\xae", "\\u009b2J \\u202e"}, // C1; text turned round
+        {"\xc2\x9b"
+         "2J \xe2\x80\xae",
+         "\\u009b2J \\u202e"}, // C1; text turned round
         {"end \xe2\x82", "end \\xe2\\x82"},
         {QByteArray("\0\x7f", 2), "\\x00\\x7f"},
     };
@@ -71,14 +75,10 @@ TEST(Keys, AfterThePrefixAreCommandsInAnyForm)
         std::optional<KeyAction> action;
         char unknown;
     } rows[] = {
-        {"abc\r\x03", "abc\r\x03", {}, 0},
-        {"\x14q", "", KeyAction::Quit, 0},
-        {"\x14Q", "", KeyAction::Quit, 0},
-        {"\x14\x11", "", KeyAction::Quit, 0},
-        {"\x14?", "", KeyAction::Help, 0},
-        {"\x14/", "", KeyAction::Strings, 0},
-        {"\x14\x14z", "\x14z", {}, 0},
-        {"\x14z", "", {}, 'z'},
+        {"abc\r\x03", "abc\r\x03", {}, 0}, {"\x14q", "", KeyAction::Quit, 0},
+        {"\x14Q", "", KeyAction::Quit, 0}, {"\x14\x11", "", KeyAction::Quit, 0},
+        {"\x14?", "", KeyAction::Help, 0}, {"\x14/", "", KeyAction::Strings, 0},
+        {"\x14\x14z", "\x14z", {}, 0},     {"\x14z", "", {}, 'z'},
     };
     for (const auto& row : rows)
         for (int piece : {1, 2, 100}) {
@@ -156,8 +156,12 @@ TEST(LineEdit, HasTheHabitsOfReadline)
         {"abc\x1b[D\x1b[D\x1b[3~Y", "aYc", 2},
         {"abc\x02\x7f", "ac", 1},
         {"one two\x17X", "one X", 5},
-        {"one two\x1b" "bX", "one Xtwo", 5},
-        {"one two\x01\x1b" "d!", "! two", 1},
+        {"one two\x1b"
+         "bX",
+         "one Xtwo", 5},
+        {"one two\x01\x1b"
+         "d!",
+         "! two", 1},
         {"one two\x15new ", "new ", 4},
         {"one two\x01\x0b\x19\x19", "one twoone two", 14},
         {"typed\x1b[A\x1b[A", "third one", 9},
@@ -231,7 +235,7 @@ TEST(View, ShowsTheSameBytesInEachForm)
                               "> 41 54                                            AT\n"
                               "< 00 ff                                            ..\n[said]\n");
     options = {};
-    options.json = true; 
+    options.json = true;
     EXPECT_EQ(shown(options),
               "{\"direction\":\"in\",\"time_ns\":1000000000,\"hex\":\"6f 6e 65 0d 0a 74 77 6f 0a\","
               "\"text\":\"one\\r\\ntwo\\n\"}\n"
@@ -261,7 +265,8 @@ TEST(View, ShowsWhatAFramerFoundLineByLine)
 TEST(Stamps, HaveDateMicrosecondsAndZone)
 {
     qputenv("TZ", "XYZ-05:30");
-    EXPECT_EQ(stamp_text(StampKind::Iso, 1'000'123'456'789, {}), "1970-01-01T05:46:40.123456+05:30 ");
+    EXPECT_EQ(stamp_text(StampKind::Iso, 1'000'123'456'789, {}),
+              "1970-01-01T05:46:40.123456+05:30 ");
     EXPECT_EQ(stamp_text(StampKind::Time, 1'000'123'456'789, {}), "05:46:40.123 ");
     qunsetenv("TZ");
     EXPECT_EQ(stamp_text(StampKind::Delta, 5'000, 2'000'005'000), "-2.000000 ");

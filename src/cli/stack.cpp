@@ -1,5 +1,6 @@
 #include "cli/stack.h"
 
+#include "cli/boundedcnet.h"
 #include "cli/portadvice.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercrc16.h"
@@ -38,44 +39,45 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     return settings;
 }
 
-void add_framer(std::vector<std::unique_ptr<QFramer>>& framers, const FramerDescription& framer,
-                QLink& link)
+using Framers = std::vector<std::unique_ptr<QFramer>>;
+
+// Puts a new framer on top.
+template <typename Framer> Framer& add(Framers& framers)
 {
-    QFramer* lower = framers.back().get();
+    QFramer* const lower = framers.back().get();
+    auto framer = std::make_unique<Framer>(lower);
+    Framer& added = *framer;
+    framers.push_back(std::move(framer));
+    return added;
+}
+
+void add_framer(Framers& framers, const FramerDescription& framer, QLink& link)
+{
     switch (framer.kind) {
     case FramerKind::None:
         break;
     case FramerKind::Crc16:
-        framers.push_back(std::make_unique<QFramerCrc16>(lower));
+        add<QFramerCrc16>(framers);
         break;
-    case FramerKind::Rtu: {
-        auto rtu = std::make_unique<QFramerRtu>(lower);
-        rtu->slave_set(std::uint8_t(framer.number));
-        framers.push_back(std::move(rtu));
+    case FramerKind::Rtu:
+        add<QFramerRtu>(framers).slave_set(std::uint8_t(framer.number));
         break;
-    }
-    case FramerKind::Chan: {
-        auto chan = std::make_unique<QFramerChan>(lower);
-        chan->chan_set(framer.prefix.constData(), unsigned(framer.prefix.size()));
-        framers.push_back(std::move(chan));
+    case FramerKind::Chan:
+        add<QFramerChan>(framers).chan_set(framer.prefix.constData(),
+                                           unsigned(framer.prefix.size()));
         break;
-    }
-    case FramerKind::Cnet: {
-        auto cnet = std::make_unique<BoundedCnet>(lower);
-        cnet->target_set(std::uint16_t(framer.number));
-        framers.push_back(std::move(cnet));
+    case FramerKind::Cnet:
+        add<BoundedCnet>(framers).target_set(std::uint16_t(framer.number));
         break;
-    }
     case FramerKind::Rwlt:
-        framers.push_back(std::make_unique<QFramerRwlt>(lower));
+        add<QFramerRwlt>(framers);
         break;
     case FramerKind::Dorv: {
-        auto dorv = std::make_unique<QFramerDorv>(lower);
-        dorv->link_set(&link);
-        dorv->raw_set(framer.number == DORV_RAW);
+        auto& dorv = add<QFramerDorv>(framers);
+        dorv.link_set(&link);
+        dorv.raw_set(framer.number == DORV_RAW);
         if (framer.number != DORV_RAW)
-            dorv->mode_set(framer.number);
-        framers.push_back(std::move(dorv));
+            dorv.mode_set(framer.number);
         break;
     }
     }

@@ -4,7 +4,7 @@
 #include "cli/failure.h"
 #include "cli/stacktext.h"
 #include "cli/tracedlink.h"
-#include "framers/qframercnet.h"
+#include "framers/qframer.h"
 
 #include <QThread>
 #include <atomic>
@@ -16,35 +16,7 @@ struct StackDescription
 {
     LinkDescription link;
     QVector<FramerDescription> framers;
-    int timeout_ms;
-};
-
-// A framer for cnet devices that gives up a local device which stays busy.
-class BoundedCnet : public QFramerCnet
-{
-public:
-    // One that is busy for longer than a second won't recover by itself.
-    static constexpr int ATTEMPTS = 50;
-    static constexpr unsigned PAUSE_MS = 20;
-
-    explicit BoundedCnet(QFramer* lower)
-        : QFramerCnet(lower)
-    {
-        keep_trying_set([this] {
-            QThread::msleep(PAUSE_MS);
-            return ++attempts < ATTEMPTS;
-        });
-    }
-
-    // The attempts count anew.
-    int write(const char* buffer, int nbytes) override
-    {
-        attempts = 0;
-        return QFramerCnet::write(buffer, nbytes);
-    }
-
-private:
-    int attempts = 0;
+    int timeout_ms = 0;
 };
 
 // On the link, the lowest first; the lowest passes the payload as it is.

@@ -65,6 +65,8 @@ int DescriptorLink::write(const char* buffer, int nbytes)
     int done = 0;
     while (done < nbytes && !lost) {
         const int count = wire.send(buffer + done, nbytes - done);
+        if (count == Wire::REFUSED)
+            return -1;
         lost = count < 0;
         if (tap && count > 0)
             tap({time_now_ns(),

@@ -34,10 +34,14 @@ public:
 
 private:
     bool take_changes();
+    // Watches the folders, or what is there of the way to them. Whether that is other than before.
+    bool watch();
 
     bool active = false;
     bool blind = false;
     int again_ms = AGAIN_MS;
     int notify = -1;
+    QStringList wanted;
+    QStringList watched;
     std::optional<std::int64_t> next_try;
 };

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <sys/inotify.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 constexpr std::uint32_t CHANGES = IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_DELETE | IN_MOVED_FROM;
@@ -35,13 +36,25 @@ void PortWait::begin(const QStringList& folders, std::int64_t first_try_ns)
     blind = folders.isEmpty();
     next_try = first_try_ns;
     again_ms = AGAIN_MS;
+    wanted = folders;
     if (blind)
         return;
     notify = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-    for (const QString& folder : folders)
-        if (::inotify_add_watch(notify, QFile::encodeName(nearest(folder)).constData(), CHANGES) <
-            0)
+    watch();
+}
+
+bool PortWait::watch()
+{
+    QStringList there;
+    for (const QString& folder : std::as_const(wanted))
+        there.append(nearest(folder));
+    if (there == watched)
+        return false;
+    watched = there;
+    for (const QString& folder : std::as_const(watched))
+        if (::inotify_add_watch(notify, QFile::encodeName(folder).constData(), CHANGES) < 0)
             blind = true;
+    return true;
 }
 
 void PortWait::end()
@@ -51,6 +64,7 @@ void PortWait::end()
     if (notify >= 0)
         ::close(notify);
     notify = -1;
+    watched.clear();
 }
 
 bool PortWait::is_time(std::int64_t now_ns)
@@ -68,7 +82,9 @@ bool PortWait::is_time(std::int64_t now_ns)
 
 void PortWait::failed(bool present, std::int64_t now_ns)
 {
-    if (blind)
+    if (!blind && watch())
+        next_try = now_ns; // the port may have come into a new folder before it was watched
+    else if (blind)
         next_try = now_ns + BLIND_MS * NS_PER_MS;
     else if (present)
         next_try = now_ns + again_ms * NS_PER_MS;

@@ -45,7 +45,7 @@ private:
     void run_stream();
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
-    void write_frames(QFramer& top);
+    void write_frames(QFramer& top, const DescriptorLink& link);
 
     Wire& wire;
     Inbox& inbox;

@@ -104,14 +104,14 @@ void Reader::run_frames()
             if (stopping)
                 return;
         }
-        write_frames(top);
+        write_frames(top, link);
         if (link.has_waiting() || waiting[0].revents != 0)
             read_frame(top, link);
     }
     inbox.put_end();
 }
 
-void Reader::write_frames(QFramer& top)
+void Reader::write_frames(QFramer& top, const DescriptorLink& link)
 {
     QVector<QByteArray> payloads;
     {
@@ -119,7 +119,9 @@ void Reader::write_frames(QFramer& top)
         payloads.swap(outgoing);
     }
     for (const QByteArray& payload : payloads)
-        top.write(payload.constData(), int(payload.size()));
+        if (top.write(payload.constData(), int(payload.size())) < 0 && !link.has_gone())
+            inbox.put_note("a frame was not sent: the device or the network takes nothing",
+                           time_now_ns());
 }
 
 // What a framer refuses is shown as it came.

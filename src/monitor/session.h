@@ -85,6 +85,7 @@ private:
     // session_send_posix.cpp: what goes out
     void send(const QByteArray& bytes);
     void push();
+    void refuse(const QByteArray& bytes, const QString& reason);
     void feed_file();
     void take_input();
     void take_piped(const QByteArray& bytes);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <unistd.h>
 
 namespace {
@@ -31,6 +32,17 @@ void Session::send(const QByteArray& bytes)
     output->add(frame);
 }
 
+// The same would happen to the rest of a file.
+void Session::refuse(const QByteArray& bytes, const QString& reason)
+{
+    if (file) {
+        end_file(reason);
+        return;
+    }
+    note("not sent: " + reason);
+    queue.taken(int(bytes.size()), time_now_ns());
+}
+
 // As much as the wire takes now.
 void Session::push()
 {
@@ -41,6 +53,10 @@ void Session::push()
         if (bytes.isEmpty())
             return;
         const int count = wire.send(bytes.constData(), int(bytes.size()));
+        if (count == Wire::REFUSED) {
+            refuse(bytes, QString::fromLocal8Bit(std::strerror(errno)));
+            continue;
+        }
         blocked = count < bytes.size();
         if (count <= 0)
             return; // the reader is the one that notices a loss

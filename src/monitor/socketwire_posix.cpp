@@ -96,9 +96,8 @@ int SocketWire::send(const char* bytes, int count)
     everybody.sin_family = AF_INET;
     everybody.sin_port = htons(std::uint16_t(remote_port));
     everybody.sin_addr.s_addr = INADDR_BROADCAST;
-    const ssize_t sent = ::sendto(handle, bytes, std::size_t(count), 0,
-                                  reinterpret_cast<const sockaddr*>(&everybody), sizeof everybody);
-    return sent < 0 ? 0 : int(sent);
+    return result_of(::sendto(handle, bytes, std::size_t(count), 0,
+                              reinterpret_cast<const sockaddr*>(&everybody), sizeof everybody));
 }
 
 void SocketWire::close()

@@ -26,7 +26,10 @@ public:
     virtual bool open() = 0;
     virtual void close() = 0;
     virtual int descriptor() const = 0;
-    // Bytes that were taken, 0 when none can be now, -1 when the device has gone.
+    enum SendResult { GONE = -1, REFUSED = -2 };
+
+    // Bytes that were taken, 0 when none can be now, GONE, or REFUSED when the system can't send
+    // this datagram, for which errno says why.
     virtual int send(const char* bytes, int count);
     // An end of what is read is an end of the connection. A datagram may be empty, and a refused
     // one doesn't end anything.
@@ -44,6 +47,8 @@ public:
     const WireFault& fault() const { return last_fault; }
 
 protected:
+    // What a system call that sends has given, as send() returns it.
+    int result_of(long taken) const;
     // A tty whose reads don't wait gives 0 bytes as long as nothing comes; others at their end.
     virtual bool reads_nothing_when_idle() const { return false; }
 

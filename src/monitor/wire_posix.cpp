@@ -6,10 +6,17 @@
 
 int Wire::send(const char* bytes, int count)
 {
-    const ssize_t taken = ::write(descriptor(), bytes, std::size_t(count));
+    return result_of(::write(descriptor(), bytes, std::size_t(count)));
+}
+
+int Wire::result_of(long taken) const
+{
     if (taken >= 0)
         return int(taken);
-    return errno == EAGAIN || errno == EINTR || !is_stream() ? 0 : -1;
+    // A refused datagram was an earlier one.
+    if (errno == EAGAIN || errno == EINTR || (errno == ECONNREFUSED && !is_stream()))
+        return 0;
+    return is_stream() ? int(GONE) : int(REFUSED);
 }
 
 bool Wire::has_ended(long result) const

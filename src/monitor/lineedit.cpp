@@ -72,61 +72,88 @@ int LineEdit::take(const QByteArray& keys, int from)
 
 void LineEdit::control(char code)
 {
-    const bool again = searching;
-    searching = false;
-    switch (code) {
-    case '\r':
-    case '\n':
+    const bool searched = std::exchange(searching, false);
+    if (search_key(code, searched) || move_key(code) || change_key(code))
+        return;
+    if (code == '\r' || code == '\n')
         current = State::Done;
-        break;
-    case ctrl('C'):
-    case ctrl('G'):
+    else if (code == ctrl('C') || code == ctrl('G'))
         current = State::GivenUp;
-        break;
+}
+
+bool LineEdit::search_key(char code, bool searched)
+{
+    if (code == ctrl('R')) {
+        if (!searched)
+            needle = line;
+        searching = true;
+        search(row < 0 ? last_row() : row - 1);
+        return true;
+    }
+    if (searched && (code == ctrl('H') || code == 0x7f)) {
+        searching = true;
+        needle.chop(1);
+        search(last_row());
+        return true;
+    }
+    if (searched && row >= 0 && (code == ctrl('C') || code == ctrl('G'))) {
+        recall(last_row() + 1);
+        return true;
+    }
+    return false;
+}
+
+bool LineEdit::move_key(char code)
+{
+    switch (code) {
     case ctrl('A'):
         at = 0;
-        break;
+        return true;
     case ctrl('E'):
         at = int(line.size());
-        break;
+        return true;
     case ctrl('B'):
         at = std::max(0, at - 1);
-        break;
+        return true;
     case ctrl('F'):
         at = std::min(int(line.size()), at + 1);
-        break;
+        return true;
+    case ctrl('P'):
+        recall(row < 0 ? last_row() : row - 1);
+        return true;
+    case ctrl('N'):
+        recall(row < 0 ? -1 : row + 1);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool LineEdit::change_key(char code)
+{
+    switch (code) {
     case ctrl('H'):
     case 0x7f:
         line.remove(std::max(0, at - 1), at > 0 ? 1 : 0);
         at = std::max(0, at - 1);
-        break;
+        return true;
     case ctrl('D'):
         line.remove(at, 1);
-        break;
+        return true;
     case ctrl('W'):
         cut(word_left(), at);
-        break;
+        return true;
     case ctrl('U'):
         cut(0, at);
-        break;
+        return true;
     case ctrl('K'):
         cut(at, int(line.size()));
-        break;
+        return true;
     case ctrl('Y'):
         insert(yanked);
-        break;
-    case ctrl('P'):
-        recall(row < 0 ? int(history.lines().size()) - 1 : row - 1);
-        break;
-    case ctrl('N'):
-        recall(row < 0 ? -1 : row + 1);
-        break;
-    case ctrl('R'):
-        searching = again;
-        search();
-        break;
+        return true;
     default:
-        break;
+        return false;
     }
 }
 
@@ -165,9 +192,13 @@ void LineEdit::sequence(const QByteArray& keys)
 
 void LineEdit::insert(const QString& text)
 {
+    if (searching) {
+        needle += text;
+        search(row < 0 ? last_row() : row);
+        return;
+    }
     line.insert(at, text);
     at += int(text.size());
-    searching = false;
 }
 
 void LineEdit::cut(int from, int to)
@@ -212,12 +243,9 @@ void LineEdit::recall(int index)
     at = int(line.size());
 }
 
-void LineEdit::search()
+void LineEdit::search(int index)
 {
-    if (!searching)
-        needle = line;
-    searching = true;
-    for (int i = row < 0 ? int(history.lines().size()) - 1 : row - 1; i >= 0; --i)
+    for (int i = needle.isEmpty() ? -1 : index; i >= 0; --i)
         if (history.lines()[i].contains(needle)) {
             recall(i);
             return;

@@ -7,8 +7,8 @@
 //   Ctrl-W      the word before    Alt-D            the word after
 //   Ctrl-U      all before         Ctrl-K           all after          Ctrl-Y   what was cut
 //   up down     Ctrl-P Ctrl-N      earlier and later lines
-//   Ctrl-R      the last line before that contains what is typed, and again: the one before it
-//   Enter       done               Ctrl-C Ctrl-G    given up
+//   Ctrl-R      search for what is typed before it or after it; again: the line before
+//   Enter       done               Ctrl-C Ctrl-G    given up; in a search, back to what was typed
 #pragma once
 
 #include <QString>
@@ -43,16 +43,24 @@ public:
     const QString& text() const { return line; }
     int cursor() const { return at; } // in `text`
     void clear();                     // for the next line
+    bool is_searching() const { return searching; }
+    const QString& searched() const { return needle; }
 
 private:
     void control(char code);
+    // Whether the key is one of theirs.
+    bool search_key(char code, bool searched);
+    bool move_key(char code);
+    bool change_key(char code);
     void sequence(const QByteArray& keys);
     void insert(const QString& text);
     void cut(int from, int to);
     int word_left() const;
     int word_right() const;
     void recall(int index);
-    void search();
+    // From this line of the history backwards.
+    void search(int index);
+    int last_row() const { return int(history.lines().size()) - 1; }
 
     const History& history;
     QString line;

@@ -198,12 +198,15 @@ void Session::ask(Asking what)
 void Session::show_prompt()
 {
     static constexpr const char* LABELS[] = {"", "> ", "file: ", "hex: ", "string: "};
-    output->show_line(LABELS[int(asking)], *edit);
+    output->show_line(edit->is_searching() ? "search " + edit->searched() + ": "
+                                           : QString(LABELS[int(asking)]),
+                      *edit);
 }
 
 void Session::edit_line(const QByteArray& bytes)
 {
-    for (int at = 0; at < bytes.size() && edit;) {
+    int at = 0;
+    while (at < bytes.size() && edit) {
         at += edit->take(bytes, at);
         if (edit->state() == LineEdit::State::Done)
             answer();
@@ -212,6 +215,8 @@ void Session::edit_line(const QByteArray& bytes)
     }
     if (edit)
         show_prompt();
+    else if (at < bytes.size())
+        type(bytes.mid(at));
 }
 
 void Session::answer()

@@ -52,6 +52,8 @@ void Session::push()
         const QByteArray bytes = queue.ready(time_now_ns());
         if (bytes.isEmpty())
             return;
+        // Before, as the answer may be read by the other thread while the call returns.
+        const std::int64_t begun_ns = time_now_ns();
         const int count = wire.send(bytes.constData(), int(bytes.size()));
         if (count == Wire::REFUSED) {
             refuse(bytes, QString::fromLocal8Bit(std::strerror(errno)));
@@ -61,10 +63,10 @@ void Session::push()
         if (count <= 0)
             return; // the reader is the one that notices a loss
         Chunk chunk;
-        chunk.time_ns = time_now_ns();
+        chunk.time_ns = begun_ns;
         chunk.bytes = bytes.left(count);
         chunk.direction = Direction::Out;
-        queue.taken(count, chunk.time_ns);
+        queue.taken(count, time_now_ns());
         recorder.record(chunk);
         statistics.count(chunk);
         if (output)

@@ -192,9 +192,13 @@ TEST_F(Monitor, AFileGoesOutWholeAndCanBeStopped)
     type("\x14s" + sandbox.path("file").toLocal8Bit() + '\r');
     EXPECT_EQ(port->read(int(content.size())), content);
     EXPECT_TRUE(shows("file sent, " + QByteArray::number(content.size()) + " bytes"));
+    screen.clear();
     type("\x14s\x10\r"); // the same name again; nobody reads, so that it can't end
     EXPECT_TRUE(shows("Ctrl-C stops"));
     type("\x03");
+    EXPECT_TRUE(shows("stopped"));
+    screen.clear();
+    type("\x14s\x10\r\x03"); // typed ahead
     EXPECT_TRUE(shows("stopped"));
     type("\x14s/none\r");
     EXPECT_TRUE(shows("/none can't be read"));
@@ -227,9 +231,11 @@ TEST_F(Monitor, WaitsAtTheStartOrEndsWithThePort)
     port->unlink();
     EXPECT_EQ(run({}), 3);
     EXPECT_TRUE(err.contains("no such port")) << err.constData();
+    ASSERT_TRUE(QDir(sandbox.ports_folder()).removeRecursively());
     start({"--wait", "--no-reconnect"}, "waiting for adapter");
+    EXPECT_TRUE(QDir().mkpath(sandbox.ports_folder()));
     port->link_into(sandbox.ports_folder(), "adapter");
-    EXPECT_TRUE(shows("is back"));
+    ASSERT_TRUE(shows("is back"));
     port->hang_up();
     EXPECT_TRUE(shows("the link is lost"));
     EXPECT_EQ(exit_code(), 3);

@@ -169,6 +169,8 @@ TEST(LineEdit, HasTheHabitsOfReadline)
         {"\x10\x10\x10\x10\x10", "first one", 9},
         {"one\x12", "third one", 9},
         {"one\x12\x12", "first one", 9},
+        {"\x12sx\x7f\x12t", "first one", 9},
+        {"ird\x12\x07!", "ird!", 4},
         {"\xc3\xa9x\x1b[D\x7f", "x", 0},
         {"a\x1b[5~b", "ab", 2}, // page up means nothing
     };

@@ -91,7 +91,7 @@ bool DescriptorLink::can_read_line()
 QByteArray DescriptorLink::taken(std::int64_t& time_ns)
 {
     time_ns = log_ns;
-    const QByteArray bytes = log;
+    QByteArray bytes = log;
     log.clear();
     return bytes;
 }

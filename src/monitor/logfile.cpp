@@ -14,7 +14,7 @@ struct Unit
 
 constexpr Unit UNITS[] = {
     {"k", KILO, 0}, {"M", KILO* KILO, 0}, {"G", KILO* KILO* KILO, 0},
-    {"min", 0, 60}, {"h", 0, 3600},       {"d", 0, 24 * 3600},
+    {"min", 0, 60}, {"h", 0, 3600},       {"d", 0, std::int64_t(24) * 3600},
 };
 
 // How many periods of local time have passed; the day of a change of clocks has a shorter or longer

@@ -13,8 +13,7 @@ CaptureResult Recorder::open(const RecordSettings& settings)
 {
     if (settings.path.isEmpty())
         return {true, {}, {}, 0, 0};
-    const CaptureResult result =
-        writer.open(settings.path, settings.section, CaptureExisting::Append);
+    CaptureResult result = writer.open(settings.path, settings.section, CaptureExisting::Append);
     if (!result)
         return result;
     port = writer.add_port(settings.interface);

@@ -103,7 +103,7 @@ void Session::turn()
         watched(wait.descriptor(), POLLIN, wait.waiting()),
     };
     const int patience = reader && !sends_done ? 0 : patience_us(time_now_ns());
-    const timespec limit = {patience / 1'000'000, patience % 1'000'000 * 1000};
+    const timespec limit = {patience / 1'000'000, long(patience % 1'000'000) * 1000};
     ::ppoll(all, std::size(all), &limit, nullptr);
 
     take_signals();

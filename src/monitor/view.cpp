@@ -179,7 +179,7 @@ void View::end_line(QByteArray& out)
 
 QByteArray View::stamp(std::int64_t time_ns)
 {
-    const QByteArray text = stamp_text(shown.stamps, time_ns, last_stamp);
+    QByteArray text = stamp_text(shown.stamps, time_ns, last_stamp);
     if (!text.isEmpty())
         last_stamp = time_ns;
     return text;

@@ -8,7 +8,7 @@
 class Invocation;
 
 // What a command talks to, and with it which options it takes.
-enum class Needs { Nothing, Link, StackOrNothing, Stack };
+enum class Needs { Nothing, Link, StackOrNothing, Stack, Terminal };
 
 struct Command
 {
@@ -23,6 +23,7 @@ struct Command
 
 // Each file of commands gives its own.
 QList<Command> ports_commands();
+QList<Command> monitor_commands(); // not on Windows
 QList<Command> upgrade_commands();
 QList<Command> cnet_commands();
 QList<Command> cnet_search_commands();

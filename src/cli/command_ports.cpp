@@ -1,22 +1,14 @@
 // tarnwickctl ports: the serial ports of this machine.
 #include "cli/invocation.h"
+#include "cli/portadvice.h"
 
-#include "serialport/qextserialenumerator.h"
+#include "serialport/portdetails.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
 #include <algorithm>
 
 namespace {
-QString usb_id(const QextPortInfo& port)
-{
-    if (port.vendorID == 0 && port.productID == 0)
-        return {};
-    return QStringLiteral("%1:%2")
-        .arg(port.vendorID, 4, 16, QChar('0'))
-        .arg(port.productID, 4, 16, QChar('0'));
-}
-
 // The folder of virtual ports when it is there and none of its entries counts.
 QString ignored_folder()
 {
@@ -24,6 +16,82 @@ QString ignored_folder()
     const bool ignored =
         QFileInfo::exists(folder) && !QextSerialEnumerator::virtual_ports_folder_make();
     return ignored ? folder : QString();
+}
+
+struct ListedPort
+{
+    explicit ListedPort(const QextPortInfo& port)
+        : port(port)
+        , identity(port_identity(port))
+        , holders(port_holders(port.portName))
+        , bar(port_bar(port.portName, holders))
+    {
+    }
+
+    QextPortInfo port;
+    PortIdentity identity;
+    QVector<PortHolder> holders;
+    PortBar bar;
+};
+
+// Why the port can't be opened and what to do; empty when nothing is in the way.
+QString obstacle(const ListedPort& listed)
+{
+    switch (listed.bar) {
+    case PortBar::Rights:
+        return "you have no right to it. " + rights_advice(listed.port.portName);
+    case PortBar::Locked:
+        return "another program has locked it. " + busy_advice(listed.holders);
+    case PortBar::Missing:
+        return "the device is no longer there";
+    case PortBar::NoPort:
+        return "it is no serial port";
+    case PortBar::None:
+        break;
+    }
+    return {};
+}
+
+// A line with the port's name, and one for each other thing worth knowing, set in.
+void show(const ListedPort& listed, int name_width, Console& console)
+{
+    const QextPortInfo& port = listed.port;
+    QStringList about = {port.friendName, port.enumName, listed.identity.usb_id,
+                         listed.identity.driver};
+    about.removeAll({});
+    console.line((port.portName.leftJustified(name_width) + "  " + about.join(", ")).trimmed());
+    for (const QString& name : listed.identity.stable_names)
+        console.line("  always  " + name);
+    QStringList programs;
+    for (const PortHolder& holder : listed.holders)
+        programs.append(shown(holder));
+    if (!programs.isEmpty())
+        console.line("  in use  " + programs.join(", "));
+    const QString why = obstacle(listed);
+    if (!why.isEmpty())
+        console.line("  closed  " + why);
+}
+
+QJsonObject json_of(const ListedPort& listed)
+{
+    QJsonArray holders;
+    for (const PortHolder& holder : listed.holders)
+        holders.append(QJsonObject{
+            {"pid", holder.pid}, {"program", holder.program}, {"locked", holder.locked}});
+    const QextPortInfo& port = listed.port;
+    return {{"name", port.portName},
+            {"device", port.physName},
+            {"description", port.friendName},
+            {"manufacturer", port.enumName},
+            {"vendor_id", port.vendorID},
+            {"product_id", port.productID},
+            {"usb_id", listed.identity.usb_id},
+            {"serial_number", listed.identity.serial_number},
+            {"driver", listed.identity.driver},
+            {"stable_names", QJsonArray::fromStringList(listed.identity.stable_names)},
+            {"holders", holders},
+            {"can_open", listed.bar == PortBar::None},
+            {"obstacle", obstacle(listed)}};
 }
 
 void run_ports(Invocation& invocation)
@@ -35,16 +103,9 @@ void run_ports(Invocation& invocation)
         longest = std::max(longest, int(port.portName.size()));
     QJsonArray list;
     for (const QextPortInfo& port : ports) {
-        QStringList about = {port.friendName, port.enumName, usb_id(port)};
-        about.removeAll({});
-        invocation.console.line(
-            (port.portName.leftJustified(longest) + "  " + about.join(", ")).trimmed());
-        list.append(QJsonObject{{"name", port.portName},
-                                {"device", port.physName},
-                                {"description", port.friendName},
-                                {"manufacturer", port.enumName},
-                                {"vendor_id", port.vendorID},
-                                {"product_id", port.productID}});
+        const ListedPort listed(port);
+        show(listed, longest, invocation.console);
+        list.append(json_of(listed));
     }
     const QString ignored = ignored_folder();
     if (!ignored.isEmpty())
@@ -68,7 +129,12 @@ QList<Command> ports_commands()
          "",
          "List the serial ports of this machine.",
          "Lists the serial ports of this machine, those of simulated devices among them: name,\n"
-         "description, maker, and vendor and product of USB adapters.",
+         "description, maker, vendor and product of USB adapters, driver; and set in below it the\n"
+         "names that stay when ports change theirs (always), the programs that have it open\n"
+         "(in use), and why it can't be opened (closed). Nothing is opened for it.\n"
+         "\n"
+         "--link serial:NAME takes a port's name, the last part of it, or any part of what is\n"
+         "listed here that only one port has, as in serial:ftdi or serial:0403:6001.",
          {},
          Needs::Nothing,
          run_ports}};

@@ -83,6 +83,11 @@ QStringList Invocation::texts(const char* option) const
     return parser.values(option);
 }
 
+QStringList Invocation::given() const
+{
+    return parser.optionNames();
+}
+
 std::int64_t Invocation::number(const char* option, std::int64_t least, std::int64_t most) const
 {
     const auto value = number_in(text(option), least, most);

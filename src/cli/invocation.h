@@ -26,6 +26,7 @@ public:
     bool has(const char* option) const;
     QString text(const char* option) const;
     QStringList texts(const char* option) const; // of an option given several times
+    QStringList given() const;                   // the options in their order, each time
     std::int64_t number(const char* option, std::int64_t least, std::int64_t most) const;
 
     // The bytes that the command works on: --hex or --text; else the file that the argument names;

@@ -133,13 +133,21 @@ void run_command(const Command& command, const QStringList& words, Console& cons
                       "Is the disk full that the output goes to?"};
 }
 
+QList<Command> all_commands()
+{
+    QList<Command> commands = ports_commands();
+#ifdef Q_OS_UNIX
+    commands += monitor_commands();
+#endif
+    return commands + upgrade_commands() + cnet_commands() + dorv_commands() + frame_commands() +
+           capture_commands() + capture_print_commands() + capture_cut_commands() +
+           capture_diff_commands() + checksum_commands();
+}
+
 // Throws Failure.
 ExitCode run(const QStringList& arguments, Console& console)
 {
-    const QList<Command> commands = ports_commands() + upgrade_commands() + cnet_commands() +
-                                    dorv_commands() + frame_commands() + capture_commands() +
-                                    capture_print_commands() + capture_cut_commands() +
-                                    capture_diff_commands() + checksum_commands();
+    const QList<Command> commands = all_commands();
     if (arguments.value(0) == "--version") {
         print(QString("tarnwickctl ") + VERSION + '\n', {{"version", VERSION}}, console);
         return ExitCode::Done;

@@ -12,6 +12,20 @@ const char NO_DORV_ANSWER_ADVICE[] =
     "Is the module on and in command mode? `tarnwickctl dorv mode command` asks for that. Check "
     "the port, its rate and format, or wait longer with --timeout.";
 
+void check_no_dorv(const Piece& frame)
+{
+    for (const FramerDescription& framer : parse_framers(frame)) {
+        if (framer.kind == FramerKind::Dorv)
+            throw framer.piece.error("the settings are no payload: without dorv");
+    }
+}
+
+QString visible(const QByteArray& reply)
+{
+    return QString::fromLatin1(reply.trimmed()).replace('\r', "\\r").replace('\n', "\\n");
+}
+} // namespace
+
 StackDescription stack_description(const Invocation& invocation)
 {
     if (!invocation.has("link"))
@@ -29,20 +43,6 @@ StackDescription stack_description(const Invocation& invocation)
     return stack;
 }
 
-void check_no_dorv(const Piece& frame)
-{
-    for (const FramerDescription& framer : parse_framers(frame)) {
-        if (framer.kind == FramerKind::Dorv)
-            throw framer.piece.error("the settings are no payload: without dorv");
-    }
-}
-
-QString visible(const QByteArray& reply)
-{
-    return QString::fromLatin1(reply.trimmed()).replace('\r', "\\r").replace('\n', "\\n");
-}
-} // namespace
-
 QList<QCommandLineOption> stack_options(Needs needs)
 {
     QList<QCommandLineOption> options = {
@@ -59,6 +59,9 @@ QList<QCommandLineOption> stack_options(Needs needs)
         "What is around the payload on that link: none, crc16, rtu:ADDRESS, chan:PREFIX, ... "
         "joined by +, the one nearest to the link first.",
         "framers", "none");
+    // A terminal shows every exchange as it is, and has a log of its own kind.
+    if (needs == Needs::Terminal)
+        options = options.mid(0, 2);
     if (needs >= Needs::StackOrNothing)
         options.insert(1, frame);
     return options;

@@ -10,6 +10,9 @@
 // through framers.
 QList<QCommandLineOption> stack_options(Needs needs);
 
+// The link and framers as the options say. Throws Failure when the texts are wrong.
+StackDescription stack_description(const Invocation& invocation);
+
 // A log and a stack as the options say, not open yet. Throws Failure when the texts are wrong.
 struct Connection
 {

@@ -1,6 +1,7 @@
 #include "cli/stack.h"
 
 #include "cli/boundedcnet.h"
+#include "cli/portadvice.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercrc16.h"
 #include "framers/qframerdorv.h"
@@ -12,25 +13,10 @@
 #include "links/qlinkwinsock.h"
 #include "serialport/qextserialenumerator.h"
 
-#include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QSerialPort>
-#include <algorithm>
 
 namespace {
-// The path of a port that is named by its last part alone, such as ttyUSB0 or boot.
-QString full_port_name(const QString& name)
-{
-    if (name.contains('/') || name.contains('\\'))
-        return name;
-    for (const QextPortInfo& port : QextSerialEnumerator::getPorts()) {
-        if (port.portName == name || port.portName.endsWith('/' + name))
-            return port.portName;
-    }
-    return name;
-}
-
 tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
 {
     tcpip_cfg settings = tcpip_defaults();
@@ -53,74 +39,67 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     return settings;
 }
 
-const char LIST_ADVICE[] = "`tarnwickctl ports` lists the ports of this machine.";
+using Framers = std::vector<std::unique_ptr<QFramer>>;
 
-bool has_open(const QFileInfoList& files, const QString& device)
+// Puts a new framer on top.
+template <typename Framer> Framer& add(Framers& framers)
 {
-    return std::any_of(files.cbegin(), files.cend(),
-                       [&](const QFileInfo& file) { return file.symLinkTarget() == device; });
+    QFramer* const lower = framers.back().get();
+    auto framer = std::make_unique<Framer>(lower);
+    Framer& added = *framer;
+    framers.push_back(std::move(framer));
+    return added;
 }
 
-// The other programs that have the device open, as in "picocom (4711)". Sees those that this user
-// may look at, on systems with a /proc. Who made a pseudo-terminal has both sides open, and isn't
-// meant.
-QStringList holders(const QString& port)
+void add_framer(Framers& framers, const FramerDescription& framer, QLink& link)
 {
-    const QString device = QFileInfo(port).canonicalFilePath();
-    QStringList found;
-    for (const QString& pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
-        const QDir process("/proc/" + pid);
-        const auto files = QDir(process.filePath("fd")).entryInfoList(QDir::Files | QDir::System);
-        const bool maker = has_open(files, "/dev/ptmx") || has_open(files, "/dev/pts/ptmx");
-        QFile name(process.filePath("comm"));
-        if (!maker && has_open(files, device) && name.open(QIODevice::ReadOnly))
-            found.append(QString::fromLocal8Bit(name.readAll()).trimmed() + " (" + pid + ')');
+    switch (framer.kind) {
+    case FramerKind::None:
+        break;
+    case FramerKind::Crc16:
+        add<QFramerCrc16>(framers);
+        break;
+    case FramerKind::Rtu:
+        add<QFramerRtu>(framers).slave_set(std::uint8_t(framer.number));
+        break;
+    case FramerKind::Chan:
+        add<QFramerChan>(framers).chan_set(framer.prefix.constData(),
+                                           unsigned(framer.prefix.size()));
+        break;
+    case FramerKind::Cnet:
+        add<BoundedCnet>(framers).target_set(std::uint16_t(framer.number));
+        break;
+    case FramerKind::Rwlt:
+        add<QFramerRwlt>(framers);
+        break;
+    case FramerKind::Dorv: {
+        auto& dorv = add<QFramerDorv>(framers);
+        dorv.link_set(&link);
+        dorv.raw_set(framer.number == DORV_RAW);
+        if (framer.number != DORV_RAW)
+            dorv.mode_set(framer.number);
+        break;
     }
-    return found;
-}
-
-QString busy_advice(const QString& port)
-{
-    const QStringList programs = holders(port);
-    return programs.isEmpty()
-               ? QString("Another program holds it: end that program, or take another port.")
-               : "It is open in " + programs.join(", ") + ": end that, or take another port.";
-}
-
-// `error` and `reason` are the port's lastError() and errorString().
-Failure port_failure(const QString& port, ulong error, const QString& reason)
-{
-    const QFileInfo file(port);
-    const QString what = "the port " + port + " can't be opened: ";
-    if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
-        return {ExitCode::Link, what + "there is no such port", LIST_ADVICE};
-    if (file.isFile() || file.isDir())
-        return {ExitCode::Link, what + "it is no serial port", LIST_ADVICE};
-    if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
-        return {
-            ExitCode::Link, what + "permission denied",
-            "Ports belong to a group, mostly dialout: `sudo adduser $USER dialout`, then log in "
-            "again."};
-    // The rights are there, so that somebody else has it.
-    if (error == QSerialPort::PermissionError)
-        return {ExitCode::Link, what + reason, busy_advice(port)};
-    if (error == QSerialPort::UnsupportedOperationError)
-        return {ExitCode::Link, what + reason,
-                "It may be no serial port, or need another rate or format in --link."};
-    return {ExitCode::Link, what + reason,
-            "Is the adapter all right, and does the port belong to a device? Plug the adapter in "
-            "again, or take another port."};
+    }
 }
 } // namespace
+
+std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
+                                                   const QVector<FramerDescription>& descriptions)
+{
+    std::vector<std::unique_ptr<QFramer>> framers;
+    framers.push_back(std::make_unique<QFramerNull>(&link));
+    for (const FramerDescription& description : descriptions)
+        add_framer(framers, description, link);
+    return framers;
+}
 
 Stack::Stack(const StackDescription& description, ExchangeLog& log)
     : description(description.link)
     , log(log)
 {
     add_link(description.timeout_ms);
-    framers.push_back(std::make_unique<QFramerNull>(traced.get()));
-    for (const FramerDescription& framer : description.framers)
-        add_framer(framer);
+    framers = make_framers(*traced, description.framers);
     for (const auto& framer : framers)
         QObject::connect(
             framer.get(), &QFramer::log, framer.get(),
@@ -155,46 +134,6 @@ void Stack::add_link(int timeout_ms)
         own(new QLinkTcpip(&settings));
     else
         own(new QLinkWinsock(&settings));
-}
-
-template <typename Framer> Framer& Stack::add()
-{
-    QFramer* const lower = framers.back().get();
-    auto framer = std::make_unique<Framer>(lower);
-    Framer& added = *framer;
-    framers.push_back(std::move(framer));
-    return added;
-}
-
-void Stack::add_framer(const FramerDescription& framer)
-{
-    switch (framer.kind) {
-    case FramerKind::None:
-        break;
-    case FramerKind::Crc16:
-        add<QFramerCrc16>();
-        break;
-    case FramerKind::Rtu:
-        add<QFramerRtu>().slave_set(std::uint8_t(framer.number));
-        break;
-    case FramerKind::Chan:
-        add<QFramerChan>().chan_set(framer.prefix.constData(), unsigned(framer.prefix.size()));
-        break;
-    case FramerKind::Cnet:
-        add<BoundedCnet>().target_set(std::uint16_t(framer.number));
-        break;
-    case FramerKind::Rwlt:
-        add<QFramerRwlt>();
-        break;
-    case FramerKind::Dorv: {
-        auto& dorv = add<QFramerDorv>();
-        dorv.link_set(traced.get());
-        dorv.raw_set(framer.number == DORV_RAW);
-        if (framer.number != DORV_RAW)
-            dorv.mode_set(framer.number);
-        break;
-    }
-    }
 }
 
 void Stack::open()
@@ -241,11 +180,8 @@ Failure Stack::open_failure() const
 {
     if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
         return port_failure(description.port, serial->open_error(), serial->open_error_text());
-    const QString peer =
-        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
-    return {ExitCode::Link, "no connection to " + peer,
-            "Check that the device or gateway is on, that address and port are right, and that no "
-            "firewall is between; a slow network needs a longer --timeout."};
+    return network_failure(
+        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port)));
 }
 
 bool Stack::port_gone() const

@@ -19,6 +19,10 @@ struct StackDescription
     int timeout_ms = 0;
 };
 
+// On the link, the lowest first; the lowest passes the payload as it is.
+std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
+                                                   const QVector<FramerDescription>& descriptions);
+
 class Stack
 {
 public:
@@ -48,9 +52,6 @@ public:
 
 private:
     void add_link(int timeout_ms);
-    void add_framer(const FramerDescription& description);
-    // Puts a new framer on top.
-    template <typename Framer> Framer& add();
     bool port_gone() const;
     Failure open_failure() const;
 

@@ -1,5 +1,6 @@
 #include "serialport/eventport.h"
 
+#include "serialport/modemlines.h"
 #include "serialport/portdrain.h"
 #include "serialport/tty.h"
 
@@ -16,18 +17,23 @@ EventPort::EventPort(const QString& name, const PortSettings& settings, qint64 w
     , write_limit(write_limit)
 {
     tty_settings_prepare(*serial, name, settings);
+    break_timer.setSingleShot(true);
+    break_timer.setTimerType(Qt::PreciseTimer);
+    connect(&break_timer, &QTimer::timeout, this, &EventPort::end_break);
 }
 
-bool EventPort::open(QIODevice::OpenMode mode)
+bool EventPort::open(QIODevice::OpenMode mode, const LinesAtOpen& lines)
 {
     const auto lock = std::make_shared<TtyDescriptor>();
     PortFailure failure = lock->open(*serial, mode);
+    lines_prepare(lock->number(), lines);
     if (!failure)
         failure = tty_settings_open(*serial, settings, mode, *lock);
     if (failure) {
         fail(failure.code, failure.text);
         return false;
     }
+    settle(lines_apply(*serial, lines));
     // The lock goes wherever the port is closed, here or by a PortDrain.
     connect(serial.get(), &QSerialPort::aboutToClose, serial.get(), [lock] { lock->close(); });
     connect(serial.get(), &QSerialPort::readyRead, this, &EventPort::announce);
@@ -56,6 +62,7 @@ void EventPort::announce()
 void EventPort::close()
 {
     announcing = false;
+    end_break();
     serial->disconnect(this);
     PortDrain::begin(std::move(serial), name, settings.Timeout_Millisec);
 }
@@ -103,6 +110,38 @@ qint64 EventPort::write(const char* data, qint64 size)
     return accepted;
 }
 
+int EventPort::line_status()
+{
+    if (lost)
+        return -1;
+    PortFailure failure;
+    const int status = lines_read(*serial, failure);
+    settle(failure);
+    return status;
+}
+
+bool EventPort::set_line(LineStatus line, bool on)
+{
+    return !lost && settle(line_set(*serial, line, on));
+}
+
+bool EventPort::send_break(int ms)
+{
+    if (lost || !settle(break_set(*serial, true)))
+        return false;
+    breaking = true;
+    break_timer.start(qMax(0, ms));
+    return true;
+}
+
+void EventPort::end_break()
+{
+    break_timer.stop();
+    if (breaking && !lost)
+        settle(break_set(*serial, false));
+    breaking = false;
+}
+
 void EventPort::handle_error(QSerialPort::SerialPortError error)
 {
     if (error == QSerialPort::NoError || lost)
@@ -127,4 +166,12 @@ void EventPort::fail(QSerialPort::SerialPortError code, const QString& text)
 {
     error_code = code;
     error_text = text;
+}
+
+// Keeps the failure, if it is one, as the last; whether it is none.
+bool EventPort::settle(const PortFailure& failure)
+{
+    if (failure)
+        fail(failure.code, failure.text);
+    return !failure;
 }

@@ -2,6 +2,7 @@
 // loop.
 #pragma once
 
+#include "serialport/linestatus.h"
 #include "serialport/portsettings.h"
 
 #include <QSerialPort>
@@ -11,7 +12,9 @@
 #include "serialport/tty.h"
 class QDeadlineTimer;
 #else
+#include <functional>
 #include <thread>
+struct PortFailure;
 struct PolledState;
 #endif
 
@@ -29,7 +32,7 @@ public:
     PolledPort(const QString& name, const PortSettings& settings);
     ~PolledPort();
 
-    bool open(QIODevice::OpenMode mode);
+    bool open(QIODevice::OpenMode mode, const LinesAtOpen& lines);
     // Waits at most the time-out for the system's queue to go out, and discards the rest.
     void close();
 
@@ -45,6 +48,15 @@ public:
     // Drops all that has arrived before the call.
     void discard_input();
 
+    // The LineStatus bits, or -1 with an error.
+    int line_status();
+    bool set_line(LineStatus line, bool on);
+    // Waits at most the time-out for the system's queue to go out, and then for the break's end.
+    bool send_break(int ms);
+
+    // What poll() takes; -1 while closed and where ports are no descriptors.
+    int descriptor() const;
+
     QString error_string();
     QSerialPort::SerialPortError error();
 
@@ -57,6 +69,8 @@ private:
     qint64 take(char* data, qint64 most);
     bool pull();
     void pull_all();
+    void wait_for_output();
+    bool settle(const PortFailure& failure);
     void lose();
 
     TtyDescriptor tty;  // reads and writes
@@ -65,7 +79,8 @@ private:
     bool lost = false;
     PortFailure failure;
 #else
-    void serve(QIODevice::OpenMode mode);
+    void serve(QIODevice::OpenMode mode, const LinesAtOpen& lines);
+    bool call(const std::function<PortFailure(QSerialPort&)>& operation);
 
     std::thread thread;
     const std::unique_ptr<PolledState> state;

@@ -2,6 +2,7 @@
 // deadline.
 #include "serialport/polledport.h"
 
+#include "serialport/modemlines.h"
 #include "serialport/portwatch.h"
 
 #include <QDeadlineTimer>
@@ -48,24 +49,26 @@ PolledPort::~PolledPort()
     close();
 }
 
-bool PolledPort::open(QIODevice::OpenMode mode)
+bool PolledPort::open(QIODevice::OpenMode mode, const LinesAtOpen& lines)
 {
     failure = tty.open(serial, mode);
+    lines_prepare(tty.number(), lines);
     // One that is open for reading reads by itself as soon as an event loop runs.
     if (!failure)
         failure = tty_settings_open(serial, settings, QIODevice::WriteOnly, tty);
-    if (failure)
+    if (failure) {
         tty.close();
-    return !failure;
+        return false;
+    }
+    settle(lines_apply(serial, lines));
+    return true;
 }
 
 void PolledPort::close()
 {
     if (!serial.isOpen())
         return;
-    const QDeadlineTimer end = deadline();
-    while (!lost && tty_output_queue(serial) > 0 && !end.hasExpired())
-        QThread::msleep(OUTPUT_QUEUE_POLL_MS);
+    wait_for_output();
     tty_discard_output(serial);
     tty.close();
     serial.close();
@@ -138,6 +141,37 @@ void PolledPort::discard_input()
     }
 }
 
+int PolledPort::line_status()
+{
+    if (lost)
+        return -1;
+    PortFailure why;
+    const int status = lines_read(serial, why);
+    settle(why);
+    return status;
+}
+
+bool PolledPort::set_line(LineStatus line, bool on)
+{
+    return !lost && settle(line_set(serial, line, on));
+}
+
+bool PolledPort::send_break(int ms)
+{
+    if (lost)
+        return false;
+    wait_for_output();
+    if (!settle(break_set(serial, true)))
+        return false;
+    QThread::msleep(static_cast<unsigned long>(qMax(0, ms)));
+    return settle(break_set(serial, false));
+}
+
+int PolledPort::descriptor() const
+{
+    return tty.number();
+}
+
 QString PolledPort::error_string()
 {
     return failure.text;
@@ -151,6 +185,23 @@ QSerialPort::SerialPortError PolledPort::error()
 QDeadlineTimer PolledPort::deadline() const
 {
     return QDeadlineTimer(qMax(0L, settings.Timeout_Millisec), Qt::PreciseTimer);
+}
+
+void PolledPort::wait_for_output()
+{
+    const QDeadlineTimer end = deadline();
+    while (!lost && tty_output_queue(serial) > 0 && !end.hasExpired())
+        QThread::msleep(OUTPUT_QUEUE_POLL_MS);
+}
+
+// Keeps the failure, if it is one, as the last; whether it is none.
+bool PolledPort::settle(const PortFailure& why)
+{
+    if (why.code == QSerialPort::ResourceError)
+        lose();
+    else if (why)
+        failure = why;
+    return !why;
 }
 
 // What was read ahead, at most `most` bytes.

@@ -2,12 +2,14 @@
 // with a guarded buffer in between.
 #include "serialport/polledport.h"
 
+#include "serialport/modemlines.h"
 #include "serialport/portwatch.h"
 #include "serialport/tty.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QThread>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -44,12 +46,14 @@ class SerialPump : public QObject
 public:
     SerialPump(const QString& name, const PortSettings& settings, PolledState& state);
 
-    bool open(QIODevice::OpenMode mode);
+    bool open(QIODevice::OpenMode mode, const LinesAtOpen& lines);
     // Serves the port until the driver asks for the close.
     void run();
     // Takes what the driver has left in the state: bytes to write, a withdrawal, room for more
     // input.
     Q_INVOKABLE void turn();
+    // Keeps why the operation failed; whether it didn't.
+    bool call(const std::function<PortFailure(QSerialPort&)>& operation);
 
 private:
     void withdraw_output();
@@ -78,7 +82,7 @@ SerialPump::SerialPump(const QString& name, const PortSettings& settings, Polled
     serial.setReadBufferSize(PolledPort::AHEAD_LIMIT);
 }
 
-bool SerialPump::open(QIODevice::OpenMode mode)
+bool SerialPump::open(QIODevice::OpenMode mode, const LinesAtOpen& lines)
 {
     // Without one no event loop runs, and the pump would spin.
     PortFailure failure;
@@ -93,6 +97,7 @@ bool SerialPump::open(QIODevice::OpenMode mode)
         fail(failure);
         return false;
     }
+    call([&](QSerialPort& port) { return lines_apply(port, lines); });
     connect(&serial, &QSerialPort::readyRead, this, &SerialPump::fetch);
     connect(&serial, &QSerialPort::bytesWritten, this, &SerialPump::count_written);
     connect(&serial, &QSerialPort::errorOccurred, this, &SerialPump::handle_error);
@@ -142,6 +147,16 @@ void SerialPump::turn()
         withdraw_output();
     if (!data.isEmpty())
         serial.write(data);
+}
+
+bool SerialPump::call(const std::function<PortFailure(QSerialPort&)>& operation)
+{
+    if (!serial.isOpen())
+        return false;
+    const PortFailure failure = operation(serial);
+    if (failure)
+        fail(failure);
+    return !failure;
 }
 
 void SerialPump::withdraw_output()
@@ -234,18 +249,18 @@ PolledPort::~PolledPort()
     close();
 }
 
-bool PolledPort::open(QIODevice::OpenMode mode)
+bool PolledPort::open(QIODevice::OpenMode mode, const LinesAtOpen& lines)
 {
-    thread = std::thread(&PolledPort::serve, this, mode);
+    thread = std::thread(&PolledPort::serve, this, mode, lines);
     std::unique_lock lock(state->mutex);
     state->changed.wait(lock, [&] { return state->settled; });
     return state->pump != nullptr;
 }
 
-void PolledPort::serve(QIODevice::OpenMode mode)
+void PolledPort::serve(QIODevice::OpenMode mode, const LinesAtOpen& lines)
 {
     SerialPump pump(name, settings, *state);
-    const bool opened = pump.open(mode);
+    const bool opened = pump.open(mode, lines);
     {
         const std::lock_guard lock(state->mutex);
         state->settled = true;
@@ -345,6 +360,50 @@ void PolledPort::discard_input()
     state->discard = true;
     wake(*state);
     state->changed.wait_for(lock, TURN_LIMIT, [&] { return !state->discard || state->lost; });
+}
+
+// Has the I/O thread do it, as it alone may touch the QSerialPort.
+bool PolledPort::call(const std::function<PortFailure(QSerialPort&)>& operation)
+{
+    SerialPump* pump = nullptr;
+    {
+        const std::lock_guard lock(state->mutex);
+        pump = state->pump;
+    }
+    bool done = false;
+    if (pump)
+        QMetaObject::invokeMethod(
+            pump, [&] { done = pump->call(operation); }, Qt::BlockingQueuedConnection);
+    return done;
+}
+
+int PolledPort::line_status()
+{
+    int status = -1;
+    call([&](QSerialPort& serial) {
+        PortFailure failure;
+        status = lines_read(serial, failure);
+        return failure;
+    });
+    return status;
+}
+
+bool PolledPort::set_line(LineStatus line, bool on)
+{
+    return call([&](QSerialPort& serial) { return line_set(serial, line, on); });
+}
+
+bool PolledPort::send_break(int ms)
+{
+    if (!call([](QSerialPort& serial) { return break_set(serial, true); }))
+        return false;
+    QThread::msleep(static_cast<unsigned long>(qMax(0, ms)));
+    return call([](QSerialPort& serial) { return break_set(serial, false); });
+}
+
+int PolledPort::descriptor() const
+{
+    return -1;
 }
 
 QString PolledPort::error_string()

@@ -5,6 +5,8 @@
 #include "serialport/portdrain.h"
 #include "serialport/portwatch.h"
 
+#include <QSerialPort>
+
 QextSerialPort::QextSerialPort(const QString& name, const PortSettings& settings, QueryMode mode,
                                QObject* parent)
     : QIODevice(parent)
@@ -34,13 +36,17 @@ bool QextSerialPort::open(OpenMode mode)
         return false;
     PortWatch::instance().add(name);
     // Unbuffered: the layer below holds what has arrived, and nothing of it twice.
-    return QIODevice::open(mode | Unbuffered);
+    QIODevice::open(mode | Unbuffered);
+    // Open, but without the control lines that were asked for.
+    report_unless((event_port ? event_port->error() : polled_port->error()) ==
+                  QSerialPort::NoError);
+    return true;
 }
 
 bool QextSerialPort::open_event(OpenMode mode)
 {
     auto* const port = new EventPort(name, settings, WRITE_LIMIT, this);
-    if (!port->open(mode)) {
+    if (!port->open(mode, lines_at_open)) {
         report(port->error(), port->error_string());
         delete port;
         return false;
@@ -58,7 +64,7 @@ bool QextSerialPort::open_event(OpenMode mode)
 bool QextSerialPort::open_polled(OpenMode mode)
 {
     auto port = std::make_unique<PolledPort>(name, settings);
-    if (!port->open(mode)) {
+    if (!port->open(mode, lines_at_open)) {
         report(port->error(), port->error_string());
         return false;
     }
@@ -133,6 +139,44 @@ ulong QextSerialPort::lastError() const
     return last_error;
 }
 
+int QextSerialPort::lineStatus()
+{
+    const int status = event_port    ? event_port->line_status()
+                       : polled_port ? polled_port->line_status()
+                                     : -1;
+    report_unless(status >= 0);
+    return status;
+}
+
+bool QextSerialPort::setDtr(bool on)
+{
+    return set_line(LS_DTR, on);
+}
+
+bool QextSerialPort::setRts(bool on)
+{
+    return set_line(LS_RTS, on);
+}
+
+bool QextSerialPort::set_line(LineStatus line, bool on)
+{
+    return report_unless(event_port    ? event_port->set_line(line, on)
+                         : polled_port ? polled_port->set_line(line, on)
+                                       : false);
+}
+
+bool QextSerialPort::breakSend(int ms)
+{
+    return report_unless(event_port    ? event_port->send_break(ms)
+                         : polled_port ? polled_port->send_break(ms)
+                                       : false);
+}
+
+int QextSerialPort::descriptor() const
+{
+    return polled_port ? polled_port->descriptor() : -1;
+}
+
 qint64 QextSerialPort::readData(char* data, qint64 maxSize)
 {
     if (event_port)
@@ -155,6 +199,17 @@ qint64 QextSerialPort::writeData(const char* data, qint64 maxSize)
     if (written < maxSize)
         report(polled_port->error(), polled_port->error_string());
     return written;
+}
+
+bool QextSerialPort::report_unless(bool done)
+{
+    if (!done && event_port)
+        report(event_port->error(), event_port->error_string());
+    else if (!done && polled_port)
+        report(polled_port->error(), polled_port->error_string());
+    else if (!done)
+        report(QSerialPort::NotOpenError, tr("the port is not open"));
+    return done;
 }
 
 void QextSerialPort::report(ulong error, const QString& text)

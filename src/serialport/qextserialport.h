@@ -2,6 +2,7 @@
 // dialogue.
 #pragma once
 
+#include "serialport/linestatus.h"
 #include "serialport/portsettings.h"
 
 #include <QIODevice>
@@ -60,6 +61,28 @@ public:
     // it in polling mode. Never waits.
     void discardInput();
 
+    // The state that the control lines get by open(); a line that is to be on is never off for a
+    // moment. The Linux kernel raises both in its open of a device, so one that is to be off is on
+    // until the next call of the system; this port makes it at once. A port without control lines
+    // opens all the same, and lastError() is QSerialPort::UnsupportedOperationError then.
+    void setLinesAtOpen(const LinesAtOpen& lines) { lines_at_open = lines; }
+    // The LineStatus bits, those of the two lines out among them; -1 with errorString() on a port
+    // that has no such lines, as a pseudo-terminal, and on one that is closed or gone.
+    int lineStatus();
+    // False, with errorString(), for the same reasons. With hardware flow control RTS belongs to
+    // the driver, and what becomes of a wish here is up to it.
+    bool setDtr(bool on = true);
+    bool setRts(bool on = true);
+    // Holds the line in the break state for this long. Polling: returns at the end, and first lets
+    // the system send what it has taken, for at most Timeout_Millisec. Event driven: returns at
+    // once, the event loop ends it; bytes on their way are damaged, so wait for bytesToWrite() to
+    // be 0 where they matter. False, with errorString(), where none can be sent.
+    bool breakSend(int ms);
+
+    // What poll() and select() take, of a port in polling mode on POSIX; else -1. Its owner may
+    // read from it instead of calling read(), not in turns with it.
+    int descriptor() const;
+
     QString portName() const;
     PortSettings portSettings() const { return settings; }
     // Why the last operation that failed did: a QSerialPort::SerialPortError as a number, 0 for
@@ -73,11 +96,14 @@ protected:
 private:
     bool open_event(OpenMode mode);
     bool open_polled(OpenMode mode);
+    bool set_line(LineStatus line, bool on);
+    bool report_unless(bool done);
     void report(ulong error, const QString& text);
 
     QString name;
     PortSettings settings;
     QueryMode mode;
+    LinesAtOpen lines_at_open;
     EventPort* event_port = nullptr;         // a child; set while open in event-driven mode
     std::unique_ptr<PolledPort> polled_port; // set while open in polling mode
     ulong last_error = 0;

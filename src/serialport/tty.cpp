@@ -108,6 +108,15 @@ QString finish_settings(QSerialPort& serial, const PortSettings& settings)
             .arg(tio.c_ospeed);
     return {};
 }
+
+// What a pseudo-terminal was sent in the moment of an open may stay in the kernel until more is
+// sent, as its line discipline is locked in an open. Setting the discipline that it has wakes it.
+void wake_input(QSerialPort& serial)
+{
+    int discipline = 0;
+    if (ioctl(serial.handle(), TIOCGETD, &discipline) == 0)
+        ioctl(serial.handle(), TIOCSETD, &discipline);
+}
 } // namespace
 
 bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error)
@@ -134,6 +143,8 @@ int tty_output_queue(QSerialPort& serial)
 #else
 
 namespace {
+void wake_input(QSerialPort&) {}
+
 QString finish_settings(QSerialPort&, const PortSettings&)
 {
     return {};
@@ -171,6 +182,7 @@ PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
         serial.close();
         return {QSerialPort::UnsupportedOperationError, refused};
     }
+    wake_input(serial);
     serial.clearError();
     return {};
 }

@@ -40,7 +40,7 @@ protected:
             menu->findChild<QAction*>(name)->trigger();
             menu->close();
         });
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint());
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
         QCoreApplication::sendEvent(&area, &event);
     }
 

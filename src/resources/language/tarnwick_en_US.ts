@@ -1090,5 +1090,17 @@ Please select the right firmware</source>
         <source>the device refuses its settings</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>the port has no control lines; a pseudo-terminal and some adapters have none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the port can&apos;t send a break; a pseudo-terminal can&apos;t</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the port is not open</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

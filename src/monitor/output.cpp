@@ -1,0 +1,168 @@
+#include "monitor/output.h"
+
+#include "monitor/reader.h"
+
+#include <QDateTime>
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+const QByteArray ERASE_LINE = "\r\x1b[K";
+
+QByteArray move(int count, char where)
+{
+    return count > 0 ? "\x1b[" + QByteArray::number(count) + where : QByteArray();
+}
+
+// Without its escape sequences.
+QString plain(const QByteArray& bytes)
+{
+    QString text = QString::fromUtf8(bytes);
+    for (int at = int(text.indexOf('\x1b')); at >= 0; at = int(text.indexOf('\x1b', at))) {
+        int end = at + 2;
+        while (end < text.size() && !text[end].isLetter())
+            ++end;
+        text.remove(at, end + 1 - at);
+    }
+    return text;
+}
+} // namespace
+
+Output::Output(Screen& screen, const ViewOptions& options, std::unique_ptr<LogFile> log)
+    : screen(screen)
+    , shown(options)
+    , log(std::move(log))
+{
+}
+
+void Output::note(const QString& line)
+{
+    if (screen.is_terminal() || shown.options().json) {
+        shown.note(line, time_now_ns(), text);
+        return;
+    }
+    std::fprintf(stderr, "[%s]\n", line.toLocal8Bit().constData());
+    write_log('[' + line.toUtf8() + "]\n");
+}
+
+void Output::help(const QString& lines)
+{
+    shown.finish(text);
+    if (!shown.at_line_start())
+        text += '\n';
+    text += lines.toUtf8();
+    shown.screen_cleared();
+}
+
+void Output::clear_screen()
+{
+    flush();
+    screen.write("\x1b[H\x1b[2J");
+    shown.screen_cleared();
+    drawn = false;
+    redraw = true;
+    used = column = 0;
+}
+
+void Output::show_line(const QString& new_label, const LineEdit& edit)
+{
+    label = new_label;
+    typed = edit.text();
+    cursor = edit.cursor();
+    wanted = true;
+    redraw = true;
+}
+
+void Output::hide_line()
+{
+    redraw = drawn;
+    wanted = false;
+}
+
+bool Output::flush()
+{
+    if (text.isEmpty() && !redraw)
+        return true;
+    write_log(text);
+    if (!wanted && !drawn) {
+        const bool good = screen.write(text);
+        text.clear();
+        used = column = 0;
+        return good;
+    }
+    QByteArray out;
+    remove_line(out);
+    out += text;
+    count_cells(text);
+    text.clear();
+    if (wanted)
+        draw_line(out);
+    redraw = false;
+    return screen.write(out);
+}
+
+bool Output::finish()
+{
+    hide_line();
+    shown.finish(text);
+    if (!shown.at_line_start() && screen.is_terminal())
+        text += '\n';
+    const bool good = flush();
+    if (log)
+        log->flush();
+    return good;
+}
+
+void Output::write_log(const QByteArray& bytes)
+{
+    if (!log || bytes.isEmpty())
+        return;
+    const bool good = log->write(bytes, QDateTime::currentDateTime());
+    // Once, not for each line; the session goes on.
+    if (!good && !log_failing)
+        std::fprintf(stderr, "\r[the log %s can't be written: %s; is its disk full?]\r\n",
+                     log->name().toLocal8Bit().constData(), log->fault().toLocal8Bit().constData());
+    log_failing = !good;
+}
+
+// The text above may have ended inside a line; it goes on there. A line that fills its row goes on
+// in the next one, which is where the line below was.
+void Output::remove_line(QByteArray& out)
+{
+    if (!drawn)
+        return;
+    out += ERASE_LINE;
+    const int width = screen.width();
+    const bool row_is_full = column == used && used % width == 0;
+    if (used > 0 && !row_is_full)
+        out += move(1, 'A') + '\r' + move(column % width, 'C');
+    drawn = false;
+}
+
+void Output::draw_line(QByteArray& out)
+{
+    if (used > 0)
+        out += '\n';
+    const int room = std::max(8, screen.width() - cells_of(label) - 1);
+    // A long line shows the part that ends with the cursor.
+    const int from = std::max(0, cursor - room);
+    const QString part = typed.mid(from, room);
+    out +=
+        ERASE_LINE + label.toUtf8() + part.toUtf8() + move(cells_of(part.mid(cursor - from)), 'D');
+    drawn = true;
+}
+
+void Output::count_cells(const QByteArray& bytes)
+{
+    const QByteArray line = bytes.mid(int(bytes.lastIndexOf('\n')) + 1);
+    if (line.size() < bytes.size())
+        used = column = 0;
+    const int width = screen.width();
+    const QList<QByteArray> parts = line.split('\r');
+    for (int i = 0; i < parts.size(); ++i) {
+        if (i > 0 && used > 0)
+            column = (used - 1) / width * width; // the beginning of its last row
+        column += cells_of(plain(parts[i]));
+        used = std::max(used, column);
+    }
+}

@@ -1,0 +1,37 @@
+// The terminal of a session: keys as they are typed, and its state given back at every end.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// One object a process.
+class Screen
+{
+public:
+    Screen();
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    // Keys come one by one, without echo and without meaning to the system, if stdin is a terminal.
+    // Given back by the destructor, and before a signal ends the program.
+    void take_keys();
+    bool has_keys() const { return keys; }
+    // After others had the terminal.
+    void retake();
+    // stdout is a terminal.
+    bool is_terminal() const { return output; }
+    // In characters; 80 where it isn't known.
+    int width() const;
+    // False when stdout takes no more; its reader has gone, or its disk is full: error().
+    bool write(const QByteArray& bytes);
+    QString error() const { return reason; }
+
+private:
+    const bool output;
+    bool keys = false;
+    QString reason;
+};
+
+// The cells that the text takes on a terminal.
+int cells_of(const QString& text);

@@ -40,7 +40,7 @@ std::optional<std::int64_t> session_limit(const Invocation& invocation)
 
 TypedBytes typed_text(const Piece& piece)
 {
-    const TypedBytes typed = typed_bytes(piece.text);
+    TypedBytes typed = typed_bytes(piece.text);
     if (!typed.fault.isEmpty())
         throw piece.mid(typed.column, 2).error(typed.fault);
     return typed;
@@ -48,7 +48,7 @@ TypedBytes typed_text(const Piece& piece)
 
 QByteArray string_bytes(const char* option, const QString& text, LineEnding ending)
 {
-    const TypedBytes typed = parse_argument(QString("--") + option, text, typed_text);
+    TypedBytes typed = parse_argument(QString("--") + option, text, typed_text);
     return typed.bytes + (typed.ended ? bytes_of(ending) : QByteArray());
 }
 
@@ -217,7 +217,7 @@ public:
     {
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+        QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
         file.close();
         return lines;
     }

@@ -1,4 +1,4 @@
-#include "cli/stacktext.h"
+#include "stack/stacktext.h"
 
 #include "framers/qframerchan.h"
 #include "links/tcpip_cfg.h"

@@ -1,4 +1,4 @@
-#include "cli/stack.h"
+#include "stack/stack.h"
 
 #include "framers/qframerchan.h"
 #include "framers/qframercrc16.h"
@@ -10,6 +10,7 @@
 #include "links/qlinktcpip.h"
 #include "links/qlinkwinsock.h"
 #include "serialport/qextserialenumerator.h"
+#include "stack/boundedcnet.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -52,8 +53,6 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     return settings;
 }
 
-const char LIST_ADVICE[] = "`tarnwickctl ports` lists the ports of this machine.";
-
 bool has_open(const QFileInfoList& files, const QString& device)
 {
     return std::any_of(files.cbegin(), files.cend(),
@@ -78,41 +77,26 @@ QStringList holders(const QString& port)
     return found;
 }
 
-QString busy_advice(const QString& port)
-{
-    const QStringList programs = holders(port);
-    return programs.isEmpty()
-               ? QString("Another program holds it: end that program, or take another port.")
-               : "It is open in " + programs.join(", ") + ": end that, or take another port.";
-}
-
 // `error` and `reason` are the port's lastError() and errorString().
-Failure port_failure(const QString& port, ulong error, const QString& reason)
+LinkProblem port_problem(const QString& port, ulong error, const QString& reason)
 {
     const QFileInfo file(port);
-    const QString what = "the port " + port + " can't be opened: ";
     if (port.startsWith('/') ? !file.exists() : !port.startsWith("COM"))
-        return {ExitCode::Link, what + "there is no such port", LIST_ADVICE};
+        return {LinkTrouble::NoSuchPort, port};
     if (file.isFile() || file.isDir())
-        return {ExitCode::Link, what + "it is no serial port", LIST_ADVICE};
+        return {LinkTrouble::NotAPort, port};
     if (port.startsWith('/') && !(file.isReadable() && file.isWritable()))
-        return {
-            ExitCode::Link, what + "permission denied",
-            "Ports belong to a group, mostly dialout: `sudo adduser $USER dialout`, then log in "
-            "again."};
+        return {LinkTrouble::NoRights, port};
     // The rights are there, so that somebody else has it.
     if (error == QSerialPort::PermissionError)
-        return {ExitCode::Link, what + reason, busy_advice(port)};
+        return {LinkTrouble::Busy, port, reason, holders(port).join(", ")};
     if (error == QSerialPort::UnsupportedOperationError)
-        return {ExitCode::Link, what + reason,
-                "It may be no serial port, or need another rate or format in --link."};
-    return {ExitCode::Link, what + reason,
-            "Is the adapter all right, and does the port belong to a device? Plug the adapter in "
-            "again, or take another port."};
+        return {LinkTrouble::BadSettings, port, reason};
+    return {LinkTrouble::PortFailed, port, reason};
 }
 } // namespace
 
-Stack::Stack(const StackDescription& description, ExchangeLog& log)
+Stack::Stack(const StackDescription& description, ExchangeSink& log)
     : description(description.link)
     , log(log)
 {
@@ -201,7 +185,7 @@ void Stack::add_framer(const FramerDescription& framer)
 void Stack::open()
 {
     if (traced->open() != 0)
-        throw open_failure();
+        throw open_problem();
 }
 
 void Stack::run_worker(QThread& worker, const std::function<void()>& start,
@@ -228,25 +212,27 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
     start();
     // The system may refuse another thread, and that one signals nothing.
     if (!worker.isRunning() && !worker.isFinished())
-        throw Failure{ExitCode::Link, "the system starts no thread for the link",
-                      "End other programs, or raise the limits that `ulimit -a` shows."};
+        throw LinkProblem{LinkTrouble::NoThread, target()};
     loop.exec();
     worker.wait();
     while (!given_back.load(std::memory_order_acquire))
         QThread::yieldCurrentThread();
     if (!opened)
-        throw open_failure();
+        throw open_problem();
 }
 
-Failure Stack::open_failure() const
+LinkProblem Stack::open_problem() const
 {
     if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
-        return port_failure(description.port, serial->open_error(), serial->open_error_text());
-    const QString peer =
-        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
-    return {ExitCode::Link, "no connection to " + peer,
-            "Check that the device or gateway is on, that address and port are right, and that no "
-            "firewall is between; a slow network needs a longer --timeout."};
+        return port_problem(description.port, serial->open_error(), serial->open_error_text());
+    return {LinkTrouble::NoConnection, target()};
+}
+
+QString Stack::target() const
+{
+    if (description.kind == LinkKind::Serial)
+        return description.port;
+    return QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
 }
 
 bool Stack::port_gone() const
@@ -255,17 +241,11 @@ bool Stack::port_gone() const
            !QFileInfo::exists(description.port);
 }
 
-Failure Stack::no_answer(const QString& what, const QString& advice) const
+LinkProblem Stack::trouble() const
 {
     if (port_gone())
-        return {ExitCode::Link, what + ": the port " + description.port + " has gone",
-                "Plug the adapter in again, and start anew."};
+        return {LinkTrouble::PortGone, target()};
     if (traced->failed())
-        return {ExitCode::Link, what + ": the connection is lost",
-                "Check the cable or the network, and start anew."};
-    if (!traced->silent())
-        return {ExitCode::BadAnswer, what + ": what came is no answer to it",
-                "The rate, the format or --frame may be wrong, or the line is noisy; -v shows the "
-                "bytes."};
-    return {ExitCode::NoAnswer, what + ": nothing came in time", advice};
+        return {LinkTrouble::ConnectionLost, target()};
+    return {traced->silent() ? LinkTrouble::NoAnswer : LinkTrouble::BadAnswer, target()};
 }

@@ -1,4 +1,4 @@
-#include "cli/typedtext.h"
+#include "stack/typedtext.h"
 
 #include "checksum/hextext.h"
 

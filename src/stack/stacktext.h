@@ -21,8 +21,8 @@
 //                                                 radio if not given
 #pragma once
 
-#include "cli/typedtext.h"
 #include "serialport/qextserialport.h"
+#include "stack/typedtext.h"
 
 enum class LinkKind { Serial, Tcp, Udp, RawTcp, RawUdp, Broadcast };
 

@@ -1,16 +1,9 @@
 #include "stack/stack.h"
 
-#include "framers/qframerchan.h"
-#include "framers/qframercrc16.h"
-#include "framers/qframerdorv.h"
-#include "framers/qframernull.h"
-#include "framers/qframerrtu.h"
-#include "framers/qframerrwlt.h"
 #include "links/qlinkserial.h"
 #include "links/qlinktcpip.h"
 #include "links/qlinkwinsock.h"
 #include "serialport/qextserialenumerator.h"
-#include "stack/boundedcnet.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -101,10 +94,8 @@ Stack::Stack(const StackDescription& description, ExchangeSink& log)
     , log(log)
 {
     add_link(description.timeout_ms);
-    framers.push_back(std::make_unique<QFramerNull>(traced.get()));
-    for (const FramerDescription& framer : description.framers)
-        add_framer(framer);
-    for (const auto& framer : framers)
+    framers = std::make_unique<FramerStack>(*traced, description.framers);
+    for (const auto& framer : framers->all())
         QObject::connect(
             framer.get(), &QFramer::log, framer.get(),
             [&log](const QString& text) { log.note(text); }, Qt::DirectConnection);
@@ -114,8 +105,6 @@ Stack::~Stack()
 {
     if (traced->is_open())
         traced->close();
-    while (!framers.empty())
-        framers.pop_back();
 }
 
 void Stack::add_link(int timeout_ms)
@@ -138,48 +127,6 @@ void Stack::add_link(int timeout_ms)
         own(new QLinkTcpip(&settings));
     else
         own(new QLinkWinsock(&settings));
-}
-
-void Stack::add_framer(const FramerDescription& framer)
-{
-    QFramer* lower = framers.back().get();
-    switch (framer.kind) {
-    case FramerKind::None:
-        break;
-    case FramerKind::Crc16:
-        framers.push_back(std::make_unique<QFramerCrc16>(lower));
-        break;
-    case FramerKind::Rtu: {
-        auto rtu = std::make_unique<QFramerRtu>(lower);
-        rtu->slave_set(std::uint8_t(framer.number));
-        framers.push_back(std::move(rtu));
-        break;
-    }
-    case FramerKind::Chan: {
-        auto chan = std::make_unique<QFramerChan>(lower);
-        chan->chan_set(framer.prefix.constData(), unsigned(framer.prefix.size()));
-        framers.push_back(std::move(chan));
-        break;
-    }
-    case FramerKind::Cnet: {
-        auto cnet = std::make_unique<BoundedCnet>(lower);
-        cnet->target_set(std::uint16_t(framer.number));
-        framers.push_back(std::move(cnet));
-        break;
-    }
-    case FramerKind::Rwlt:
-        framers.push_back(std::make_unique<QFramerRwlt>(lower));
-        break;
-    case FramerKind::Dorv: {
-        auto dorv = std::make_unique<QFramerDorv>(lower);
-        dorv->link_set(traced.get());
-        dorv->raw_set(framer.number == DORV_RAW);
-        if (framer.number != DORV_RAW)
-            dorv->mode_set(framer.number);
-        framers.push_back(std::move(dorv));
-        break;
-    }
-    }
 }
 
 void Stack::open()

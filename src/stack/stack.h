@@ -1,7 +1,7 @@
 // A link with its framers, assembled from their description.
 #pragma once
 
-#include "framers/qframer.h"
+#include "stack/framerstack.h"
 #include "stack/linkproblem.h"
 #include "stack/stacktext.h"
 #include "stack/tracedlink.h"
@@ -10,7 +10,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <vector>
 
 struct StackDescription
 {
@@ -30,7 +29,9 @@ public:
 
     TracedLink& link() { return *traced; }
     const TracedLink& link() const { return *traced; }
-    QFramer& top() { return *framers.back(); }
+    // Where exchanges and the layers' lines go.
+    ExchangeSink& sink() { return log; }
+    QFramer& top() { return framers->top(); }
 
     // Opens the link on this thread. Throws LinkProblem.
     void open();
@@ -48,7 +49,6 @@ public:
 
 private:
     void add_link(int timeout_ms);
-    void add_framer(const FramerDescription& description);
     bool port_gone() const;
     QString target() const;
     LinkProblem open_problem() const;
@@ -57,7 +57,7 @@ private:
     ExchangeSink& log;
     std::unique_ptr<QObject> link_object;
     std::unique_ptr<TracedLink> traced;
-    std::vector<std::unique_ptr<QFramer>> framers; // the lowest first
+    std::unique_ptr<FramerStack> framers;
     // Set by a worker that is done with the link. It orders what the worker did before what its
     // owner does next. The end of a QThread does so too, but race detectors don't see that.
     std::atomic<bool> given_back{false};

@@ -52,5 +52,9 @@ struct FramerDescription
 LinkDescription parse_link(const Piece& text);
 QVector<FramerDescription> parse_framers(const Piece& text);
 
+// What parse_link and parse_framers take for the same. Rate and format are always written.
+QString link_text(const LinkDescription& link);
+QString framers_text(const QVector<FramerDescription>& framers);
+
 // Throws TextError, with its place in the text of the framers, when they don't work on that link.
 void check_fit(const LinkDescription& link, const QVector<FramerDescription>& framers);

@@ -2,10 +2,18 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 #include <QVector>
 #include <cstdint>
 #include <optional>
+
+// The context of what these functions say of mistakes. A program without a catalogue says it in
+// English.
+struct StackText
+{
+    Q_DECLARE_TR_FUNCTIONS(StackText)
+};
 
 // A mistake in a text. Thrown by the functions that parse one.
 struct TextError

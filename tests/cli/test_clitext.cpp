@@ -179,10 +179,10 @@ TEST(CliStack, WhatCannotStartLeavesNothingOpenAndNobodyWaiting)
     ExchangeLog log(console, false, {});
     Stack stack({parse_link(QString("tcp:127.0.0.1:1")), {}, 1000}, log);
     char byte = 0;
-    EXPECT_THROW(stack.open(), Failure);
+    EXPECT_THROW(stack.open(), LinkProblem);
     EXPECT_EQ(stack.top().read(&byte, 1), FRAMER_CLOSED);
     QThread refused;
     EXPECT_THROW(stack.run_worker(
                      refused, [] {}, [] {}),
-                 Failure);
+                 LinkProblem);
 }

@@ -17,8 +17,8 @@ struct Command
     QString summary;     // one line for the list of commands
     QString description; // for a newcomer, with examples
     QList<QCommandLineOption> options;
-    Needs needs;
-    void (*run)(Invocation&); // throws Failure
+    Needs needs = Needs::Nothing;
+    void (*run)(Invocation&) = nullptr; // throws Failure
 };
 
 // Each file of commands gives its own.

@@ -17,9 +17,9 @@ QByteArray big_endian(std::uint32_t value, int size)
 
 struct Algorithm
 {
-    const char* name;
-    const char* meaning;
-    QByteArray (*value)(const char* data, int size); // most significant byte first
+    const char* name = nullptr;
+    const char* meaning = nullptr;
+    QByteArray (*value)(const char* data, int size) = nullptr; // most significant byte first
 };
 
 constexpr Algorithm ALGORITHMS[] = {

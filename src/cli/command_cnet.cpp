@@ -125,7 +125,7 @@ QByteArray block_from_file(const QString& name)
     QByteArray bytes = file.read(CNET_BLOCK_SIZE + 1);
     if (bytes.size() == CNET_BLOCK_SIZE)
         return bytes;
-    const qint64 size = bytes.size() < CNET_BLOCK_SIZE ? bytes.size() : file.size();
+    const std::int64_t size = bytes.size() < CNET_BLOCK_SIZE ? bytes.size() : file.size();
     const QString what = size < bytes.size() // a pipe has no size
                              ? QString("the settings of a device have %1 bytes, and there are more")
                                    .arg(CNET_BLOCK_SIZE)

@@ -11,10 +11,10 @@
 namespace {
 struct SearchSettings
 {
-    std::uint32_t channels;
-    std::uint32_t rates;
+    std::uint32_t channels = 0;
+    std::uint32_t rates = 0;
     QByteArray target; // empty: everybody is asked
-    bool long_answers;
+    bool long_answers = false;
 };
 
 QByteArray parse_target(const Piece& text)

@@ -12,9 +12,9 @@ constexpr int LONGEST_DURATION_S = 86400;
 
 struct Mode
 {
-    const char* name;
-    int (DorvCfg::*set)();
-    int (DorvCfg::*is)();
+    const char* name = nullptr;
+    int (DorvCfg::*set)() = nullptr;
+    int (DorvCfg::*is)() = nullptr;
 };
 constexpr Mode MODES[] = {
     {"radio", &DorvCfg::mode_radio_set, &DorvCfg::mode_is_radio},

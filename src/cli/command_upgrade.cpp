@@ -35,11 +35,11 @@ constexpr struct
 struct UpgradeSettings
 {
     QString file;
-    unsigned packet; // bytes of the file in a packet at most
-    unsigned retries;
-    unsigned interval_ms;
-    unsigned reset_wait_ms;
-    unsigned verify_wait_ms;
+    unsigned packet = 0; // bytes of the file in a packet at most
+    unsigned retries = 0;
+    unsigned interval_ms = 0;
+    unsigned reset_wait_ms = 0;
+    unsigned verify_wait_ms = 0;
 };
 
 struct UpgradeResult

@@ -38,7 +38,7 @@ private:
 
     QMutex mutex;
     const bool json;
-    bool in_place; // stderr is a terminal that takes a line back
+    bool in_place = false; // stderr is a terminal that takes a line back
     bool progress_shown = false;
     int last_step = -1; // tens of percent last shown as a line
 };

@@ -31,7 +31,7 @@ struct DorvSetting
     QString name;
     QVector<DorvField> fields; // what set takes
     QString meaning;
-    void (*set)(DorvCfg& cfg, const DorvValues& values);
+    void (*set)(DorvCfg& cfg, const DorvValues& values) = nullptr;
     // Reads the fields, or the first of them; null for a setting that can't be read.
     void (*get)(DorvCfg& cfg, DorvValues& values) = nullptr;
 };

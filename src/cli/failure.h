@@ -18,9 +18,9 @@ enum class ExitCode : int {
 
 struct ExitCodeRow
 {
-    ExitCode code;
-    const char* name; // in the JSON form of an error
-    const char* meaning;
+    ExitCode code = ExitCode::Done;
+    const char* name = nullptr; // in the JSON form of an error
+    const char* meaning = nullptr;
 };
 
 constexpr ExitCodeRow EXIT_CODES[] = {
@@ -37,7 +37,7 @@ constexpr ExitCodeRow EXIT_CODES[] = {
 
 struct Failure
 {
-    ExitCode code;
+    ExitCode code = ExitCode::Refused;
     QString what;                    // what happened, to what
     QString advice;                  // what to do next; may be empty
     QJsonObject partial_result = {}; // what was found before

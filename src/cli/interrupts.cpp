@@ -1,6 +1,7 @@
 #include "cli/interrupts.h"
 
 #include "cli/failure.h"
+#include "serialport/filedescriptor.h"
 
 #include <QSocketNotifier>
 #include <csignal>
@@ -14,7 +15,9 @@ namespace {
 volatile std::sig_atomic_t was_raised = 0;
 
 #ifdef Q_OS_UNIX
-int wake_pipe[2] = {-1, -1};
+// The ends of a pipe: one for the event loop, one for the handler.
+FileDescriptor wakes;
+FileDescriptor wake;
 constexpr char STOPPING[] = "\nStopping after the exchange under way; Ctrl-C again ends at once.\n";
 
 void on_signal(int)
@@ -24,7 +27,7 @@ void on_signal(int)
     const int saved_errno = errno;
     was_raised = 1;
     ssize_t ignored = write(STDERR_FILENO, STOPPING, sizeof STOPPING - 1);
-    ignored = write(wake_pipe[1], "", 1);
+    ignored = write(wake.number(), "", 1);
     static_cast<void>(ignored);
     errno = saved_errno;
 }
@@ -35,9 +38,12 @@ void on_signal(int)
 
 Interrupts::Interrupts()
 {
-    if (pipe2(wake_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return;
-    auto* notifier = new QSocketNotifier(wake_pipe[0], QSocketNotifier::Read, this);
+    wakes = FileDescriptor(ends[0]);
+    wake = FileDescriptor(ends[1]);
+    auto* notifier = new QSocketNotifier(wakes.number(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         notifier->setEnabled(false);
         emit interrupted();
@@ -54,8 +60,8 @@ Interrupts::~Interrupts()
 {
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         std::signal(number, SIG_DFL);
-    close(wake_pipe[0]);
-    close(wake_pipe[1]);
+    wakes.close();
+    wake.close();
 }
 
 #else

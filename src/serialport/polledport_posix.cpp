@@ -12,14 +12,15 @@
 #include <poll.h>
 #include <unistd.h>
 
+namespace {
 // A tty gives no more at once; a line of 3000000 bits/s fills it in 14 ms.
-static constexpr int CHUNK = 4096;
+constexpr int CHUNK = 4096;
 
 // More than a driver holds, so that a flood can't keep a discard busy for ever.
-static constexpr int DISCARD_LIMIT = 1024 * 1024;
+constexpr int DISCARD_LIMIT = 1024 * 1024;
 
 // The events that came within the time, POLLHUP and POLLERR among them; 0 for none.
-static short wait_for(int fd, short events, const QDeadlineTimer& deadline)
+short wait_for(int fd, short events, const QDeadlineTimer& deadline)
 {
     pollfd port = {fd, events, 0};
     int ready = 0;
@@ -29,10 +30,11 @@ static short wait_for(int fd, short events, const QDeadlineTimer& deadline)
     return ready > 0 ? port.revents : short(0);
 }
 
-static bool has_to_wait(ssize_t result)
+bool has_to_wait(ssize_t result)
 {
     return result == 0 || errno == EAGAIN || errno == EINTR;
 }
+} // namespace
 
 PolledPort::PolledPort(const QString& name, const PortSettings& settings)
     : name(name)

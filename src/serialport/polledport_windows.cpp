@@ -175,8 +175,7 @@ void SerialPump::fetch()
 void SerialPump::append_received(const QByteArray& data)
 {
     const std::lock_guard lock(state.mutex);
-    // A copy of its own: the sharing of QByteArray counts where ThreadSanitizer can't see it.
-    state.received.append(data.constData(), data.size());
+    state.received += data;
     state.changed.notify_all();
 }
 
@@ -214,12 +213,14 @@ void SerialPump::fail(const PortFailure& failure)
     state.failure = failure;
 }
 
+namespace {
 // Calls the I/O thread; to be called with the state locked.
-static void wake(const PolledState& state)
+void wake(const PolledState& state)
 {
     if (state.pump)
         QMetaObject::invokeMethod(state.pump, "turn", Qt::QueuedConnection);
 }
+} // namespace
 
 PolledPort::PolledPort(const QString& name, const PortSettings& settings)
     : name(name)

@@ -9,22 +9,24 @@
 #include <algorithm>
 #include <utility>
 
+namespace {
 // Where other work goes on meanwhile the system is asked less often whether its queue is empty.
-static constexpr int CHECK_MS = 10;
+constexpr int CHECK_MS = 10;
 // A fast reader could go on taking; longer than this no close keeps its caller, in ms.
-static constexpr int AT_ONCE_MS = 10;
+constexpr int AT_ONCE_MS = 10;
 
 // Bytes that may come in between two checks, which drop them.
-static constexpr int INPUT_LIMIT = 64 * 1024;
+constexpr int INPUT_LIMIT = 64 * 1024;
 
-static thread_local QVector<PortDrain*> drains;
+thread_local QVector<PortDrain*> drains;
 
 // Links lead to devices, and one device may have several.
-static QString device_of(const QString& port_name)
+QString device_of(const QString& port_name)
 {
     const QString path = QFileInfo(tty_device_path(port_name)).canonicalFilePath();
     return path.isEmpty() ? port_name : path;
 }
+} // namespace
 
 void PortDrain::begin(std::unique_ptr<QSerialPort> serial, const QString& port_name,
                       long timeout_ms)

@@ -14,16 +14,18 @@
 #include <unistd.h>
 #endif
 
-static constexpr int TIMER_INTERVAL_MS =
-    1000; // how soon a removal shows where no folder can be watched
+namespace {
+// How soon a removal shows where no folder can be watched.
+constexpr int TIMER_INTERVAL_MS = 1000;
 
 // The number after "COM", or -1 for a name of another form.
-static int com_number(const QString& name)
+int com_number(const QString& name)
 {
     bool ok = false;
     const int number = name.startsWith("COM") ? name.mid(3).toInt(&ok) : 0;
     return ok ? number : -1;
 }
+} // namespace
 
 bool port_name_less(const QString& a, const QString& b)
 {
@@ -34,7 +36,8 @@ bool port_name_less(const QString& a, const QString& b)
     return a < b;
 }
 
-static QextPortInfo hardware_port(const QSerialPortInfo& info)
+namespace {
+QextPortInfo hardware_port(const QSerialPortInfo& info)
 {
     QextPortInfo port;
 #ifdef Q_OS_WIN
@@ -50,14 +53,14 @@ static QextPortInfo hardware_port(const QSerialPortInfo& info)
     return port;
 }
 
-static QString runtime_folder()
+QString runtime_folder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
 }
 
 #ifdef Q_OS_UNIX
 
-static bool is_mine(const QString& folder, mode_t refused)
+bool is_mine(const QString& folder, mode_t refused)
 {
     struct stat about = {};
     return stat(QFile::encodeName(folder).constData(), &about) == 0 && about.st_uid == geteuid() &&
@@ -66,19 +69,19 @@ static bool is_mine(const QString& folder, mode_t refused)
 
 // Whoever can write into the folder decides where the bytes go. With the usual umask of 002 the
 // group can, which is harmless inside a runtime folder that lets nobody else in.
-static bool only_mine(const QString& folder)
+bool only_mine(const QString& folder)
 {
     return is_mine(folder, S_IWGRP | S_IWOTH) ||
            (is_mine(folder, S_IWOTH) && is_mine(runtime_folder(), S_IRWXG | S_IRWXO));
 }
 
 // Whatever the umask leaves to others.
-static void make_private(const QString& folder)
+void make_private(const QString& folder)
 {
     ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
 }
 
-static bool leads_to_device(const QString& path)
+bool leads_to_device(const QString& path)
 {
     struct stat about = {};
     return stat(QFile::encodeName(path).constData(), &about) == 0 && S_ISCHR(about.st_mode);
@@ -86,21 +89,21 @@ static bool leads_to_device(const QString& path)
 
 #else
 
-static bool only_mine(const QString&)
+bool only_mine(const QString&)
 {
     return false;
 }
 
-static void make_private(const QString&) {}
+void make_private(const QString&) {}
 
-static bool leads_to_device(const QString&)
+bool leads_to_device(const QString&)
 {
     return false;
 }
 
 #endif
 
-static void append_virtual_ports(QList<QextPortInfo>& ports)
+void append_virtual_ports(QList<QextPortInfo>& ports)
 {
     const QString folder = QextSerialEnumerator::virtual_ports_folder();
     if (!only_mine(folder))
@@ -113,6 +116,27 @@ static void append_virtual_ports(QList<QextPortInfo>& ports)
             ports.append({path, entry.canonicalFilePath(), entry.fileName(), "virtual", 0, 0});
     }
 }
+
+bool is_listed(const QList<QextPortInfo>& ports, const QString& port_name)
+{
+    return std::any_of(ports.cbegin(), ports.cend(),
+                       [&](const QextPortInfo& port) { return port.portName == port_name; });
+}
+
+const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortInfo& port)
+{
+    const auto same = [&](const QextPortInfo& other) {
+        return other.portName == port.portName && other.physName == port.physName;
+    };
+    const auto found = std::find_if(ports.cbegin(), ports.cend(), same);
+    return found == ports.cend() ? nullptr : &*found;
+}
+
+bool has_gone(const QString& open_port)
+{
+    return open_port.startsWith('/') && !leads_to_device(open_port);
+}
+} // namespace
 
 QextSerialEnumerator::QextSerialEnumerator(QObject* parent)
     : QObject(parent)
@@ -166,12 +190,6 @@ void QextSerialEnumerator::setUpNotifications()
     watch_folders();
 }
 
-static bool is_listed(const QList<QextPortInfo>& ports, const QString& port_name)
-{
-    return std::any_of(ports.cbegin(), ports.cend(),
-                       [&](const QextPortInfo& port) { return port.portName == port_name; });
-}
-
 void QextSerialEnumerator::note_open(const QString& port_name)
 {
     if (!is_listed(known, port_name))
@@ -211,20 +229,6 @@ QSet<QString> QextSerialEnumerator::device_folders() const
     for (const QString& port_name : unlisted)
         folders += QFileInfo(QFileInfo(port_name).canonicalFilePath()).path();
     return folders;
-}
-
-static const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortInfo& port)
-{
-    const auto same = [&](const QextPortInfo& other) {
-        return other.portName == port.portName && other.physName == port.physName;
-    };
-    const auto found = std::find_if(ports.cbegin(), ports.cend(), same);
-    return found == ports.cend() ? nullptr : &*found;
-}
-
-static bool has_gone(const QString& open_port)
-{
-    return open_port.startsWith('/') && !leads_to_device(open_port);
 }
 
 // Each terminal that opens changes the folder of the pseudo-terminals, and a list of all ports

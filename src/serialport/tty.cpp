@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 #endif
 #ifdef Q_OS_LINUX
 // The kernel's own termios, for free rates; it can't be in one file with <termios.h>.
@@ -15,12 +14,14 @@
 #include <sys/ioctl.h>
 #endif
 
-static PortFailure locked_elsewhere()
+namespace {
+PortFailure locked_elsewhere()
 {
     return {QSerialPort::PermissionError,
             PortTexts::tr("another program has locked the port; close it there, or choose "
                           "another port")};
 }
+} // namespace
 
 #ifdef Q_OS_UNIX
 
@@ -35,21 +36,16 @@ PortFailure TtyDescriptor::open(const QSerialPort& serial, QIODevice::OpenMode m
 {
     const bool both = (mode & QIODevice::ReadWrite) == QIODevice::ReadWrite;
     const int direction = both ? O_RDWR : (mode & QIODevice::ReadOnly) ? O_RDONLY : O_WRONLY;
-    fd = ::open(QFile::encodeName(tty_device_path(serial.portName())).constData(),
-                direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    const bool locked =
-        fd < 0 ? errno == EBUSY : ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    descriptor =
+        FileDescriptor(::open(QFile::encodeName(tty_device_path(serial.portName())).constData(),
+                              direction | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    const bool locked = descriptor.is_open()
+                            ? ::flock(number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK
+                            : errno == EBUSY;
     if (!locked)
         return {};
     close();
     return locked_elsewhere();
-}
-
-void TtyDescriptor::close()
-{
-    if (fd >= 0)
-        ::close(fd);
-    fd = -1;
 }
 
 #else
@@ -63,8 +59,6 @@ PortFailure TtyDescriptor::open(const QSerialPort&, QIODevice::OpenMode)
 {
     return {};
 }
-
-void TtyDescriptor::close() {}
 
 #endif
 
@@ -86,15 +80,16 @@ void tty_settings_prepare(QSerialPort& serial, const QString& name, const PortSe
     serial.setFlowControl(FLOWS[qBound(0, int(settings.FlowControl), 2)]);
 }
 
-bool rate_is_close(qint64 asked, qint64 actual)
+bool rate_is_close(std::int64_t asked, std::int64_t actual)
 {
     return qAbs(asked - actual) * 100 <= asked * RATE_TOLERANCE_PERCENT;
 }
 
 #ifdef Q_OS_LINUX
 
+namespace {
 // What QSerialPort leaves undone. What the device refuses, or a null string.
-static QString finish_settings(QSerialPort& serial, const PortSettings& settings)
+QString finish_settings(QSerialPort& serial, const PortSettings& settings)
 {
     termios2 tio = {};
     if (ioctl(serial.handle(), TCGETS2, &tio) != 0)
@@ -113,6 +108,7 @@ static QString finish_settings(QSerialPort& serial, const PortSettings& settings
             .arg(tio.c_ospeed);
     return {};
 }
+} // namespace
 
 bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error)
 {
@@ -123,7 +119,7 @@ bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error)
            (device.revents & (POLLHUP | POLLERR)) != 0;
 }
 
-qint64 tty_rate(int handle)
+std::int64_t tty_rate(int handle)
 {
     termios2 tio = {};
     return ioctl(handle, TCGETS2, &tio) == 0 ? tio.c_ospeed : 0;
@@ -137,17 +133,19 @@ int tty_output_queue(QSerialPort& serial)
 
 #else
 
-static QString finish_settings(QSerialPort&, const PortSettings&)
+namespace {
+QString finish_settings(QSerialPort&, const PortSettings&)
 {
     return {};
 }
+} // namespace
 
 bool tty_lost(const QSerialPort&, QSerialPort::SerialPortError error)
 {
     return error == QSerialPort::ResourceError;
 }
 
-qint64 tty_rate(int)
+std::int64_t tty_rate(int)
 {
     return 0;
 }

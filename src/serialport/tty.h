@@ -1,10 +1,12 @@
 // What PortSettings mean to a QSerialPort, and what it doesn't do by itself on POSIX.
 #pragma once
 
+#include "serialport/filedescriptor.h"
 #include "serialport/portsettings.h"
 
 #include <QCoreApplication>
 #include <QSerialPort>
+#include <cstdint>
 
 // What a port says to its user: the texts of QextSerialPort, below which the engines are.
 struct PortTexts
@@ -30,21 +32,16 @@ QString tty_device_path(const QString& port_name);
 class TtyDescriptor
 {
 public:
-    TtyDescriptor() = default;
-    ~TtyDescriptor() { close(); }
-    TtyDescriptor(const TtyDescriptor&) = delete;
-    TtyDescriptor& operator=(const TtyDescriptor&) = delete;
-
     // Opens and locks the port of `serial`, which is closed yet: whoever has locked the port keeps
     // its settings. Fails only for a locked port; one that can't be opened is left to
     // QSerialPort::open, which says why.
     PortFailure open(const QSerialPort& serial, QIODevice::OpenMode mode);
-    void close();
+    void close() { descriptor.close(); }
     // -1 while closed. Reads and writes through it don't block.
-    int number() const { return fd; }
+    int number() const { return descriptor.number(); }
 
 private:
-    int fd = -1;
+    FileDescriptor descriptor;
 };
 
 // Sets name and settings on a closed port; tty_settings_open() then applies them.
@@ -60,14 +57,14 @@ PortFailure tty_settings_open(QSerialPort& serial, const PortSettings& settings,
 constexpr int RATE_TOLERANCE_PERCENT = 3;
 
 // Whether a device that runs at `actual` bits/s can talk to one at `asked`.
-bool rate_is_close(qint64 asked, qint64 actual);
+bool rate_is_close(std::int64_t asked, std::int64_t actual);
 
 // Whether an error of the port means that its device has gone for good. A QSerialPort calls the end
 // of a pseudo-terminal a mere read error, with whatever reason errno holds.
 bool tty_lost(const QSerialPort& serial, QSerialPort::SerialPortError error);
 
 // The rate that an open tty runs at, bits/s; 0 where the system doesn't report it.
-qint64 tty_rate(int handle);
+std::int64_t tty_rate(int handle);
 
 // Bytes that the system has accepted for the device but not yet sent.
 int tty_output_queue(QSerialPort& serial);

@@ -107,10 +107,10 @@ public:
     {
     }
 
-    qint64 integer(const char* name, qint64 least, qint64 most) const
+    std::int64_t integer(const char* name, std::int64_t least, std::int64_t most) const
     {
         bool ok = false;
-        const qint64 value = parser.value(name).toLongLong(&ok);
+        const std::int64_t value = parser.value(name).toLongLong(&ok);
         return in_range(name, ok, value, least, most);
     }
 
@@ -126,7 +126,7 @@ public:
     QStringList texts(const char* name) const { return parser.values(name); }
 
 private:
-    static QString digits(qint64 number) { return QString::number(number); }
+    static QString digits(std::int64_t number) { return QString::number(number); }
     static QString digits(double number) { return QString::number(number, 'g', 15); }
 
     template <typename Number>
@@ -144,7 +144,7 @@ private:
 
 void read_common(const Values& values, Options& options)
 {
-    constexpr qint64 MOST_BAUD = 100'000'000;
+    constexpr std::int64_t MOST_BAUD = 100'000'000;
     options.name = values.has("name") ? values.text("name") : options.device;
     if (values.has("listen"))
         options.listen_port = int(values.integer("listen", 0, 65535));
@@ -157,7 +157,7 @@ void read_common(const Values& values, Options& options)
     faults.delay = std::chrono::milliseconds(values.integer("delay", 0, 3'600'000));
     faults.delay_chance = values.real("delay-chance", 0, 1);
     faults.silent_after = values.integer("silent-after", -1, INT64_MAX);
-    faults.seed = quint64(values.integer("seed", 0, INT64_MAX));
+    faults.seed = std::uint64_t(values.integer("seed", 0, INT64_MAX));
 }
 
 void read_talk(const Values& values, Options& options)
@@ -181,7 +181,7 @@ void read_talk(const Values& values, Options& options)
 
 void read_module(const Values& values, Options& options)
 {
-    constexpr qint64 LONGEST_START = 3'600'000;
+    constexpr std::int64_t LONGEST_START = 3'600'000;
     options.verbose = values.has("verbose");
     options.exchange.baud = options.baud;
     options.exchange.start_time =
@@ -190,15 +190,15 @@ void read_module(const Values& values, Options& options)
     options.exchange.cut_after = values.integer("cut-after", -1, INT64_MAX);
 }
 
-std::array<quint8, 5> read_version(const QString& text)
+std::array<std::uint8_t, 5> read_version(const QString& text)
 {
-    std::array<quint8, 5> version = {};
+    std::array<std::uint8_t, 5> version = {};
     const QStringList parts = text.split('.');
     bool ok = parts.size() <= int(version.size());
     for (int i = 0; ok && i < parts.size(); ++i) {
         const uint part = parts[i].toUInt(&ok);
         ok = ok && part <= UINT8_MAX;
-        version[size_t(i)] = quint8(part);
+        version[size_t(i)] = std::uint8_t(part);
     }
     if (!ok)
         throw Mistake{QStringLiteral("--firmware %1: up to five numbers of 0 to 255, split by "
@@ -248,13 +248,13 @@ void read_boot(const Values& values, Options& options)
     boot.image = values.text("image");
     read_name_and_hard_info(values, boot);
     boot.version = read_version(values.text("firmware"));
-    boot.page = quint16(values.integer("page", 0, UINT16_MAX));
-    boot.mtu = quint16(values.integer("mtu", 0, UINT16_MAX));
+    boot.page = std::uint16_t(values.integer("page", 0, UINT16_MAX));
+    boot.mtu = std::uint16_t(values.integer("mtu", 0, UINT16_MAX));
     boot.rom_size = int(values.integer("rom", 1, 1 << 30));
     boot.in_boot = values.has("boot");
 }
 
-bool read_address(const QString& text, quint16& address)
+bool read_address(const QString& text, std::uint16_t& address)
 {
     bool ok = false;
     address = text.toUShort(&ok, 0);
@@ -267,7 +267,7 @@ CnetDevice read_neighbour(const QString& text)
     const int channel = fields.value(0).toInt();
     bool ok = false;
     const int rate = fields.value(1).toInt(&ok);
-    quint16 address = 0;
+    std::uint16_t address = 0;
     if (!ok || fields.size() != 3 || channel < 9 || channel > 30 || rate < 0 || rate > 2 ||
         !read_address(fields.value(2), address))
         throw Mistake{QStringLiteral("--device %1: a channel of 9 to 30, a rate of 0 to 2 and an "
@@ -279,7 +279,7 @@ CnetDevice read_neighbour(const QString& text)
 void read_cnet(const Values& values, Options& options)
 {
     read_module(values, options);
-    quint16 address = 0;
+    std::uint16_t address = 0;
     if (!read_address(values.text("address"), address))
         throw Mistake{QStringLiteral("--address %1: a number from 0 to 0xFFFF is needed")
                           .arg(values.text("address"))};
@@ -345,14 +345,13 @@ const DeviceOptions* find_device(const QString& name)
     }
     return nullptr;
 }
-} // namespace
 
-static ParsedOptions refused(const QString& why)
+ParsedOptions refused(const QString& why)
 {
     return {{}, "tarnwick-sim: " + why + "\n", false};
 }
 
-static ParsedOptions parse_device_options(const DeviceOptions& device, const QStringList& arguments)
+ParsedOptions parse_device_options(const DeviceOptions& device, const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(device.what);
@@ -378,6 +377,8 @@ static ParsedOptions parse_device_options(const DeviceOptions& device, const QSt
     }
     return parsed;
 }
+
+} // namespace
 
 ParsedOptions parse_options(const QStringList& arguments)
 {

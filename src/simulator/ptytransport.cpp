@@ -43,18 +43,12 @@ PtyTransport::PtyTransport(const QString& name)
             QStringLiteral("\"%1\" can't be the name of a port: give a plain file name").arg(name));
     link_path = private_ports_folder() + "/" + name;
     open_tty();
-    try {
-        make_link();
-    } catch (...) {
-        close_tty();
-        throw;
-    }
+    make_link();
 }
 
 PtyTransport::~PtyTransport()
 {
     remove_link();
-    close_tty();
 }
 
 QByteArray PtyTransport::address() const
@@ -64,10 +58,10 @@ QByteArray PtyTransport::address() const
 
 std::vector<pollfd> PtyTransport::watched(bool reading, bool writing) const
 {
-    std::vector<pollfd> fds = {{notify, POLLIN, 0}};
+    std::vector<pollfd> fds = {{notify.number(), POLLIN, 0}};
     const short events = short((reading ? POLLIN : 0) | (writing ? POLLOUT : 0));
     if (events)
-        fds.push_back({master, events, 0});
+        fds.push_back({master.number(), events, 0});
     return fds;
 }
 
@@ -75,7 +69,7 @@ void PtyTransport::update()
 {
     alignas(inotify_event) char buffer[4096];
     bool last_one_left = false;
-    for (ssize_t size; (size = ::read(notify, buffer, sizeof buffer)) > 0;) {
+    for (ssize_t size; (size = ::read(notify.number(), buffer, sizeof buffer)) > 0;) {
         for (ssize_t at = 0; at < size;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
             users += event->mask & IN_OPEN ? 1 : 0;
@@ -85,7 +79,7 @@ void PtyTransport::update()
         }
     }
     if (last_one_left)
-        tcflush(own_slave, TCIFLUSH);
+        tcflush(own_slave.number(), TCIFLUSH);
 }
 
 bool PtyTransport::connected() const
@@ -96,7 +90,7 @@ bool PtyTransport::connected() const
 QByteArray PtyTransport::read(int most)
 {
     QByteArray bytes(most, Qt::Uninitialized);
-    const ssize_t count = ::read(master, bytes.data(), size_t(most));
+    const ssize_t count = ::read(master.number(), bytes.data(), size_t(most));
     bytes.truncate(count > 0 ? int(count) : 0);
     // The one who wrote these bytes opened the port before; that must be known before they are
     // answered.
@@ -107,45 +101,38 @@ QByteArray PtyTransport::read(int most)
 
 int PtyTransport::write(const QByteArray& bytes)
 {
-    const ssize_t count = ::write(master, bytes.constData(), size_t(bytes.size()));
+    const ssize_t count = ::write(master.number(), bytes.constData(), size_t(bytes.size()));
     return count > 0 ? int(count) : 0;
 }
 
 void PtyTransport::cut()
 {
     remove_link();
-    close_tty();
+    for (FileDescriptor* descriptor : {&notify, &own_slave, &master})
+        descriptor->close();
     open_tty();
     make_link();
 }
 
 void PtyTransport::open_tty()
 {
-    master = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    master = FileDescriptor(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    const int pty = master.number();
     char name[128];
-    if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0 ||
-        ptsname_r(master, name, sizeof name) != 0)
+    if (!master.is_open() || grantpt(pty) != 0 || unlockpt(pty) != 0 ||
+        ptsname_r(pty, name, sizeof name) != 0)
         fail(QStringLiteral("no pseudo-terminal: %1").arg(system_error()));
     tty_path = QString::fromLocal8Bit(name);
-    own_slave = ::open(name, O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    own_slave = FileDescriptor(::open(name, O_RDONLY | O_NOCTTY | O_CLOEXEC));
     termios raw = {};
-    if (own_slave < 0 || tcgetattr(own_slave, &raw) != 0)
+    if (!own_slave.is_open() || tcgetattr(own_slave.number(), &raw) != 0)
         fail(QStringLiteral("can't open %1: %2").arg(tty_path, system_error()));
     cfmakeraw(&raw);
-    tcsetattr(own_slave, TCSANOW, &raw);
-    notify = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (notify < 0 || ::inotify_add_watch(notify, name, IN_OPEN | IN_CLOSE) < 0)
+    tcsetattr(own_slave.number(), TCSANOW, &raw);
+    notify = FileDescriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    if (!notify.is_open() || ::inotify_add_watch(notify.number(), name, IN_OPEN | IN_CLOSE) < 0)
         fail(QStringLiteral("can't watch %1: %2").arg(tty_path, system_error()));
     users = 0;
-}
-
-void PtyTransport::close_tty()
-{
-    for (int* fd : {&notify, &own_slave, &master}) {
-        if (*fd >= 0)
-            ::close(*fd);
-        *fd = -1;
-    }
 }
 
 // A link that leads nowhere was left by a simulator that could not clean up. One that leads to a

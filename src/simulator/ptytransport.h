@@ -1,6 +1,7 @@
 // A pseudo-terminal, linked under a name into the folder of virtual ports.
 #pragma once
 
+#include "serialport/filedescriptor.h"
 #include "simulator/transport.h"
 
 #include <QString>
@@ -14,8 +15,6 @@ public:
     // Throws std::runtime_error, with a text for the user, when there can be no such port.
     explicit PtyTransport(const QString& name);
     ~PtyTransport() override;
-    PtyTransport(const PtyTransport&) = delete;
-    PtyTransport& operator=(const PtyTransport&) = delete;
 
     QByteArray address() const override;
     std::vector<pollfd> watched(bool reading, bool writing) const override;
@@ -28,14 +27,13 @@ public:
 
 private:
     void open_tty();
-    void close_tty();
     void make_link();
     void remove_link();
 
     QString link_path;
     QString tty_path;
-    int master = -1;
-    int own_slave = -1;
-    int notify = -1;
+    FileDescriptor master;
+    FileDescriptor own_slave;
+    FileDescriptor notify;
     int users = 0; // open file descriptions of the port besides our own
 };

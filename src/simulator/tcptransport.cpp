@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -11,30 +12,22 @@
 #include <unistd.h>
 
 TcpTransport::TcpTransport(int port)
-    : port(port)
+    : listener(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
+    , port(port)
 {
-    listener = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     const int on = 1;
-    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    setsockopt(listener.number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in local = {};
     local.sin_family = AF_INET;
-    local.sin_port = htons(uint16_t(port));
+    local.sin_port = htons(std::uint16_t(port));
     local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof local;
-    if (::bind(listener, reinterpret_cast<sockaddr*>(&local), size) != 0 ||
-        ::listen(listener, 1) != 0 ||
-        ::getsockname(listener, reinterpret_cast<sockaddr*>(&local), &size) != 0) {
-        const std::string reason = std::strerror(errno);
-        ::close(listener);
-        throw std::runtime_error("can't listen on port " + std::to_string(port) + ": " + reason);
-    }
+    if (::bind(listener.number(), reinterpret_cast<sockaddr*>(&local), size) != 0 ||
+        ::listen(listener.number(), 1) != 0 ||
+        ::getsockname(listener.number(), reinterpret_cast<sockaddr*>(&local), &size) != 0)
+        throw std::runtime_error("can't listen on port " + std::to_string(port) + ": " +
+                                 std::strerror(errno));
     this->port = ntohs(local.sin_port);
-}
-
-TcpTransport::~TcpTransport()
-{
-    cut();
-    ::close(listener);
 }
 
 QByteArray TcpTransport::address() const
@@ -44,33 +37,34 @@ QByteArray TcpTransport::address() const
 
 std::vector<pollfd> TcpTransport::watched(bool reading, bool writing) const
 {
-    if (client < 0)
-        return {{listener, POLLIN, 0}};
+    if (!client.is_open())
+        return {{listener.number(), POLLIN, 0}};
     const bool listening = reading && !heard_all;
-    return {{client, short((listening ? POLLIN : 0) | (writing ? POLLOUT : 0)), 0}};
+    return {{client.number(), short((listening ? POLLIN : 0) | (writing ? POLLOUT : 0)), 0}};
 }
 
 void TcpTransport::update()
 {
-    if (client >= 0)
+    if (client.is_open())
         return;
-    client = ::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    client = FileDescriptor(
+        ::accept4(listener.number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
     const int on = 1; // each reply is one small segment that somebody waits for
-    if (client >= 0)
-        setsockopt(client, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    if (client.is_open())
+        setsockopt(client.number(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
 bool TcpTransport::connected() const
 {
-    return client >= 0;
+    return client.is_open();
 }
 
 QByteArray TcpTransport::read(int most)
 {
-    if (client < 0 || heard_all)
+    if (!client.is_open() || heard_all)
         return {};
     QByteArray bytes(most, Qt::Uninitialized);
-    const ssize_t count = ::recv(client, bytes.data(), size_t(most), 0);
+    const ssize_t count = ::recv(client.number(), bytes.data(), size_t(most), 0);
     heard_all = count == 0;
     if (count < 0 && errno != EAGAIN && errno != EINTR)
         cut();
@@ -80,7 +74,8 @@ QByteArray TcpTransport::read(int most)
 
 int TcpTransport::write(const QByteArray& bytes)
 {
-    const ssize_t count = ::send(client, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL);
+    const ssize_t count =
+        ::send(client.number(), bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL);
     if (count < 0 && errno != EAGAIN && errno != EINTR)
         cut();
     return count > 0 ? int(count) : 0;
@@ -95,7 +90,5 @@ void TcpTransport::drained()
 void TcpTransport::cut()
 {
     heard_all = false;
-    if (client >= 0)
-        ::close(client);
-    client = -1;
+    client.close();
 }

@@ -1,6 +1,7 @@
 // A TCP port that serves one program at a time, as a serial device server does.
 #pragma once
 
+#include "serialport/filedescriptor.h"
 #include "simulator/transport.h"
 
 // Listens on the loopback address only: a simulated device has no business in the network.
@@ -9,9 +10,6 @@ class TcpTransport : public Transport
 public:
     // Port 0 takes a free one. Throws std::runtime_error, with a text for the user.
     explicit TcpTransport(int port);
-    ~TcpTransport() override;
-    TcpTransport(const TcpTransport&) = delete;
-    TcpTransport& operator=(const TcpTransport&) = delete;
 
     QByteArray address() const override;
     std::vector<pollfd> watched(bool reading, bool writing) const override;
@@ -24,8 +22,8 @@ public:
     void cut() override;
 
 private:
-    int listener = -1;
-    int client = -1;
+    FileDescriptor listener;
+    FileDescriptor client;
     int port = 0;
     bool heard_all = false; // the program has shut down its sending side
 };

@@ -15,7 +15,7 @@ struct StackDescription
 {
     LinkDescription link;
     QVector<FramerDescription> framers;
-    int timeout_ms;
+    int timeout_ms = 0;
 };
 
 class Stack

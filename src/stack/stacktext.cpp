@@ -13,8 +13,8 @@ constexpr int DORV_RADIO = 2; // the mode that QFramerDorv starts in
 
 struct Named
 {
-    const char* name;
-    int value;
+    const char* name = nullptr;
+    int value = 0;
 };
 
 constexpr Named LINK_KINDS[] = {

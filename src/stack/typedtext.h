@@ -19,8 +19,8 @@ struct StackText
 struct TextError
 {
     QString message;
-    int column; // from 0
-    int length; // at least 1; a place after the end of the text has a column of its size
+    int column = 0; // from 0
+    int length = 1; // at least 1; a place after the end of the text has a column of its size
 };
 
 // A text, or a part of a longer one.
@@ -33,7 +33,7 @@ struct Piece
     }
 
     QString text;
-    int column; // in the longer text
+    int column = 0; // in the longer text
 
     Piece mid(int position, int length = -1) const;
     // The pieces between the separators; there is always at least one.

@@ -1,40 +1,51 @@
 // The real tarnwickctl as a child process. The words of its commands are separated by blanks.
 #pragma once
 
+#include "pty.h"
 #include "simulated.h"
 
+#include <QJsonDocument>
 #include <QJsonObject>
-#include <gtest/gtest.h>
 
-struct CtlResult
+struct Ctl : Program
 {
-    int exit = -1; // -1 when a signal ended it
-    QByteArray out;
-    QByteArray err;
-
-    // The one JSON object that the output is; empty when it is none.
-    QJsonObject json() const;
+    explicit Ctl(const QString& command, const QByteArray& input = {})
+        : Program(TARNWICKCTL, command.split(' ', Qt::SkipEmptyParts), input)
+    {
+    }
+    // The one JSON object that it has printed; empty when it is none.
+    QJsonObject json() const
+    {
+        const QJsonDocument document = QJsonDocument::fromJson(out);
+        EXPECT_TRUE(document.isObject()) << out.toStdString();
+        return document.object();
+    }
 };
 
-class Ctl
+// One that has ended.
+struct CtlRun : Ctl
 {
-public:
-    explicit Ctl(const QString& command, const QByteArray& input = {});
-    ~Ctl();
-
-    // True once stderr has shown the text.
-    bool says(const QByteArray& text);
-    void raise(int signal);
-    CtlResult wait();
-
-private:
-    QProcess process;
-    CtlResult result;
+    using Ctl::Ctl;
+    const int exit = wait();
 };
 
-CtlResult run_ctl(const QString& command, const QByteArray& input = {});
 // What it prints with --json.
-QJsonObject ctl_json(const QString& command);
+inline QJsonObject ctl_json(const QString& command)
+{
+    return CtlRun(command + " --json").json();
+}
 
-// A file of so many bytes of all values, by its path.
-QString firmware_file(const Sandbox& sandbox, const QString& name, int size);
+// A tarnwickctl with a person at its terminal, who sees stderr.
+struct CtlOnTerminal : QProcess
+{
+    explicit CtlOnTerminal(const QString& command)
+    {
+        setStandardInputFile(terminal.device());
+        setStandardErrorFile(terminal.device());
+        start(TARNWICKCTL, command.split(' '));
+    }
+    const QByteArray& screen() { return seen += terminal.read_now(); }
+
+    Pty terminal;
+    QByteArray seen;
+};

@@ -19,13 +19,8 @@ QString meaning(const LinkDescription& link)
     if (link.kind != LinkKind::Serial)
         return QStringLiteral("%1 %2 %3").arg(int(link.kind)).arg(link.host).arg(link.remote_port);
     const PortSettings& s = link.settings;
-    return QStringLiteral("%1 %2 %3-%4-%5-%6")
-        .arg(link.port)
-        .arg(int(s.BaudRate))
-        .arg(s.DataBits)
-        .arg(s.Parity)
-        .arg(s.StopBits)
-        .arg(s.FlowControl);
+    return link.port + QString::asprintf(" %d %d-%d-%d-%d", s.BaudRate, s.DataBits, s.Parity,
+                                         s.StopBits, s.FlowControl);
 }
 
 std::uint32_t channels(const Piece& text)
@@ -56,11 +51,7 @@ template <auto PARSE> Place mistake(const QString& text)
 
 TEST(CliText, AGoodTextMeansItsParts)
 {
-    const struct
-    {
-        const char* text;
-        const char* meaning;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"serial:/dev/ttyUSB0", "/dev/ttyUSB0 115200 8-0-0-0"},
         {"serial:a b,1,5o1.5,rtscts", "a b 1 5-1-1-1"},
         {"SERIAL:COM3,3000000,7E2,XONXOFF", "COM3 3000000 7-2-2-2"},
@@ -71,8 +62,8 @@ TEST(CliText, AGoodTextMeansItsParts)
         {"rawudp:255.255.255.255:80", "4 255.255.255.255 80"},
         {"broadcast:5000", "5  5000"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(meaning(parse_link(QString(row.text))), row.meaning) << row.text;
+    for (const auto& [text, parts] : rows)
+        EXPECT_EQ(meaning(parse_link(QString(text))), parts) << text;
 
     QStringList framers;
     const QString text = "none+crc16+rtu:0xFF+chan:0102+cnet:12ab+rwlt+dorv:pmac+dorv:raw+dorv";
@@ -94,13 +85,8 @@ TEST(CliText, AWrongTextIsPointedAtWhereItIsWrong)
     constexpr auto CHANNELS = mistake<channels>;
     constexpr auto WORD = mistake<parse_cnet_word>;
     constexpr auto FIT = mistake<fit>;
-    const struct
-    {
-        Place (*place)(const QString& text);
-        const char* text;
-        int column; // -1: it is right
-        int length;
-    } rows[] = {
+    // Where it is wrong, -1 for nowhere.
+    const std::tuple<Place (*)(const QString&), const char*, int, int> rows[] = {
         // clang-format off
         {LINK, "", 0, 1}, {LINK, "/dev/ttyUSB0", 0, 12}, {LINK, "serial", 6, 1},
         {LINK, "serial:", 7, 1}, {LINK, "serial:/dev/x,0", 14, 1},
@@ -123,8 +109,8 @@ TEST(CliText, AWrongTextIsPointedAtWhereItIsWrong)
         {FIT, "tcp:1.2.3.4:5 none+dorv", 19, 4},
         // clang-format on
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.place(row.text), Place(row.column, row.length)) << row.text;
+    for (const auto& [place, text, column, length] : rows)
+        EXPECT_EQ(place(text), Place(column, length)) << text;
     EXPECT_EQ(LINK("tcp:" + QString(64, 'a') + ":1"), Place(4, 64));
 }
 

@@ -3,10 +3,8 @@
 #include "netpeer.h"
 
 #include <QFileInfo>
-#include <csignal>
-#include <pty.h>
 
-class CtlUpgrade : public testing::Test
+class CtlUpgrade : public ProgramTest
 {
 protected:
     static QString upgrade(const QString& file, const QString& link = "serial:boot")
@@ -18,8 +16,12 @@ protected:
     {
         return "boot --rom 65536 --image " + sandbox.path(image);
     }
-
-    Sandbox sandbox;
+    // A file of so many bytes, by its path.
+    QString firmware_file(const QString& name, int size) const
+    {
+        file_write(sandbox.path(name), mixed_bytes(size, std::uint32_t(size)));
+        return sandbox.path(name);
+    }
 };
 
 TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChecksAlone)
@@ -28,26 +30,21 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
     const Simulated network(module("rom2") + " --listen 0");
     const auto server = NetPeer::ser2net(QFileInfo(serial.address).symLinkTarget());
     const QString log = sandbox.path("log");
-    const struct
-    {
-        QString link;
-        const char* image;
-        int size;
-    } rows[] = {
+    const std::tuple<QString, const char*, int> rows[] = {
         {"serial:boot", "rom", 20001},
         {QString("tcp:127.0.0.1:%1").arg(server->port()), "rom", 20002},
         {"tcp:" + network.address, "rom2", 10003},
         {"rawtcp:" + network.address, "rom2", 10005},
     };
-    for (const auto& row : rows) {
-        const QString file = firmware_file(sandbox, "M1_2.bin", row.size);
-        const CtlResult first = run_ctl(upgrade(file, row.link) + " --json --log " + log);
+    for (const auto& [link, image, size] : rows) {
+        const QString file = firmware_file("M1_2.bin", size);
+        const CtlRun first(upgrade(file, link) + " --json --log " + log);
         ASSERT_EQ(first.exit, 0) << first.err.toStdString();
-        EXPECT_EQ(first.json()["bytes"].toInt(), row.size);
+        EXPECT_EQ(first.json()["bytes"].toInt(), size);
         EXPECT_TRUE(first.err.contains("Device: M1 V1")) << first.err.toStdString();
-        EXPECT_EQ(file_content(sandbox.path(row.image)), file_content(file));
+        EXPECT_EQ(file_content(sandbox.path(image)), file_content(file));
         // 3 information requests and commands to start, 5 pages and the file to check.
-        EXPECT_LT(ctl_json(upgrade(file, row.link))["wire_bytes_sent"].toInt(), 200);
+        EXPECT_LT(ctl_json(upgrade(file, link))["wire_bytes_sent"].toInt(), 200);
     }
     EXPECT_TRUE(file_content(log).contains(" tcpip: connected"));
     EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run after the other
@@ -56,34 +53,27 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
 // What goes wrong, and that the right command puts it right.
 TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
 {
-    const QString file = firmware_file(sandbox, "M1_2.bin", 30000);
-    const struct
-    {
-        const char* fault; // of the module
-        QString command;
-        int exit;
-        const char* error;
-    } rows[] = {
+    const QString file = firmware_file("M1_2.bin", 30000);
+    const std::tuple<QString, QString, int, const char*> rows[] = {
         {" --silent-after 12", upgrade(file), 4, "the transfer failed"},
         {" --cut-after 12", upgrade(file), 3, "the connection is lost"},
         {" --mtu 0", upgrade(file), 1, "MTU of 0"},
         {" --rom 20000", upgrade(file), 1, "Maybe the file (30000 bytes) is larger than"},
-        {"", upgrade(firmware_file(sandbox, "M2_1.bin", 100)), 1,
+        {"", upgrade(firmware_file("M2_1.bin", 100)), 1,
          "wrong firmware (M2_1.bin) for module (M1)"},
         {"", upgrade(file).replace("crc16", "rtu:9 --retries 1"), 4, "--frame"},
         {"", upgrade(file, "tcp:127.0.0.1:1"), 3, ""},
     };
-    for (const auto& row : rows) {
-        const CtlResult failed = [&] {
-            const Simulated sim(module() + row.fault);
-            return run_ctl(row.command);
-        }();
-        EXPECT_EQ(failed.exit, row.exit) << failed.err.toStdString();
-        EXPECT_TRUE(failed.err.contains(row.error)) << failed.err.toStdString();
-        if (row.fault[0] == '\0')
+    for (const auto& [fault, command, exit, error] : rows) {
+        std::optional<Simulated> faulty(module() + fault);
+        const CtlRun failed(command);
+        EXPECT_EQ(failed.exit, exit) << failed.err.toStdString();
+        EXPECT_TRUE(failed.err.contains(error)) << failed.err.toStdString();
+        if (fault.isEmpty())
             continue;
+        faulty.reset();
         const Simulated sim(module());
-        EXPECT_EQ(run_ctl(upgrade(file)).exit, 0);
+        EXPECT_EQ(CtlRun(upgrade(file)).exit, 0);
         EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
         QFile::remove(sandbox.path("rom"));
     }
@@ -92,14 +82,13 @@ TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
 TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)
 {
     const Simulated sim(module() + " --baud 115200");
-    const QString file = firmware_file(sandbox, "M1_2.bin", 40000);
+    const QString file = firmware_file("M1_2.bin", 40000);
     Ctl ctl(upgrade(file) + " --json");
     ASSERT_TRUE(ctl.says("20 %")); // a line of its own, in a pipe
     ctl.raise(SIGINT);
-    const CtlResult stopped = ctl.wait();
-    EXPECT_EQ(stopped.exit, 130);
-    EXPECT_EQ(stopped.json()["error"].toObject()["name"].toString(), "interrupted");
-    EXPECT_TRUE(stopped.err.contains("Run the same command again")) << stopped.err.toStdString();
+    EXPECT_EQ(ctl.wait(), 130);
+    EXPECT_EQ(ctl.json()["error"].toObject()["name"].toString(), "interrupted");
+    EXPECT_TRUE(ctl.err.contains("Run the same command again")) << ctl.err.toStdString();
     EXPECT_LT(ctl_json(upgrade(file))["wire_bytes_sent"].toInt(), 39000);
     EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
 }
@@ -107,29 +96,25 @@ TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)
 TEST_F(CtlUpgrade, ASecondCtrlCEndsItAtOnce)
 {
     const Simulated sim("echo --silent-after 0");
-    Ctl ctl(upgrade(firmware_file(sandbox, "M1_2.bin", 100), "serial:echo -v --timeout 600000"));
+    Ctl ctl(upgrade(firmware_file("M1_2.bin", 100), "serial:echo -v --timeout 600000"));
     ASSERT_TRUE(ctl.says("> 61"));
     ctl.raise(SIGINT);
     ASSERT_TRUE(ctl.says("Ctrl-C again ends at once"));
     ctl.raise(SIGINT);
-    EXPECT_EQ(ctl.wait().exit, -1);
+    EXPECT_EQ(ctl.wait(), -1);
 }
 
 TEST_F(CtlUpgrade, ProgressStaysOnOneLineOfATerminal)
 {
     const Simulated sim(module());
-    const QString file = firmware_file(sandbox, "M1_2.bin", 40000);
-    Pty terminal;
-    QProcess process;
-    process.setStandardErrorFile(terminal.device());
-    process.start(TARNWICKCTL, upgrade(file).split(' '));
-    QByteArray seen;
+    const QString file = firmware_file("M1_2.bin", 40000);
+    CtlOnTerminal process(upgrade(file));
     ASSERT_TRUE(wait_until([&] {
-        seen += terminal.read_now();
+        process.screen();
         return process.state() == QProcess::NotRunning;
     }));
-    seen += terminal.read_now();
     EXPECT_EQ(process.exitCode(), 0);
+    const QByteArray seen = process.screen();
     EXPECT_TRUE(seen.contains("\r[====================] 100 %  40000 of 40000 bytes"))
         << seen.toStdString();
     EXPECT_LT(seen.count('\n'), seen.count("] "));

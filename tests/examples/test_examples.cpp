@@ -1,5 +1,6 @@
 // The examples, built against an installed copy of the library, on devices that answer and without.
 #include "modbusserver.h"
+#include "pty.h"
 #include "simulated.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,7 @@ TEST(Examples, PrintWhatTheDeviceSaysOrWhyThereIsNothing)
     const Simulated boot("boot --start-time 0 --image " + sandbox.path("rom"));
     const Simulated cnet("cnet --device 9,0,0x1234 --device 30,2,0xABCD");
     const QString firmware = sandbox.path("M1_2.bin");
-    file_write(firmware, random_bytes(5000, 1));
+    file_write(firmware, mixed_bytes(5000, 1));
     const QString none = sandbox.path("none");
     const struct
     {

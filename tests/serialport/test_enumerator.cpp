@@ -1,13 +1,8 @@
+// The list of ports, and the news of those that come and go.
 #include "plainsettings.h"
-#include "pty.h"
 #include "sandbox.h"
 #include "serialport/qextserialenumerator.h"
-#include "wait.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -22,21 +17,25 @@ QStringList virtual_ports()
     return names;
 }
 
-QStringList names_in(const QSignalSpy& spy)
-{
-    QStringList names;
-    for (const auto& call : spy)
-        names += call.at(0).value<QextPortInfo>().portName;
-    return names;
-}
-
-// Two ttys, and a folder for links to them.
+// Two ttys, a folder for links to them, and what an enumerator reports of these.
 struct Enumerator : testing::Test
 {
-    Sandbox sandbox;
-    Pty a, b;
+    void watch()
+    {
+        enumerator = std::make_unique<QextSerialEnumerator>();
+        QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceDiscovered,
+                         [this](const QextPortInfo& port) { came += port.portName; });
+        QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceRemoved,
+                         [this](const QextPortInfo& port) { went += port.portName; });
+        enumerator->setUpNotifications();
+    }
     QString link_first() { return a.link_into(sandbox.ports_folder(), "first"); }
     QString link_second() { return b.link_into(sandbox.ports_folder(), "second"); }
+
+    Sandbox sandbox;
+    Pty a, b;
+    std::unique_ptr<QextSerialEnumerator> enumerator;
+    QStringList came, went;
 };
 
 TEST_F(Enumerator, SortsComPortsByTheirNumber)
@@ -51,8 +50,7 @@ TEST_F(Enumerator, ListsLinksToDevicesInAFolderThatOnlyTheUserCanWriteTo)
     const QString second = link_second();
     const QString first = link_first();
     QFile::link("/nowhere", sandbox.ports_folder() + "/dangling");
-    QFile plain(sandbox.ports_folder() + "/plain");
-    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    file_write(sandbox.ports_folder() + "/plain", {});
     EXPECT_EQ(virtual_ports(), QStringList({first, second}));
     const auto mine = QFile::permissions(sandbox.ports_folder());
     QFile::setPermissions(sandbox.ports_folder(), mine | QFile::WriteOther);
@@ -65,37 +63,34 @@ TEST_F(Enumerator, ListsLinksToDevicesInAFolderThatOnlyTheUserCanWriteTo)
 TEST_F(Enumerator, ReportsPortsThatComeAndGo)
 {
     QDir(sandbox.ports_folder()).removeRecursively();
-    QextSerialEnumerator enumerator;
-    QSignalSpy came(&enumerator, &QextSerialEnumerator::deviceDiscovered);
-    QSignalSpy went(&enumerator, &QextSerialEnumerator::deviceRemoved);
     const mode_t old_mask = umask(0); // the folder that it makes is private all the same
-    enumerator.setUpNotifications();
+    watch();
     umask(old_mask);
     const QString first = link_first();
-    EXPECT_TRUE(wait_until([&] { return names_in(came) == QStringList(first); }));
+    EXPECT_TRUE(wait_until([&] { return came == QStringList(first); }));
     const QString second = link_second();
-    EXPECT_TRUE(wait_until([&] { return names_in(came) == QStringList({first, second}); }));
+    EXPECT_TRUE(wait_until([&] { return came == QStringList({first, second}); }));
     a.unlink();
-    EXPECT_TRUE(wait_until([&] { return names_in(went) == QStringList(first); }));
+    EXPECT_TRUE(wait_until([&] { return went == QStringList(first); }));
 }
 
 TEST_F(Enumerator, ReportsOnceThatAnOpenPortHasLostItsDevice)
 {
-    for (int row = 0; row < 4; ++row) {
-        Pty pty;
-        const bool listed = row % 2;
-        const QString name = listed ? pty.link_into(sandbox.ports_folder(), "port") : pty.device();
-        QextSerialEnumerator enumerator;
-        QSignalSpy went(&enumerator, &QextSerialEnumerator::deviceRemoved);
-        enumerator.setUpNotifications();
-        QextSerialPort port(name, plain_settings(),
-                            row / 2 ? QextSerialPort::EventDriven : QextSerialPort::Polling);
-        ASSERT_TRUE(port.open(QIODevice::ReadWrite));
-        pty.hang_up();
-        EXPECT_TRUE(wait_until([&] { return went.count() > 0; }));
-        pty.unlink();
-        QTest::qWait(100);
-        EXPECT_EQ(names_in(went), QStringList(name));
+    for (const auto mode : {QextSerialPort::Polling, QextSerialPort::EventDriven}) {
+        for (const bool listed : {false, true}) {
+            Pty pty;
+            const QString name =
+                listed ? pty.link_into(sandbox.ports_folder(), "port") : pty.device();
+            watch();
+            QextSerialPort port(name, plain_settings(), mode);
+            ASSERT_TRUE(port.open(QIODevice::ReadWrite));
+            pty.hang_up();
+            EXPECT_TRUE(wait_until([&] { return !went.isEmpty(); }));
+            pty.unlink();
+            QTest::qWait(100);
+            EXPECT_EQ(went, QStringList(name));
+            went.clear();
+        }
     }
 }
 
@@ -103,17 +98,13 @@ TEST_F(Enumerator, MayBeDeletedInsideItsOwnSignal)
 {
     link_first();
     link_second();
-    auto* enumerator = new QextSerialEnumerator;
-    int reports = 0;
-    QObject::connect(enumerator, &QextSerialEnumerator::deviceRemoved, [&] {
-        ++reports;
-        delete enumerator;
-    });
-    enumerator->setUpNotifications();
+    watch();
+    QObject::connect(enumerator.get(), &QextSerialEnumerator::deviceRemoved,
+                     [this] { enumerator.reset(); });
     a.unlink();
     b.unlink();
-    EXPECT_TRUE(wait_until([&] { return reports > 0; }));
-    EXPECT_EQ(reports, 1);
+    EXPECT_TRUE(wait_until([&] { return !enumerator; }));
+    EXPECT_EQ(went.size(), 1);
 }
 
 } // namespace

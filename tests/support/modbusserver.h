@@ -4,9 +4,7 @@
 #include "pty.h"
 
 #include <atomic>
-#include <chrono>
 #include <modbus.h>
-#include <stdexcept>
 #include <thread>
 
 class ModbusServer
@@ -16,11 +14,9 @@ public:
 
     // Registers may be set until the first request, and read while none is under way.
     ModbusServer(const Pty& pty, int address)
-        : context(modbus_new_rtu("none", 115200, 'N', 8, 1))
-        , mapping(modbus_mapping_new(0, 0, REGISTERS, 0))
     {
         constexpr unsigned LOOK_AROUND_US = 50000; // how long a request is awaited at a stretch
-        if (!context || !mapping || modbus_set_slave(context, address) != 0 ||
+        if (modbus_set_slave(context, address) != 0 ||
             modbus_set_socket(context, pty.master_fd()) != 0 ||
             modbus_set_indication_timeout(context, 0, LOOK_AROUND_US) != 0)
             throw std::runtime_error("no Modbus server");
@@ -33,8 +29,6 @@ public:
         modbus_mapping_free(mapping);
         modbus_free(context);
     }
-    ModbusServer(const ModbusServer&) = delete;
-    ModbusServer& operator=(const ModbusServer&) = delete;
 
     std::uint16_t& reg(int index) { return mapping->tab_registers[index]; }
 
@@ -52,8 +46,8 @@ private:
         }
     }
 
-    modbus_t* context;
-    modbus_mapping_t* mapping;
+    modbus_t* const context = modbus_new_rtu("none", 115200, 'N', 8, 1);
+    modbus_mapping_t* const mapping = modbus_mapping_new(0, 0, REGISTERS, 0);
     std::atomic<bool> stop = false;
     std::thread thread;
 };

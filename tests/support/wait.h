@@ -4,23 +4,21 @@
 
 #include "print.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QTest>
 #include <QThread>
 
 constexpr int PATIENCE_MS = 20000; // far beyond a loaded machine's needs; only failures wait it out
 
+// QTest::qWaitFor looks each 10 ms, which is long where a condition itself moves data.
 template <typename Condition> bool wait_until(Condition condition, int patience_ms = PATIENCE_MS)
 {
-    constexpr unsigned PAUSE_US = 200; // short, as some conditions move data by themselves
-    QElapsedTimer clock;
-    clock.start();
+    constexpr unsigned PAUSE_US = 200;
+    const QDeadlineTimer patience(patience_ms);
     while (!condition()) {
-        if (clock.elapsed() > patience_ms)
+        if (patience.hasExpired())
             return false;
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QTest::qWait(0);
         QThread::usleep(PAUSE_US);
     }
     return true;

@@ -43,17 +43,17 @@ public:
 
     bool run()
     {
+        shoot_frame();
         click("connect");
         if (!wait([this] { return window.connection().link().state() == LinkWorker::State::Open; }))
             return false;
         click("start");
-        wait([this] { return window.findChild<QProgressBar>("progress")->value() >= 50; });
+        wait([this] { return window.findChild<QProgressBar*>("progress")->value() >= 50; });
         shoot(window, "workbench-run");
         click("stop");
         wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-stopped");
         say();
-        shoot_frame();
         return several();
     }
 
@@ -80,7 +80,8 @@ private:
     void shoot_frame()
     {
         QTimer::singleShot(PAUSE_MS, &window, [this] {
-            if (auto* const dialog = qobject_cast<FramerDialog*>(QApplication::activeModalWidget())) {
+            if (auto* const dialog =
+                    qobject_cast<FramerDialog*>(QApplication::activeModalWidget())) {
                 shoot(*dialog, "workbench-frame");
                 dialog->reject();
             }
@@ -97,7 +98,7 @@ private:
             window.firmware().module_add(stack);
         }
         click("start");
-        wait([this] { return window.findChild<QProgressBar>("progress")->value() >= 70; });
+        wait([this] { return window.findChild<QProgressBar*>("progress")->value() >= 70; });
         shoot(window, "workbench-several");
         const bool ended = wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-end");
@@ -125,7 +126,8 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
     if (words.size() < 6) {
-        std::fprintf(stderr, "usage: tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT...\n");
+        std::fprintf(stderr,
+                     "usage: tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT...\n");
         return 2;
     }
     const QTemporaryDir settings_folder;

@@ -265,6 +265,14 @@ QString link_text(const LinkDescription& link)
                                             : text + ',' + name_of(settings.FlowControl, FLOWS);
 }
 
+QString link_name(const LinkDescription& link)
+{
+    if (link.kind == LinkKind::Serial)
+        return link.port.section('/', -1);
+    const QString host = link.kind == LinkKind::Broadcast ? QString("broadcast") : link.host;
+    return host + ':' + QString::number(link.remote_port);
+}
+
 QString framers_text(const QVector<FramerDescription>& framers)
 {
     QStringList texts;

@@ -54,6 +54,8 @@ QVector<FramerDescription> parse_framers(const Piece& text);
 
 // What parse_link and parse_framers take for the same. Rate and format are always written.
 QString link_text(const LinkDescription& link);
+// The port's last part, or host and port: "ttyUSB0", "10.0.0.5:4001".
+QString link_name(const LinkDescription& link);
 QString framers_text(const QVector<FramerDescription>& framers);
 
 // Throws TextError, with its place in the text of the framers, when they don't work on that link.

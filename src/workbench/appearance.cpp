@@ -56,9 +56,7 @@ void Appearance::use(const QString& name) const
     const QString style = own ? QString("fusion") : desktop_style;
     if (QApplication::style()->objectName() != style)
         QApplication::setStyle(style);
-    const QPalette palette = name == DARK ? dark_palette()
-                             : own        ? light_palette()
-                                          : desktop;
+    const QPalette palette = name == DARK ? dark_palette() : own ? light_palette() : desktop;
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
 }

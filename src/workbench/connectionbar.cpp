@@ -198,10 +198,10 @@ void ConnectionBar::state_show()
     using State = LinkWorker::State;
     const State state = worker.state();
     const bool closed = state == State::Closed;
-    for (QWidget* const widget : {static_cast<QWidget*>(link_text_edit), static_cast<QWidget*>(link_button),
-                                  static_cast<QWidget*>(frame_text_edit),
-                                  static_cast<QWidget*>(frame_button),
-                                  static_cast<QWidget*>(timeout_box)})
+    for (QWidget* const widget :
+         {static_cast<QWidget*>(link_text_edit), static_cast<QWidget*>(link_button),
+          static_cast<QWidget*>(frame_text_edit), static_cast<QWidget*>(frame_button),
+          static_cast<QWidget*>(timeout_box)})
         widget->setEnabled(closed);
     connect_button->setText(closed ? tr("&Connect") : tr("Dis&connect"));
     connect_button->setIcon(closed ? theme_icon("network-connect", QStyle::SP_DialogYesButton)

@@ -101,7 +101,7 @@ QWidget* FirmwarePage::modules_create()
     table->setTabKeyNavigation(false); // Tab leaves the table
     table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
-    table->setColumnWidth(ModuleList::LINK, 280);
+    table->setColumnWidth(ModuleList::LINK, 170);
     table->setColumnWidth(ModuleList::DEVICE, 190);
     table->setWordWrap(false);
     table->setMinimumHeight(4 * table->fontMetrics().height());

@@ -55,9 +55,9 @@ int FrameBoxes::box_width(const FramePart& part) const
 
 QSize FrameBoxes::sizeHint() const
 {
-    const int width = std::accumulate(
-        parts.cbegin(), parts.cend(), 1,
-        [this](int sum, const FramePart& part) { return sum + box_width(part); });
+    const int width =
+        std::accumulate(parts.cbegin(), parts.cend(), 1,
+                        [this](int sum, const FramePart& part) { return sum + box_width(part); });
     return {width, 2 * fontMetrics().height() + 10};
 }
 

@@ -24,7 +24,7 @@ public:
 private:
     void install(QTranslator& translator, const QString& name, const QString& folder);
 
-    QTranslator qt;       // Qt's own texts
-    QTranslator dialogs;  // of the link dialog, which the terminal has too
+    QTranslator qt;      // Qt's own texts
+    QTranslator dialogs; // of the link dialog, which the terminal has too
     QTranslator workbench;
 };

@@ -14,7 +14,7 @@ public:
     std::optional<LinkProblem> open(const StackDescription& description, LogFeed& feed)
     {
         try {
-            log = std::make_unique<LinkLog>(feed, link_text(description.link));
+            log = std::make_unique<LinkLog>(feed, link_name(description.link));
             stack = std::make_unique<Stack>(description, *log);
             stack->open();
             return std::nullopt;

@@ -30,7 +30,8 @@ void ModuleList::append(std::unique_ptr<UpgradeModule> module)
         emit dataChanged(index(row, 0), index(row, COLUMNS - 1));
         emit module_changed(row);
     });
-    connect(added, &UpgradeModule::ended, this, [this, added] { emit module_ended(row_of(added)); });
+    connect(added, &UpgradeModule::ended, this,
+            [this, added] { emit module_ended(row_of(added)); });
     beginInsertRows({}, count(), count());
     modules.push_back(std::move(module));
     endInsertRows();
@@ -122,8 +123,7 @@ QString ModuleList::text(const UpgradeModule& module, int column) const
     switch (column) {
     case LINK:
         return module.shares_link() ? tr("the connection above")
-                                    : link_text(module.description().link) + "  " +
-                                          framers_text(module.description().framers);
+                                    : link_name(module.description().link);
     case DEVICE:
         return module.device() ? module.device()->soft_info : QString();
     case STAGE:
@@ -139,11 +139,20 @@ QString ModuleList::text(const UpgradeModule& module, int column) const
     }
 }
 
+QString ModuleList::hint(const UpgradeModule& module, int column) const
+{
+    if (column != LINK)
+        return text(module, column);
+    const StackDescription& stack = module.description();
+    return link_text(stack.link) + "  " + framers_text(stack.framers);
+}
+
 QVariant ModuleList::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
         return {};
-    return text(module(index.row()), index.column());
+    const UpgradeModule& of_row = module(index.row());
+    return role == Qt::DisplayRole ? text(of_row, index.column()) : hint(of_row, index.column());
 }
 
 QVariant ModuleList::headerData(int section, Qt::Orientation orientation, int role) const

@@ -45,6 +45,7 @@ private:
     void append(std::unique_ptr<UpgradeModule> module);
     int row_of(const UpgradeModule* module) const;
     QString text(const UpgradeModule& module, int column) const;
+    QString hint(const UpgradeModule& module, int column) const;
 
     LogFeed& feed;
     std::vector<std::unique_ptr<UpgradeModule>> modules;

@@ -152,8 +152,8 @@ void PageLegend::paintEvent(QPaintEvent*)
         const QRect swatch(x, (height() - SWATCH) / 2, SWATCH, SWATCH);
         paint_page(painter, swatch, PageState(state), palette());
         painter.setPen(palette().color(QPalette::WindowText));
-        painter.drawText(QRect(x + SWATCH + GAP, 0, entry_width(state), height()),
-                         Qt::AlignVCenter, PageWords::name(PageState(state)));
+        painter.drawText(QRect(x + SWATCH + GAP, 0, entry_width(state), height()), Qt::AlignVCenter,
+                         PageWords::name(PageState(state)));
         x += entry_width(state);
     }
 }

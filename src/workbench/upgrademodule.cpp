@@ -48,8 +48,7 @@ void UpgradeModule::connect_run()
         map.set(offset, state_of(state));
         emit changed();
     });
-    connect(&run, &UpgradeRun::progress, this,
-            [this](int, int offset) { progress_set(offset); });
+    connect(&run, &UpgradeRun::progress, this, [this](int, int offset) { progress_set(offset); });
     connect(&run, &UpgradeRun::ended, this, &UpgradeModule::end);
 }
 

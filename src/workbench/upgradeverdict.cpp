@@ -56,11 +56,13 @@ UpgradeVerdict send_failed(const UpgradeReport& report, const RunSettings& setti
     const LoaderOutcome& outcome = report.outcome;
     if (outcome.refusals == std::uint32_t(settings.attempts))
         return {false,
-                UpgradeVerdict::tr("The module refused all %1 attempts to send the packet at offset %2.")
+                UpgradeVerdict::tr(
+                    "The module refused all %1 attempts to send the packet at offset %2.")
                     .arg(outcome.refusals)
                     .arg(outcome.offset),
-                UpgradeVerdict::tr("Maybe the file (%1 bytes) is larger than the module's memory; if it isn't, "
-                      "try a packet length of 256.")
+                UpgradeVerdict::tr(
+                    "Maybe the file (%1 bytes) is larger than the module's memory; if it isn't, "
+                    "try a packet length of 256.")
                     .arg(report.file_size)};
     return {false, UpgradeVerdict::tr("The transfer failed: %1.").arg(reason_text(outcome.reason)),
             rerun() + ' ' + UpgradeVerdict::tr("On a bad line, a packet length of 256 helps.")};
@@ -82,11 +84,12 @@ UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_
         return {false, UpgradeVerdict::tr("The file %1: %2.").arg(file_name, reason),
                 UpgradeVerdict::tr("Choose it anew, or another one.")};
     case LoaderEnding::WrongFirmware:
-        return {false,
-                UpgradeVerdict::tr("Wrong firmware: %1 is not for the module %2.")
-                    .arg(file_name, outcome.module_name),
-                UpgradeVerdict::tr("Choose the file whose name begins with the module's name and an "
-                      "underscore.")};
+        return {
+            false,
+            UpgradeVerdict::tr("Wrong firmware: %1 is not for the module %2.")
+                .arg(file_name, outcome.module_name),
+            UpgradeVerdict::tr("Choose the file whose name begins with the module's name and an "
+                               "underscore.")};
     default:
         break;
     }
@@ -98,11 +101,14 @@ UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_
                 UpgradeVerdict::tr("Check that it is on, and the rate, the format and the frame.")};
     case LoaderEnding::NoBootInfo:
     case LoaderEnding::NotInBoot:
-        return {false, UpgradeVerdict::tr("The module didn't start its boot code."),
-                UpgradeVerdict::tr("It may take longer: start again with a reset wait of 5000 ms.")};
+        return {
+            false, UpgradeVerdict::tr("The module didn't start its boot code."),
+            UpgradeVerdict::tr("It may take longer: start again with a reset wait of 5000 ms.")};
     case LoaderEnding::VerifyFailed:
-        return {false, UpgradeVerdict::tr("The module doesn't say that it holds the file: %1.").arg(reason),
-                UpgradeVerdict::tr("It stays in its boot code.") + ' ' + rerun()};
+        return {
+            false,
+            UpgradeVerdict::tr("The module doesn't say that it holds the file: %1.").arg(reason),
+            UpgradeVerdict::tr("It stays in its boot code.") + ' ' + rerun()};
     default:
         return send_failed(report, settings);
     }

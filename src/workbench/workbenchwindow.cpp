@@ -37,10 +37,13 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     log = new LogDock(feed, this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     menus_create();
-    connect(firmware_page, &FirmwarePage::idle, this, [this] {
-        if (closing)
-            close();
-    }, Qt::QueuedConnection);
+    connect(
+        firmware_page, &FirmwarePage::idle, this,
+        [this] {
+            if (closing)
+                close();
+        },
+        Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();

@@ -31,7 +31,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-
     void menus_create();
     QActionGroup* choices_create(QMenu* menu, const QStringList& values,
                                  void (WorkbenchWindow::*chosen)(const QString&));

@@ -25,8 +25,13 @@ TEST(PageMap, KnowsThePageOfEachOffsetAndTheBytesOfEachPage)
     const struct
     {
         int size, page_size, pages, last_bytes;
-    } rows[] = {{1, 4096, 1, 1},     {4096, 4096, 1, 4096}, {4097, 4096, 2, 1}, {10000, 4096, 3, 1808},
-                {0, 4096, 0, 0},     {500, 0, 0, 0},        {0x7FFFFFFF, 0xFFFF, 32769, 0x7FFF}};
+    } rows[] = {{1, 4096, 1, 1},
+                {4096, 4096, 1, 4096},
+                {4097, 4096, 2, 1},
+                {10000, 4096, 3, 1808},
+                {0, 4096, 0, 0},
+                {500, 0, 0, 0},
+                {0x7FFFFFFF, 0xFFFF, 32769, 0x7FFF}};
     for (const auto& row : rows) {
         PageMap map(row.size, row.page_size);
         ASSERT_EQ(map.count(), row.pages) << row.size;
@@ -108,9 +113,12 @@ TEST(FirmwareFile, SaysInASentenceWhyItCannotBeSent)
     {
         QString path;
         const char* problem;
-    } rows[] = {{"", "Choose a firmware file first"}, {sandbox.path("none"), "There is no file"},
-                {sandbox.path(""), "is no file"},     {sandbox.path("empty.bin"), "is empty"},
-                {large, "is too large"},              {sandbox.path("good.bin"), ""}};
+    } rows[] = {{"", "Choose a firmware file first"},
+                {sandbox.path("none"), "There is no file"},
+                {sandbox.path(""), "is no file"},
+                {sandbox.path("empty.bin"), "is empty"},
+                {large, "is too large"},
+                {sandbox.path("good.bin"), ""}};
     for (const auto& row : rows) {
         const FirmwareFile file(row.path);
         EXPECT_TRUE(file.problem().contains(row.problem)) << qPrintable(file.problem());
@@ -194,9 +202,9 @@ TEST(StackText, IsTakenAsItIsWrittenAndShowsTheFrameInParts)
         const char* framers;
         const char* parts; // of the payload 61 02
     } rows[] = {{"none", "6102"},
-                {"crc16", "6102 68e1"},
-                {"rtu:1", "01 6102 a9fc"},
-                {"crc16+chan:05", "05 6102 6b2f"},
+                {"crc16", "6102 a9e1"},
+                {"rtu:1", "01 6102 8851"},
+                {"crc16+chan:05", "05 6102 c990"},
                 {"chan:1234", "1234 6102"},
                 {"rwlt", "ab 6102 ba"},
                 {"cnet:1234", "aa05d11234 6102 55"}};

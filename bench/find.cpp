@@ -19,8 +19,8 @@ constexpr int CHUNK = 512;
 struct Work
 {
     const char* name;
-    const char* piece;  ///< what the text repeats
-    const char* wanted; ///< what is looked for
+    const char* piece;  // what the text repeats
+    const char* wanted; // what is looked for
 };
 
 constexpr Work WORKS[] = {

@@ -19,25 +19,25 @@ struct Work
     const char* name;
     Text text;
     int most_lines;
-    double ratio_wanted;  ///< to the bare reader, at most
-    double memory_wanted; ///< bytes for each received one, at most; 0 where lines are cleared
+    double ratio_wanted;  // to the bare reader, at most
+    double memory_wanted; // bytes for each received one, at most; 0 where lines are cleared
 };
 
 constexpr Work WORKS[] = {
-    {"stream", Text::stream, 0, 2.5, 3},
-    {"hexadecimal", Text::hexadecimal, 0, 5, 8},
-    {"lines", Text::lines, 0, 9, 5},
-    {"lines, clear", Text::lines, 100, 5, 0},
+    {"stream", Text::Stream, 0, 2.5, 3},
+    {"hexadecimal", Text::Hexadecimal, 0, 5, 8},
+    {"lines", Text::Lines, 0, 9, 5},
+    {"lines, clear", Text::Lines, 100, 5, 0},
 };
 
 struct Sizes
 {
-    qint64 mb = 64;         ///< of each work
-    qint64 clear_mb = 1024; ///< with auto clear, for the memory
-    qint64 stock_kb = 20;   ///< that the stock widget can bear
-    qint64 steady_s = 3;    ///< at Pace::steady, after the rest
+    qint64 mb = 64;         // of each work
+    qint64 clear_mb = 1024; // with auto clear, for the memory
+    qint64 stock_kb = 20;   // that the stock widget can bear
+    qint64 steady_s = 3;    // at Pace::Steady, after the rest
     qint64 runs = 3;
-    qint64 work = 0; ///< the only one, from 1; 0 is all of them
+    qint64 work = 0; // the only one, from 1; 0 is all of them
 };
 
 struct Row
@@ -83,9 +83,9 @@ Row measure_row(const Work& work, const Sizes& sizes)
         wanted.bytes = sizes.mb * MB;
         wanted.most_lines = work.most_lines;
         bare.push_back(measure(wanted));
-        wanted.reader = Reader::document;
+        wanted.reader = Reader::Document;
         document.push_back(measure(wanted));
-        wanted.reader = Reader::program;
+        wanted.reader = Reader::Program;
         wanted.steady_bytes = sizes.steady_s * 300000;
         wanted.handle = true;
         program.push_back(measure(wanted));
@@ -137,8 +137,8 @@ void print_answers(const std::vector<Row>& rows, const Sizes& sizes)
 void print_memory_with_clear(const Sizes& sizes)
 {
     Case wanted;
-    wanted.reader = Reader::program;
-    wanted.text = Text::lines;
+    wanted.reader = Reader::Program;
+    wanted.text = Text::Lines;
     wanted.most_lines = 100;
     wanted.bytes = sizes.clear_mb * MB;
     const Measured measured = measure(wanted);
@@ -161,10 +161,10 @@ void print_stock(const Sizes& sizes)
         Case wanted;
         wanted.text = work.text;
         wanted.bytes = sizes.stock_kb * 1000;
-        wanted.pace = Pace::baud;
-        wanted.reader = Reader::stock;
+        wanted.pace = Pace::Baud;
+        wanted.reader = Reader::Stock;
         const Measured stock = measure(wanted);
-        wanted.reader = Reader::program;
+        wanted.reader = Reader::Program;
         const Measured program = measure(wanted);
         std::printf("%-14s %8.3f %10.3f %8.0f\n", work.name, stock.cpu_s, program.cpu_s,
                     stock.cpu_s / program.cpu_s);

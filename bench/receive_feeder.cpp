@@ -30,11 +30,11 @@ constexpr int PATTERN_SIZE = (LINE_LENGTH + 1) * 512; // whole lines, whole writ
 QByteArray pattern_of(Text text)
 {
     std::mt19937 random(1); // the same bytes in each run
-    const bool any_byte = text == Text::hexadecimal;
+    const bool any_byte = text == Text::Hexadecimal;
     std::uniform_int_distribution<int> byte(any_byte ? 0 : ' ', any_byte ? 255 : '~');
     QByteArray pattern(PATTERN_SIZE, '\0');
     for (int i = 0; i < pattern.size(); ++i) {
-        const bool breaks = text == Text::lines && i % (LINE_LENGTH + 1) == LINE_LENGTH;
+        const bool breaks = text == Text::Lines && i % (LINE_LENGTH + 1) == LINE_LENGTH;
         pattern[i] = breaks ? '\n' : char(byte(random));
     }
     return pattern;
@@ -62,11 +62,11 @@ struct Steps
 Steps steps_of(Pace pace)
 {
     switch (pace) {
-    case Pace::fastest:
+    case Pace::Fastest:
         break;
-    case Pace::steady:
+    case Pace::Steady:
         return {512, 300000};
-    case Pace::baud:
+    case Pace::Baud:
         return {64, 11520};
     }
     return {512, 0};
@@ -74,9 +74,9 @@ Steps steps_of(Pace pace)
 
 void send(int master, const QByteArray& pattern, qint64 bytes, Pace pace)
 {
-    using clock = std::chrono::steady_clock;
+    using Clock = std::chrono::steady_clock;
     const Steps steps = steps_of(pace);
-    const clock::time_point begin = clock::now();
+    const Clock::time_point begin = Clock::now();
     for (qint64 done = 0; done < bytes;) {
         const auto size = size_t(std::min<qint64>(steps.size, bytes - done));
         const ssize_t n = write(master, pattern.constData() + done % PATTERN_SIZE, size);
@@ -120,7 +120,7 @@ Measured measure(const Case& wanted)
     await_report(reports[0], &signal, 1);
     send(master, pattern, wanted.bytes, wanted.pace);
     await_report(reports[0], &signal, 1);
-    send(master, pattern, wanted.steady_bytes, Pace::steady);
+    send(master, pattern, wanted.steady_bytes, Pace::Steady);
     Measured measured;
     await_report(reports[0], &measured, sizeof measured);
 

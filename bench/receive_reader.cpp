@@ -83,7 +83,7 @@ private:
 
 QString text_of(const QByteArray& data, const Case& wanted)
 {
-    if (wanted.text == Text::hexadecimal)
+    if (wanted.text == Text::Hexadecimal)
         return QString::fromLatin1(data.toHex(' ').toUpper() + ' ');
     return QString::fromLocal8Bit(data);
 }
@@ -170,7 +170,7 @@ public:
         QFile::link(device, link);
         window = std::make_unique<MainWindow>();
         window->show();
-        widget<QCheckBox>("checkBox_hex_display")->setChecked(wanted.text == Text::hexadecimal);
+        widget<QCheckBox>("checkBox_hex_display")->setChecked(wanted.text == Text::Hexadecimal);
         if (wanted.most_lines > 0)
             widget<QSpinBox>("spinBox_auto_clr_threshold")->setValue(wanted.most_lines);
         widget<QCheckBox>("checkBox_window_auto_clr")->setChecked(wanted.most_lines > 0);
@@ -221,13 +221,13 @@ private:
 std::unique_ptr<Subject> make_subject(const Case& wanted, const QString& device)
 {
     switch (wanted.reader) {
-    case Reader::bare:
+    case Reader::Bare:
         return std::make_unique<BareReader>(device);
-    case Reader::stock:
+    case Reader::Stock:
         return std::make_unique<StockReader>(device, wanted);
-    case Reader::document:
+    case Reader::Document:
         return std::make_unique<DocumentReader>(device, wanted);
-    case Reader::program:
+    case Reader::Program:
         break;
     }
     return std::make_unique<ProgramReader>(device, wanted);

@@ -21,7 +21,7 @@ public:
         turn();
     }
     double worst_ms() const { return double(worst_ns) / 1e6; }
-    /// The longest by the CPU that this thread used; the rest is other programs'.
+    // The longest by the CPU that this thread used; the rest is other programs'.
     double worst_cpu_ms() const { return worst_cpu; }
 
 protected:

@@ -24,17 +24,14 @@ unsigned size_of(const QByteArray& bytes)
 
 HashSelectDialog::HashSelectDialog(const QByteArray& data, QWidget* parent)
     : QDialog(parent)
-    , ui(new Ui_HashSelectDialog)
+    , ui(std::make_unique<Ui_HashSelectDialog>())
     , data(data)
 {
     ui->setupUi(this);
     ui->lineEdit->setAccessibleName(tr("result"));
 }
 
-HashSelectDialog::~HashSelectDialog()
-{
-    delete ui;
-}
+HashSelectDialog::~HashSelectDialog() = default;
 
 QString HashSelectDialog::result_text() const
 {

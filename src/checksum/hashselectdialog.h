@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QString>
 #include <cstdint>
+#include <memory>
 
 class Ui_HashSelectDialog;
 
@@ -42,6 +43,6 @@ private:
     void result16_show(std::uint16_t value);
     void result32_show(std::uint32_t value);
 
-    Ui_HashSelectDialog* ui;
+    std::unique_ptr<Ui_HashSelectDialog> ui;
     QByteArray data;
 };

@@ -3,12 +3,14 @@
 #include <QFileInfo>
 #include <QLockFile>
 
+namespace {
+
 // Who makes a lock fills it within microseconds.
-static constexpr int EMPTY_LOCK_STALE_MS = 100;
+constexpr int EMPTY_LOCK_STALE_MS = 100;
 
 // Qt recognises the lock of a dead program by the process that it names. A kill between making
 // and filling it leaves an empty one, for which a store would hold up the window for half a minute.
-static const QString& without_dead_lock(const QString& path)
+const QString& without_dead_lock(const QString& path)
 {
     const QString lock_path = path + ".lock";
     const QFileInfo found(lock_path);
@@ -19,6 +21,8 @@ static const QString& without_dead_lock(const QString& path)
     }
     return path;
 }
+
+} // namespace
 
 IniFile::IniFile(const QString& path)
     : QSettings(without_dead_lock(path), QSettings::IniFormat)

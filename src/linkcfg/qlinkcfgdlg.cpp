@@ -54,10 +54,9 @@ QLinkCfgDlg::QLinkCfgDlg(QWidget* parent, const QString& cfg_file)
 QLinkCfgDlg::~QLinkCfgDlg()
 {
     link_type_store();
+    // The pages store their settings after it and in this order, which is that of a new file.
     delete serial_page;
     delete tcpip_page;
-    delete page_stack;
-    delete button_box;
 }
 
 int QLinkCfgDlg::link_type() const

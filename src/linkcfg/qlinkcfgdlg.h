@@ -33,10 +33,10 @@ private:
     void layout_build();
     void link_type_store() const;
 
-    QSerialCfgWidget* serial_page;
-    QTcpipCfgWidget* tcpip_page;
-    QStackedWidget* page_stack;
-    QDialogButtonBox* button_box;
-    QComboBox* link_type_box;
+    QSerialCfgWidget* serial_page = nullptr;
+    QTcpipCfgWidget* tcpip_page = nullptr;
+    QStackedWidget* page_stack = nullptr;
+    QDialogButtonBox* button_box = nullptr;
+    QComboBox* link_type_box = nullptr;
     QString cfg_file;
 };

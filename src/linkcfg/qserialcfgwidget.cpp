@@ -36,8 +36,8 @@ constexpr int TIMEOUT_MAX = 20000;
 
 struct Choice
 {
-    const char* text;
-    int data;
+    const char* text = nullptr;
+    int data = 0;
 };
 
 constexpr Choice DATA_BITS_CHOICES[] = {{"5", DATA_5}, {"6", DATA_6}, {"7", DATA_7}, {"8", DATA_8}};
@@ -112,13 +112,6 @@ QSerialCfgWidget::~QSerialCfgWidget()
 {
     if (!cfg_file.isEmpty())
         settings_store();
-    delete portComboBox;
-    delete baudComboBox;
-    delete dataBitsComboBox;
-    delete parityComboBox;
-    delete stopBitsComboBox;
-    delete flowComboBox;
-    delete timeoutSpinBox;
 }
 
 bool QSerialCfgWidget::port_exists() const

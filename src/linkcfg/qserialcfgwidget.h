@@ -12,13 +12,13 @@ class QSpinBox;
 // What the page shows, as it is kept in the file: the row of each combo box, -1 for none.
 struct SerialCfgIndexes
 {
-    int port;
-    int baud;
-    int data_bits;
-    int parity;
-    int stop_bits;
-    int flow;
-    int timeout; // ms
+    int port = 0;
+    int baud = 0;
+    int data_bits = 0;
+    int parity = 0;
+    int stop_bits = 0;
+    int flow = 0;
+    int timeout = 0; // ms
 };
 
 // The page stores its settings when it is destroyed, all of them or, when nothing has changed,
@@ -65,12 +65,12 @@ private:
     void settings_store() const;
 
     SerialCfgIndexes initial; // as read from the file
-    QComboBox* portComboBox;
-    QComboBox* baudComboBox;
-    QComboBox* dataBitsComboBox;
-    QComboBox* parityComboBox;
-    QComboBox* stopBitsComboBox;
-    QComboBox* flowComboBox;
-    QSpinBox* timeoutSpinBox;
+    QComboBox* portComboBox = nullptr;
+    QComboBox* baudComboBox = nullptr;
+    QComboBox* dataBitsComboBox = nullptr;
+    QComboBox* parityComboBox = nullptr;
+    QComboBox* stopBitsComboBox = nullptr;
+    QComboBox* flowComboBox = nullptr;
+    QSpinBox* timeoutSpinBox = nullptr;
     QString cfg_file;
 };

@@ -1,6 +1,7 @@
 #include "linkcfg/qtcpipcfgwidget.h"
 
 #include "linkcfg/inifile.h"
+#include "linkcfg/option.h"
 #include "linkcfg/setting.h"
 #include "ui_qtcpipcfgwidget.h"
 
@@ -36,12 +37,18 @@ QTcpipCfgWidget::QTcpipCfgWidget(QWidget* parent, const QString& filename)
     ui->label_3->setBuddy(ui->spinBox_remote_port);
     ui->label_6->setBuddy(ui->spinBox_local_port);
     ui->label_7->setBuddy(ui->spinBox_timeot);
-    settings_load();
+    IniFile settings(filename);
+    settings.beginGroup(GROUP);
+    for (const Option& option : options())
+        option.load(settings);
 }
 
 QTcpipCfgWidget::~QTcpipCfgWidget()
 {
-    settings_store();
+    IniFile settings(filename);
+    settings.beginGroup(GROUP);
+    for (const Option& option : options())
+        option.store(settings);
 }
 
 int QTcpipCfgWidget::ip_version() const
@@ -110,30 +117,17 @@ void QTcpipCfgWidget::on_checkBox_random_local_port_stateChanged(int arg1)
     ui->spinBox_local_port->setEnabled(arg1 == Qt::Unchecked);
 }
 
-void QTcpipCfgWidget::settings_load()
+// In the order in which a new file gets their keys.
+std::vector<Option> QTcpipCfgWidget::options() const
 {
-    IniFile settings(filename);
-    settings.beginGroup(GROUP);
-    ui->comboBox_ip_version->setCurrentIndex(IP_VERSION.read(settings));
-    ui->comboBox_protocol->setCurrentIndex(PROTOCOL.read(settings));
-    ui->lineEdit_ipv4_addr->setText(IPV4_ADDR.read(settings));
-    ui->lineEdit_ipv6_addr->setText(IPV6_ADDR.read(settings));
-    ui->spinBox_remote_port->setValue(REMOTE_PORT.read(settings));
-    ui->spinBox_local_port->setValue(LOCAL_PORT.read(settings));
-    ui->checkBox_random_local_port->setChecked(LOCAL_PORT_RANDOM.read(settings));
-    ui->spinBox_timeot->setValue(TIMEOUT.read(settings));
-}
-
-void QTcpipCfgWidget::settings_store() const
-{
-    IniFile settings(filename);
-    settings.beginGroup(GROUP);
-    IP_VERSION.write_if_changed(settings, ip_version());
-    PROTOCOL.write_if_changed(settings, protocol());
-    IPV4_ADDR.write_if_changed(settings, ipv4_addr());
-    IPV6_ADDR.write_if_changed(settings, ipv6_addr());
-    REMOTE_PORT.write_if_changed(settings, remote_port());
-    LOCAL_PORT.write_if_changed(settings, local_port());
-    LOCAL_PORT_RANDOM.write_if_changed(settings, local_port_random());
-    TIMEOUT.write_if_changed(settings, timeout());
+    return {
+        {IP_VERSION, ui->comboBox_ip_version},
+        {PROTOCOL, ui->comboBox_protocol},
+        {IPV4_ADDR, ui->lineEdit_ipv4_addr},
+        {IPV6_ADDR, ui->lineEdit_ipv6_addr},
+        {REMOTE_PORT, ui->spinBox_remote_port},
+        {LOCAL_PORT, ui->spinBox_local_port},
+        {LOCAL_PORT_RANDOM, ui->checkBox_random_local_port},
+        {TIMEOUT, ui->spinBox_timeot},
+    };
 }

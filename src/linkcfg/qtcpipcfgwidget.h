@@ -6,6 +6,9 @@
 #include <QString>
 #include <QWidget>
 #include <memory>
+#include <vector>
+
+class Option;
 
 namespace Ui {
 class QTcpipCfgWidget;
@@ -38,8 +41,7 @@ private slots:
     void on_checkBox_random_local_port_stateChanged(int arg1);
 
 private:
-    void settings_load();
-    void settings_store() const;
+    std::vector<Option> options() const;
 
     std::unique_ptr<Ui::QTcpipCfgWidget> ui;
     QString filename;

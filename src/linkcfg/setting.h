@@ -5,8 +5,8 @@
 
 template <typename Value> struct Setting
 {
-    const char* key;
-    Value fallback;
+    const char* key = nullptr;
+    Value fallback{};
 
     Value read(const QSettings& settings) const
     {

@@ -9,12 +9,12 @@
 namespace {
 
 // Characters below are neither wide nor combining.
-constexpr ushort FIRST_UNEVEN = 0x300;
+constexpr std::uint16_t FIRST_UNEVEN = 0x300;
 
 struct Range
 {
-    uint first;
-    uint last;
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
 };
 
 // East Asian wide and fullwidth characters and emoji, as terminals count them.
@@ -42,14 +42,15 @@ constexpr Range WIDE[] = {
     {0x1F947, 0x1F9FF}, {0x1FA70, 0x1FAFF}, {0x20000, 0x3FFFD},
 };
 
-bool is_wide(uint code)
+bool is_wide(std::uint32_t code)
 {
-    const auto* range = std::lower_bound(std::begin(WIDE), std::end(WIDE), code,
-                                         [](const Range& r, uint c) { return r.last < c; });
+    const auto* range =
+        std::lower_bound(std::begin(WIDE), std::end(WIDE), code,
+                         [](const Range& r, std::uint32_t c) { return r.last < c; });
     return range != std::end(WIDE) && range->first <= code;
 }
 
-bool is_joined(uint code)
+bool is_joined(std::uint32_t code)
 {
     const auto category = QChar::category(code);
     const bool hangul_vowel_or_final = code >= 0x1160 && code <= 0x11FF;
@@ -74,9 +75,9 @@ bool is_plain_text(const QChar* text, int count)
 }
 
 // A bit for each of at most 64 characters.
-quint64 blanks_of(const QChar* text, int count)
+std::uint64_t blanks_of(const QChar* text, int count)
 {
-    quint64 blanks = 0;
+    std::uint64_t blanks = 0;
     int done = 0;
 #ifdef __SSE2__
     const __m128i blank = _mm_set1_epi16(' ');
@@ -84,15 +85,16 @@ quint64 blanks_of(const QChar* text, int count)
         const auto* at = reinterpret_cast<const __m128i*>(text + done);
         const __m128i low = _mm_cmpeq_epi16(_mm_loadu_si128(at), blank);
         const __m128i high = _mm_cmpeq_epi16(_mm_loadu_si128(at + 1), blank);
-        blanks |= quint64(uint(_mm_movemask_epi8(_mm_packs_epi16(low, high)))) << done;
+        blanks |= std::uint64_t(std::uint32_t(_mm_movemask_epi8(_mm_packs_epi16(low, high))))
+                  << done;
     }
 #endif
     for (; done < count; ++done)
-        blanks |= quint64(text[done].unicode() == ' ') << done;
+        blanks |= std::uint64_t(text[done].unicode() == ' ') << done;
     return blanks;
 }
 
-void append_blanks(quint64* blanks, int offset, const QChar* text, int count)
+void append_blanks(std::uint64_t* blanks, int offset, const QChar* text, int count)
 {
     for (int done = 0; done < count;) {
         const int bit = (offset + done) % 64;
@@ -127,28 +129,28 @@ Cell cell_of(const QChar* text, int index, int count)
 {
     const QChar c = text[index];
     if (c == QLatin1Char(' '))
-        return Cell::blank;
+        return Cell::Blank;
     if (c == QLatin1Char('\t'))
-        return Cell::tab;
+        return Cell::Tab;
     if (c.unicode() < FIRST_UNEVEN)
-        return Cell::narrow;
+        return Cell::Narrow;
     if (c == QChar::LineSeparator)
-        return Cell::newline;
-    uint code = c.unicode();
+        return Cell::Newline;
+    std::uint32_t code = c.unicode();
     if (c.isHighSurrogate() && index + 1 < count && text[index + 1].isLowSurrogate())
         code = QChar::surrogateToUcs4(c, text[index + 1]);
     else if (c.isLowSurrogate() && index > 0 && text[index - 1].isHighSurrogate())
-        return Cell::joined;
+        return Cell::Joined;
     if (is_joined(code))
-        return Cell::joined;
-    return is_wide(code) ? Cell::wide : Cell::narrow;
+        return Cell::Joined;
+    return is_wide(code) ? Cell::Wide : Cell::Narrow;
 }
 
 void CellText::append(const QChar* text, int count)
 {
     for (int done = 0; done < count;) {
         const int offset = static_cast<int>(past_last % PAGE);
-        if (past_last / PAGE == first_page + qint64(pages.size()))
+        if (past_last / PAGE == first_page + std::int64_t(pages.size()))
             pages.emplace_back();
         const int room = std::min(count - done, PAGE - offset);
         Page& page = pages.back();
@@ -158,7 +160,7 @@ void CellText::append(const QChar* text, int count)
                 page.cells = std::make_unique<Cell[]>(PAGE);
                 for (int i = 0; i < offset; ++i)
                     page.cells[i] =
-                        (page.blanks[i / 64] >> (i % 64) & 1) != 0 ? Cell::blank : Cell::narrow;
+                        (page.blanks[i / 64] >> (i % 64) & 1) != 0 ? Cell::Blank : Cell::Narrow;
             }
             for (int i = 0; i < room; ++i)
                 page.cells[offset + i] = cell_of(text, done + i, count);
@@ -169,7 +171,7 @@ void CellText::append(const QChar* text, int count)
     }
 }
 
-void CellText::drop_before(qint64 position)
+void CellText::drop_before(std::int64_t position)
 {
     first = position;
     while (!pages.empty() && (first_page + 1) * PAGE <= first) {
@@ -180,10 +182,10 @@ void CellText::drop_before(qint64 position)
         first_page = first / PAGE;
 }
 
-void CellText::drop_from(qint64 position)
+void CellText::drop_from(std::int64_t position)
 {
     past_last = position;
-    while (!pages.empty() && (first_page + qint64(pages.size()) - 1) * PAGE >= past_last)
+    while (!pages.empty() && (first_page + std::int64_t(pages.size()) - 1) * PAGE >= past_last)
         pages.pop_back();
     if (pages.empty()) {
         first_page = past_last / PAGE;
@@ -194,27 +196,27 @@ void CellText::drop_from(qint64 position)
         return;
     Page& page = pages.back();
     if (kept % 64 != 0)
-        page.blanks[kept / 64] &= (quint64(1) << (kept % 64)) - 1;
+        page.blanks[kept / 64] &= (std::uint64_t(1) << (kept % 64)) - 1;
     std::fill(page.blanks + (kept + 63) / 64, page.blanks + PAGE / 64, 0);
 }
 
-const CellText::Page& CellText::page_of(qint64 position) const
+const CellText::Page& CellText::page_of(std::int64_t position) const
 {
     return pages[static_cast<size_t>(position / PAGE - first_page)];
 }
 
-Cell CellText::at(qint64 position) const
+Cell CellText::at(std::int64_t position) const
 {
     const Page& page = page_of(position);
     const auto offset = static_cast<size_t>(position % PAGE);
     if (page.cells)
         return page.cells[offset];
-    return (page.blanks[offset / 64] >> (offset % 64) & 1) != 0 ? Cell::blank : Cell::narrow;
+    return (page.blanks[offset / 64] >> (offset % 64) & 1) != 0 ? Cell::Blank : Cell::Narrow;
 }
 
-PlainRun CellText::plain_run(qint64 position) const
+PlainRun CellText::plain_run(std::int64_t position) const
 {
     const Page& page = page_of(position);
-    const qint64 begin = position - position % PAGE;
+    const std::int64_t begin = position - position % PAGE;
     return {page.blanks, begin, page.cells ? begin : std::min(begin + PAGE, past_last)};
 }

@@ -3,39 +3,41 @@
 
 #include <QChar>
 #include <QtAlgorithms>
+#include <cstdint>
 #include <deque>
 #include <memory>
 
-enum class Cell : quint8 {
-    narrow, ///< one cell
-    blank,  ///< one cell; a row may end after it
-    wide,   ///< two cells; a row may end on either side
-    tab,    ///< up to the next tab stop; a row may end after it
-    joined, ///< none: a combining mark, or the second half of a surrogate pair
-    newline ///< none, and the row ends after it: U+2028
+enum class Cell : std::uint8_t {
+    Narrow, // one cell
+    Blank,  // one cell; a row may end after it
+    Wide,   // two cells; a row may end on either side
+    Tab,    // up to the next tab stop; a row may end after it
+    Joined, // none: a combining mark, or the second half of a surrogate pair
+    Newline // none, and the row ends after it: U+2028
 };
 
-/// A stretch of narrow characters and blanks: a bit for each says which it is.
+// A stretch of narrow characters and blanks: a bit for each says which it is.
 struct PlainRun
 {
-    const quint64* blanks = nullptr; ///< first bit for the character at `begin`
-    qint64 begin = 0;
-    qint64 end = 0; ///< equal to `begin` if there is none
+    const std::uint64_t* blanks = nullptr; // first bit for the character at `begin`
+    std::int64_t begin = 0;
+    std::int64_t end = 0; // equal to `begin` if there is none
 
-    bool is_blank(qint64 position) const
+    bool is_blank(std::int64_t position) const
     {
         const auto at = static_cast<size_t>(position - begin);
         return (blanks[at / 64] >> (at % 64) & 1) != 0;
     }
-    /// The last blank in [from, to), or -1.
-    qint64 last_blank(qint64 from, qint64 to) const
+    // The last blank in [from, to), or -1.
+    std::int64_t last_blank(std::int64_t from, std::int64_t to) const
     {
-        const qint64 first = from - begin;
-        for (qint64 past = to - begin; past > first; past = (past - 1) / 64 * 64) {
-            const qint64 word = (past - 1) / 64;
-            const quint64 found = blanks[word] & (~quint64(0) >> (64 - (past - word * 64)));
+        const std::int64_t first = from - begin;
+        for (std::int64_t past = to - begin; past > first; past = (past - 1) / 64 * 64) {
+            const std::int64_t word = (past - 1) / 64;
+            const std::uint64_t found =
+                blanks[word] & (~std::uint64_t(0) >> (64 - (past - word * 64)));
             if (found != 0) {
-                const qint64 last = word * 64 + 63 - qCountLeadingZeroBits(found);
+                const std::int64_t last = word * 64 + 63 - qCountLeadingZeroBits(found);
                 return last >= first ? begin + last : -1;
             }
         }
@@ -43,43 +45,43 @@ struct PlainRun
     }
 };
 
-/// The cells of a text to which characters are added at the end and from which they are dropped at
-/// either end. Positions count all characters ever added, so they stay valid when the front is
-/// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
-/// byte more.
+// The cells of a text to which characters are added at the end and from which they are dropped at
+// either end. Positions count all characters ever added, so they stay valid when the front is
+// dropped. Costs one bit for a character; pages with anything but narrow ones and blanks cost a
+// byte more.
 class CellText
 {
 public:
-    qint64 begin() const { return first; }
-    qint64 end() const { return past_last; }
+    std::int64_t begin() const { return first; }
+    std::int64_t end() const { return past_last; }
 
     void append(const QChar* text, int count);
-    void drop_before(qint64 position);
-    void drop_from(qint64 position);
+    void drop_before(std::int64_t position);
+    void drop_from(std::int64_t position);
 
-    Cell at(qint64 position) const;
-    /// The plain stretch around `position` as far as it is kept in one piece.
-    PlainRun plain_run(qint64 position) const;
+    Cell at(std::int64_t position) const;
+    // The plain stretch around `position` as far as it is kept in one piece.
+    PlainRun plain_run(std::int64_t position) const;
 
 private:
     static constexpr int PAGE = 4096;
     struct Page
     {
-        quint64 blanks[PAGE / 64] = {};
-        std::unique_ptr<Cell[]> cells; ///< only where the page isn't plain
+        std::uint64_t blanks[PAGE / 64] = {};
+        std::unique_ptr<Cell[]> cells; // only where the page isn't plain
     };
 
-    const Page& page_of(qint64 position) const;
+    const Page& page_of(std::int64_t position) const;
 
     std::deque<Page> pages;
-    qint64 first_page = 0; ///< number of the page at the front of `pages`
-    qint64 first = 0;
-    qint64 past_last = 0;
+    std::int64_t first_page = 0; // number of the page at the front of `pages`
+    std::int64_t first = 0;
+    std::int64_t past_last = 0;
 };
 
-/// How many of the first characters are narrow ones and blanks; at least up to the first control
-/// character, tab, combining or wide one.
+// How many of the first characters are narrow ones and blanks; at least up to the first control
+// character, tab, combining or wide one.
 int plain_prefix(const QChar* text, int count);
 
-/// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
+// The cells of the character at text[index]; looks at its neighbours for surrogate pairs.
 Cell cell_of(const QChar* text, int index, int count);

@@ -4,10 +4,14 @@
 
 #include <QFontMetrics>
 
-static QString percentage(int value, int maximum)
+namespace {
+
+QString percentage(int value, int maximum)
 {
     return QString("%1%").arg(value * 100 / maximum);
 }
+
+} // namespace
 
 QSize FileProgress::sizeHint() const
 {

@@ -3,7 +3,7 @@
 
 #include <QProgressBar>
 
-/// Wants room for the longest text of FileSend. With less it shows the percentage: no text is cut.
+// Wants room for the longest text of FileSend. With less it shows the percentage: no text is cut.
 class FileProgress : public QProgressBar
 {
     Q_OBJECT

@@ -4,12 +4,22 @@
 #include <QFileInfo>
 #include <QLocale>
 
+namespace {
+
 // What a chunk takes on the wire: short enough that stopping feels immediate, long enough for the
 // system's own queue to bridge the way back to the event loop.
-static constexpr int CHUNK_MS = 50;
-static constexpr int BITS_PER_BYTE = 10; // with start and stop bit
-static constexpr int SMALLEST_CHUNK = 64;
-static constexpr int LARGEST_CHUNK = 16 * 1024;
+constexpr int CHUNK_MS = 50;
+constexpr int BITS_PER_BYTE = 10; // with start and stop bit
+constexpr int SMALLEST_CHUNK = 64;
+constexpr int LARGEST_CHUNK = 16 * 1024;
+
+QString progress_text_of(std::int64_t done, std::int64_t size, std::int64_t rate)
+{
+    const auto text = [](std::int64_t bytes) { return QLocale().formattedDataSize(bytes, 1); };
+    return QString("%1 / %2, %3/s").arg(text(done), text(size), text(rate));
+}
+
+} // namespace
 
 FileSend::FileSend(const QString& path, int bits_per_second)
     : file(path)
@@ -38,23 +48,18 @@ QByteArray FileSend::next_chunk()
 
 int FileSend::permille() const
 {
-    return file.size() > 0 ? int(qMin(done, file.size()) * 1000 / file.size()) : 1000;
-}
-
-static QString progress_text_of(qint64 done, qint64 size, qint64 rate)
-{
-    const auto text = [](qint64 bytes) { return QLocale().formattedDataSize(bytes, 1); };
-    return QString("%1 / %2, %3/s").arg(text(done), text(size), text(rate));
+    return file.size() > 0 ? int(qMin<qint64>(done, file.size()) * 1000 / file.size()) : 1000;
 }
 
 QString FileSend::progress_text() const
 {
-    const qint64 rate = done * 1000 / qMax(qint64(1), clock.elapsed());
+    const std::int64_t rate = done * 1000 / qMax<qint64>(1, clock.elapsed());
     return progress_text_of(done, file.size(), rate);
 }
 
 QString FileSend::longest_progress_text()
 {
-    constexpr qint64 LONGEST = (1024 << 20) - (100 << 10); // "1,023.9 MiB"; the next is "1.0 GiB"
+    constexpr std::int64_t LONGEST =
+        (1024 << 20) - (100 << 10); // "1,023.9 MiB"; the next is "1.0 GiB"
     return progress_text_of(LONGEST, LONGEST, LONGEST);
 }

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QString>
+#include <cstdint>
 
 class FileSend
 {
@@ -19,7 +20,7 @@ public:
     bool has_failed() const { return file.error() != QFileDevice::NoError; }
     QString error_string() const { return refusal.isEmpty() ? file.errorString() : refusal; }
 
-    qint64 elapsed_ms() const { return clock.elapsed(); }
+    std::int64_t elapsed_ms() const { return clock.elapsed(); }
     // 0 to 1000; a file that grows on the way stays at 1000.
     int permille() const;
     // Bytes done, bytes in all and bytes each second, for people.
@@ -30,6 +31,6 @@ private:
     QFile file;
     QString refusal;
     const int chunk_size;
-    qint64 done = 0;
+    std::int64_t done = 0;
     QElapsedTimer clock;
 };

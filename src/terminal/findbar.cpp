@@ -165,7 +165,7 @@ void FindBar::keyPressEvent(QKeyEvent* event)
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        go((event->modifiers() & Qt::ShiftModifier) != 0 ? Goal::previous : Goal::next);
+        go((event->modifiers() & Qt::ShiftModifier) != 0 ? Goal::Previous : Goal::Next);
         break;
     default:
         QFrame::keyPressEvent(event);
@@ -186,7 +186,7 @@ void FindBar::search_anew()
                    [this](int from, int to) { return area->text_between(from, to); });
     current = -1;
     area->mark_hits(&search);
-    go(Goal::nearest);
+    go(Goal::Nearest);
 }
 
 void FindBar::front_dropped(int count)
@@ -215,7 +215,7 @@ void FindBar::find_next()
     if (isHidden())
         open();
     else
-        go(Goal::next);
+        go(Goal::Next);
 }
 
 void FindBar::find_previous()
@@ -223,7 +223,7 @@ void FindBar::find_previous()
     if (isHidden())
         open();
     else
-        go(Goal::previous);
+        go(Goal::Previous);
 }
 
 void FindBar::go(Goal wanted)
@@ -254,13 +254,13 @@ void FindBar::timerEvent(QTimerEvent* event)
 
 void FindBar::reach_goal()
 {
-    if (goal == Goal::none)
+    if (goal == Goal::None)
         return;
     const bool complete = search.is_complete(area->text_length());
     const int hit = hit_at_goal(complete);
     if (hit < 0 && !complete)
         return;
-    goal = Goal::none;
+    goal = Goal::None;
     set_current(hit);
     if (hit >= 0)
         area->show_span(hit, hit + search.wanted_length());
@@ -271,14 +271,14 @@ void FindBar::reach_goal()
 int FindBar::hit_at_goal(bool complete) const
 {
     const int here = current >= 0 ? current : area->first_position_in_sight();
-    const bool backwards = goal == Goal::previous;
+    const bool backwards = goal == Goal::Previous;
     if (backwards && !complete && search.searched() < here)
         return -1;
     const int hit =
         backwards ? search.last_before(here) : search.first_from(current >= 0 ? here + 1 : here);
     if (hit >= 0 || !complete)
         return hit;
-    if (goal == Goal::nearest)
+    if (goal == Goal::Nearest)
         return search.last_before(here);
     return backwards ? search.last_before(area->text_length()) : search.first_from(0);
 }

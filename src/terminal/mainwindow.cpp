@@ -6,18 +6,18 @@
 #include "terminal/filesend.h"
 #include "terminal/pacedlabel.h"
 #include "terminal/settingkeys.h"
-#include "terminal/wallclock.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
 #include <QScopedValueRollback>
 
-// At the first start. The panel would take its preferred height, and leave little to received data.
-static constexpr int CONTROL_PANEL_HEIGHT = 210;
-
-static const char WEB_ADDRESS[] = "www.corvane.example";
-
 namespace {
+
+// At the first start. The panel would take its preferred height, and leave little to received data.
+constexpr int CONTROL_PANEL_HEIGHT = 210;
+
+constexpr char WEB_ADDRESS[] = "www.corvane.example";
+
 // Shows a floating panel again when the desktop closes it alone: nothing else would. The close
 // isn't refused, as that would keep the application from ending.
 class PanelReturn : public QObject
@@ -34,28 +34,30 @@ public:
         return false;
     }
 };
+
+// Names of files and ports are part of the texts, and none of them is markup.
+void plain_box(QMessageBox::Icon icon, const QString& title, const QString& text, QWidget* parent)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 } // namespace
 
-MainWindow::MainWindow(QWidget* parent)
+MainWindow::MainWindow(QWidget* parent, std::function<QTime()> time_of_day)
     : QMainWindow(parent)
-    , ui(new Ui_MainWindow)
+    , ui(std::make_unique<Ui_MainWindow>())
+    , clock(std::move(time_of_day))
 {
     ui->setupUi(this);
-
-    port = nullptr;
-    enumerator = nullptr;
-    rx_bytes = tx_bytes = send_count = 0;
-    turn_cursor = 0;
-    tx_line_done = send_data_valid = display_paused = loop = save2file_active = false;
-    save_file = nullptr;
-
     status_bar_fill();
     shortcuts_create();
     ui->dockWidget->installEventFilter(new PanelReturn(this));
 
     send_timer = new QTimer(this);
     send_timer->setTimerType(Qt::PreciseTimer);
-    frame_clock = wall_time();
+    frame_clock = clock();
 
     IniFile root(ROOT_FILE);
     root.beginGroup("global");
@@ -78,7 +80,6 @@ MainWindow::~MainWindow()
     save_end();
     port_close();
     PortDrain::finish_all(); // no event loop does it any more
-    delete ui;
 }
 
 void MainWindow::status_bar_fill()
@@ -108,15 +109,6 @@ void MainWindow::status_bar_fill()
 void MainWindow::title_update()
 {
     setWindowTitle(QString("Tarnwick [%1]").arg(cfg_file.section('/', -1, -1)));
-}
-
-// Names of files and ports are part of the texts, and none of them is markup.
-static void plain_box(QMessageBox::Icon icon, const QString& title, const QString& text,
-                      QWidget* parent)
-{
-    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
 }
 
 void MainWindow::msgbox(QString msg)

@@ -4,7 +4,8 @@
 
 #include "serialport/qextserialenumerator.h"
 #include "serialport/qextserialport.h"
-#include "terminal/cuttext.h"
+#include "terminal/receivetext.h"
+#include "terminal/stringrow.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -15,10 +16,14 @@
 #include <QTime>
 #include <QTimer>
 #include <QTranslator>
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <vector>
 
 class FileSend;
 class FindBar;
+class Option;
 class PortDrain;
 class QCheckBox;
 class QProgressBar;
@@ -31,7 +36,9 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    // Frames and stamps go by `time_of_day`.
+    explicit MainWindow(QWidget* parent = nullptr,
+                        std::function<QTime()> time_of_day = QTime::currentTime);
     ~MainWindow() override;
 
 private slots:
@@ -89,11 +96,10 @@ private:
 
     void config_load();
     void config_store();
-    void options_load(QSettings& settings);
-    void options_store(QSettings& settings);
-    void strings_load(QSettings& settings);
-    bool strings_changed(QSettings& settings) const;
-    void strings_store(QSettings& settings);
+    std::vector<Option> options();
+    void send_text_store(QSettings& settings) const;
+    void strings_show(const std::vector<StringRow>& rows);
+    std::vector<StringRow> strings() const;
 
     void port_open();
     bool port_awaited(PortDrain* last, const QString& port_name);
@@ -101,7 +107,6 @@ private:
     void session_begin(const QString& port_name, const PortSettings& settings);
 
     void recv_process(QByteArray& chunk);
-    QString recv_prefix();
     void recv_display(const QString& prefix, const QByteArray& data);
     void save_write(const QString& prefix, const QByteArray& data);
     void save_end();
@@ -109,6 +114,8 @@ private:
     // Stays in the status bar until something else shows there.
     void write_failure_show(const QFile& file);
     void tx_display();
+    // What the receive area shows doesn't end in a line of sent text.
+    bool line_open() const { return rx_bytes != 0 && !tx_line_done; }
 
     bool send_data_parse();
     // The one write path for what the user sends and for the echo.
@@ -130,49 +137,51 @@ private:
     void row_insert(int row);
     void row_load(int row);
     void row_swap(int row, int other);
-    bool row_qualifies(int row) const;
+    void row_show(int row, const StringRow& shown);
+    StringRow row_shown(int row) const;
 
     QTranslator translator;
     QString language;
     QString cfg_file;
-    Ui_MainWindow* ui;
-    QextSerialPort* port;
-    QextSerialEnumerator* enumerator;
-    QLabel* label_port;
-    QLabel* label_rx;
-    QLabel* label_tx;
-    QLabel* label_cnt;
+    std::unique_ptr<Ui_MainWindow> ui;
+    QextSerialPort* port = nullptr;
+    QextSerialEnumerator* enumerator = nullptr;
+    QLabel* label_port = nullptr;
+    QLabel* label_rx = nullptr;
+    QLabel* label_tx = nullptr;
+    QLabel* label_cnt = nullptr;
     QByteArray send_data;
-    bool send_data_valid;
-    bool save2file_active;
-    QFile* save_file;
-    QTimer* send_timer;
+    bool send_data_valid = false;
+    bool save2file_active = false;
+    std::unique_ptr<QFile> save_file;
+    QTimer* send_timer = nullptr;
     QTime frame_clock;
-    int rx_bytes;
-    int tx_bytes;
-    int send_count;
-    int frame_interval; // ms
-    int turn_cursor;
-    bool tx_line_done;
-    bool frame_mode;
-    bool display_time;
-    bool display_tx;
-    bool display_paused;
-    bool hex_display;
-    bool hex_mode_send;
-    bool loop;
+    int rx_bytes = 0;
+    int tx_bytes = 0;
+    int send_count = 0;
+    int frame_interval = 0; // ms
+    int turn_cursor = 0;
+    bool tx_line_done = false;
+    bool frame_mode = false;
+    bool display_time = false;
+    bool display_tx = false;
+    bool display_paused = false;
+    bool hex_display = false;
+    bool hex_mode_send = false;
+    bool loop = false;
 
-    std::unique_ptr<QTranslator> toolkit_translator; // null where Qt's catalogue is missing
-    bool save_failed = false;                        // the status bar has said so of this save_file
-    CutText recv_cut;                                // what the last chunk's end may still need
-    int recv_shown = 0;                              // characters in the receive area after it
+    std::unique_ptr<QTranslator> qt_translator; // null where Qt's catalogue is missing
+    bool save_failed = false;                   // the status bar has said so of this save_file
+    std::function<QTime()> clock;
+    CutText recv_cut;   // what the last chunk's end may still need
+    int recv_shown = 0; // characters in the receive area after it
     // Notes that are open: a failed parse or write shows one in the middle of its work, so a tick
     // of send_timer under one does nothing. Under other boxes and dialogs sending goes on.
     int open_notes = 0;
     int opens = 0;                // the dialog of an open was accepted so many times
     bool session_failing = false; // the box about a failed write is open, the close comes after it
-    std::unique_ptr<FileSend> file_send; // set while a file goes out, and with it:
-    QProgressBar* file_progress;         // in the status bar, shown while a file goes out
-    qint64 file_shown_ms = 0;            // when the progress was last shown
-    FindBar* find_bar = nullptr;         // the receive area's child, made when it is first wanted
+    std::unique_ptr<FileSend> file_send;   // set while a file goes out, and with it:
+    QProgressBar* file_progress = nullptr; // in the status bar, shown while a file goes out
+    std::int64_t file_shown_ms = 0;        // when the progress was last shown
+    FindBar* find_bar = nullptr;           // the receive area's child, made when it is first wanted
 };

@@ -6,9 +6,11 @@
 #include <QLibraryInfo>
 #include <QProgressBar>
 
+namespace {
+
 // Qt's own texts: standard buttons, file dialogs, context menus. Without its catalogue
 // they stay in English. A translator installed later is asked first, so this one comes before ours.
-static std::unique_ptr<QTranslator> qt_translator_install(const QString& language)
+std::unique_ptr<QTranslator> qt_translator_install(const QString& language)
 {
     auto translator = std::make_unique<QTranslator>();
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -22,6 +24,8 @@ static std::unique_ptr<QTranslator> qt_translator_install(const QString& languag
     return translator;
 }
 
+} // namespace
+
 void MainWindow::language_load(QString language)
 {
     const QString name = "tarnwick_" + language;
@@ -30,7 +34,7 @@ void MainWindow::language_load(QString language)
         msgbox(tr("loading language %1 failed").arg(name));
         return;
     }
-    toolkit_translator = qt_translator_install(language);
+    qt_translator = qt_translator_install(language);
     QCoreApplication::installTranslator(&translator);
     ui->retranslateUi(this);
     accessible_names_set();

@@ -1,33 +1,14 @@
 #include "terminal/mainwindow.h"
 
 #include "terminal/counter.h"
-#include "terminal/wallclock.h"
 #include "ui_mainwindow.h"
 
 #include <QFileDialog>
 
-static QString time_stamp(const QTime& time)
-{
-    return time.toString("[hh:mm:ss.zzz] ");
-}
-
-// Two digits and a blank for each byte, the last one too.
-static QByteArray hex_dump(const QByteArray& data)
-{
-    static const char DIGITS[] = "0123456789ABCDEF";
-    QByteArray text(data.size() * 3, Qt::Uninitialized);
-    char* out = text.data();
-    for (const char c : data) {
-        const auto byte = uchar(c);
-        *out++ = DIGITS[byte >> 4];
-        *out++ = DIGITS[byte & 0x0F];
-        *out++ = ' ';
-    }
-    return text;
-}
+namespace {
 
 // False with the file's errorString(). A write that is cut short gives its reason at the next one.
-static bool write_all(QFile& file, const QByteArray& data)
+bool write_all(QFile& file, const QByteArray& data)
 {
     for (qint64 done = 0; done < data.size();) {
         const qint64 n = file.write(data.constData() + done, data.size() - done);
@@ -39,11 +20,13 @@ static bool write_all(QFile& file, const QByteArray& data)
 }
 
 // Lets out what the file still holds back.
-static bool close_all(QFile& file)
+bool close_all(QFile& file)
 {
     file.close();
     return file.error() == QFileDevice::NoError;
 }
+
+} // namespace
 
 void MainWindow::port_read()
 {
@@ -60,30 +43,17 @@ void MainWindow::port_read()
 
 void MainWindow::recv_process(QByteArray& chunk)
 {
-    const QString prefix = recv_prefix();
+    const QTime last = frame_clock;
+    if (frame_mode || display_time)
+        frame_clock = clock();
+    const ChunkText text =
+        chunk_text(chunk, {frame_mode, display_time, hex_display, frame_interval}, last,
+                   frame_clock, line_open());
     tx_line_done = false;
-    const QByteArray& data = hex_display ? hex_dump(chunk) : chunk;
     if (!display_paused)
-        recv_display(prefix, data);
+        recv_display(text.prefix, text.data);
     if (save2file_active)
-        save_write(prefix, data);
-}
-
-QString MainWindow::recv_prefix()
-{
-    QString prefix;
-    if (!frame_mode && !display_time)
-        return prefix;
-    const QTime now = wall_time();
-    const int gap = wall_time_elapsed(frame_clock, now);
-    frame_clock = now;
-    if (gap <= frame_interval)
-        return prefix;
-    if (frame_mode && rx_bytes != 0 && !tx_line_done)
-        prefix = "\n";
-    if (display_time)
-        prefix += time_stamp(frame_clock);
-    return prefix;
+        save_write(text.prefix, text.data);
 }
 
 void MainWindow::recv_display(const QString& prefix, const QByteArray& data)
@@ -119,13 +89,8 @@ void MainWindow::write_failure_show(const QFile& file)
 
 void MainWindow::tx_display()
 {
-    QString line;
-    if (!tx_line_done && rx_bytes != 0)
-        line = "\n";
-    if (display_time)
-        line += time_stamp(wall_time());
-    const QByteArray typed = ui->plainTextEdit_send->toPlainText().toLatin1();
-    line += QString::fromLatin1(typed.constData());
+    const QTime stamp = display_time ? clock() : QTime();
+    const QString line = sent_line(ui->plainTextEdit_send->toPlainText(), stamp, line_open());
     ui->plainTextEdit_recv->append_line(line, QBrush(Qt::blue));
     recv_cut.forget();
     tx_line_done = true;
@@ -222,14 +187,13 @@ void MainWindow::on_checkBox_save2file_clicked(bool checked)
         return;
     }
     save_end();
-    save_file = new QFile(path);
-    if (save_file->open(QIODevice::WriteOnly | QIODevice::Append)) {
+    auto file = std::make_unique<QFile>(path);
+    if (file->open(QIODevice::WriteOnly | QIODevice::Append)) {
+        save_file = std::move(file);
         save2file_active = true;
         save_failed = false;
         return;
     }
-    delete save_file;
-    save_file = nullptr;
     ui->checkBox_save2file->setChecked(false);
     warning_box(tr("save to file"), tr("open file failed"));
 }
@@ -241,8 +205,7 @@ void MainWindow::save_end()
         return;
     if (!close_all(*save_file))
         save_failure_note();
-    delete save_file;
-    save_file = nullptr;
+    save_file.reset();
 }
 
 void MainWindow::on_pushButton_window_save_clicked()

@@ -69,27 +69,16 @@ void MainWindow::on_plainTextEdit_send_textChanged()
 
 bool MainWindow::send_data_parse()
 {
-    const QByteArray text = ui->plainTextEdit_send->toPlainText().toLocal8Bit();
-    SendText parsed;
-    if (hex_mode_send)
-        parsed = send_text_hex(text);
-    else if (ui->checkBox_raw_text->isChecked())
-        parsed.bytes = text;
-    else
-        parsed = send_text_escaped(text);
-
+    const SendMode mode = hex_mode_send                        ? SendMode::Hex
+                          : ui->checkBox_raw_text->isChecked() ? SendMode::Raw
+                                                               : SendMode::Escaped;
+    const SendText parsed = send_text(ui->plainTextEdit_send->toPlainText(), mode);
     send_data = parsed.bytes;
     if (parsed.error == SendText::NONE)
         return true;
     // The box lets timers run: nothing may find the partial result valid.
     send_data_valid = false;
-    const QString offset = QString::number(parsed.offset);
-    if (parsed.error == SendText::NOT_HEX)
-        msgbox(tr("char '%1' at offset %2 is not a hex number").arg(parsed.character, offset));
-    else if (parsed.error == SendText::BAD_ESCAPE)
-        msgbox(tr("format error at %1: %2").arg(offset, parsed.character));
-    else
-        msgbox(tr("format error at %1: \\").arg(offset));
+    msgbox(parsed.error_text());
     return false;
 }
 
@@ -153,6 +142,5 @@ void MainWindow::auto_send_process()
 
 bool MainWindow::send_count_reached() const
 {
-    const int limit = ui->spinBox_send_count->value();
-    return limit != 0 && limit <= send_count;
+    return limit_reached(ui->spinBox_send_count->value(), send_count);
 }

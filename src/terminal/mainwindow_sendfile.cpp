@@ -6,9 +6,13 @@
 #include <QFileDialog>
 #include <QProgressBar>
 
+namespace {
+
 // How often the progress moves; more would only cost time that the data needs.
-static constexpr int PROGRESS_INTERVAL_MS = 100;
-static constexpr int RESULT_SHOWN_MS = 8000;
+constexpr int PROGRESS_INTERVAL_MS = 100;
+constexpr int RESULT_SHOWN_MS = 8000;
+
+} // namespace
 
 void MainWindow::on_checkBox_send_file_stateChanged(int arg1)
 {

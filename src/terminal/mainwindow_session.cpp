@@ -8,6 +8,31 @@
 #include <QEventLoop>
 #include <memory>
 
+namespace {
+
+QString port_description(const QString& port_name, const PortSettings& settings)
+{
+    constexpr const char* PARITY_LETTERS[] = {"N", "O", "E", "M", "S"};
+    constexpr const char* STOP_BITS_TEXTS[] = {"1", "1.5", "2"};
+    const QString format = "%1,%2,%3,%4,%5";
+    return format.arg(port_name, QString::number(settings.BaudRate),
+                      QString::number(settings.DataBits),
+                      PARITY_LETTERS[qBound(0, int(settings.Parity), 4)],
+                      STOP_BITS_TEXTS[qBound(0, int(settings.StopBits), 2)]);
+}
+
+// An object that may be in the middle of a signal reads as gone at once and goes when the signal is
+// over. As a child of the window it goes with it at the latest, should no event loop come any more.
+template <typename Object> void retire(Object*& object, QObject* window)
+{
+    object->disconnect();
+    object->setParent(window);
+    object->deleteLater();
+    object = nullptr;
+}
+
+} // namespace
+
 void MainWindow::on_pushButton_open_clicked()
 {
     if (!port || !port->isOpen())
@@ -67,17 +92,6 @@ bool MainWindow::port_awaited(PortDrain* last, const QString& port_name)
     return this_open == opens && !PortDrain::holding(port_name);
 }
 
-static QString port_description(const QString& port_name, const PortSettings& settings)
-{
-    static const char* const PARITY_LETTERS[] = {"N", "O", "E", "M", "S"};
-    static const char* const STOP_BITS_TEXTS[] = {"1", "1.5", "2"};
-    const QString format = "%1,%2,%3,%4,%5";
-    return format.arg(port_name, QString::number(settings.BaudRate),
-                      QString::number(settings.DataBits),
-                      PARITY_LETTERS[qBound(0, int(settings.Parity), 4)],
-                      STOP_BITS_TEXTS[qBound(0, int(settings.StopBits), 2)]);
-}
-
 void MainWindow::session_begin(const QString& port_name, const PortSettings& settings)
 {
     recv_cut.forget();
@@ -88,16 +102,6 @@ void MainWindow::session_begin(const QString& port_name, const PortSettings& set
     ui->pushButton_send->setEnabled(true);
     ui->checkBox_loop->setEnabled(true);
     ui->pushButton_open->setText(tr("&close"));
-}
-
-// An object that may be in the middle of a signal reads as gone at once and goes when the signal is
-// over. As a child of the window it goes with it at the latest, should no event loop come any more.
-template <typename Object> static void retire(Object*& object, QObject* window)
-{
-    object->disconnect();
-    object->setParent(window);
-    object->deleteLater();
-    object = nullptr;
 }
 
 void MainWindow::port_close()

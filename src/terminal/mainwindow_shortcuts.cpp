@@ -6,12 +6,16 @@
 
 #include <QShortcut>
 
-template <typename Act> static QShortcut* on_key(const char* keys, QWidget* window, Act act)
+namespace {
+
+template <typename Act> QShortcut* on_key(const char* keys, QWidget* window, Act act)
 {
     auto* const shortcut = new QShortcut(QKeySequence(QString::fromLatin1(keys)), window);
     QObject::connect(shortcut, &QShortcut::activated, window, act);
     return shortcut;
 }
+
+} // namespace
 
 void MainWindow::shortcuts_create()
 {

@@ -3,6 +3,17 @@
 #include "terminal/stringcolumns.h"
 #include "ui_mainwindow.h"
 
+namespace {
+
+constexpr int FEWEST_ROWS = 8; // after a load
+
+Qt::CheckState check_state(bool checked)
+{
+    return checked ? Qt::Checked : Qt::Unchecked;
+}
+
+} // namespace
+
 void MainWindow::row_insert(int row)
 {
     QTableWidget* const table = ui->tableWidget_strings;
@@ -17,21 +28,60 @@ void MainWindow::row_insert(int row)
     }
 }
 
+void MainWindow::row_show(int row, const StringRow& shown)
+{
+    QTableWidgetItem* const alias = ui->tableWidget_strings->item(row, ALIAS_COLUMN);
+    QTableWidgetItem* const value = ui->tableWidget_strings->item(row, VALUE_COLUMN);
+    alias->setCheckState(check_state(shown.in_turn));
+    alias->setText(shown.alias);
+    value->setCheckState(check_state(shown.is_hex));
+    value->setText(shown.value);
+}
+
+StringRow MainWindow::row_shown(int row) const
+{
+    const QTableWidgetItem* const alias = ui->tableWidget_strings->item(row, ALIAS_COLUMN);
+    const QTableWidgetItem* const value = ui->tableWidget_strings->item(row, VALUE_COLUMN);
+    return {alias->checkState() == Qt::Checked, alias->text(), value->checkState() == Qt::Checked,
+            value->text()};
+}
+
+void MainWindow::strings_show(const std::vector<StringRow>& rows)
+{
+    QTableWidget* const table = ui->tableWidget_strings;
+    const int count = qMax(int(rows.size()), FEWEST_ROWS);
+    while (table->rowCount() < count)
+        row_insert(table->rowCount());
+    while (table->rowCount() > count)
+        table->removeRow(table->rowCount() - 1);
+    for (int row = 0; row < count; ++row)
+        row_show(row, row < int(rows.size()) ? rows[std::size_t(row)] : StringRow());
+    table->resizeColumnToContents(OPERATION_COLUMN);
+    table->resizeColumnToContents(ALIAS_COLUMN);
+    table->resizeRowsToContents();
+}
+
+std::vector<StringRow> MainWindow::strings() const
+{
+    std::vector<StringRow> rows;
+    for (int row = 0; row < ui->tableWidget_strings->rowCount(); ++row)
+        rows.push_back(row_shown(row));
+    return rows;
+}
+
 void MainWindow::row_load(int row)
 {
-    const QTableWidgetItem* const cell = ui->tableWidget_strings->item(row, VALUE_COLUMN);
-    const QString text = cell->text();
-    if (text.isEmpty())
+    const StringRow loaded = row_shown(row);
+    if (loaded.value.isEmpty())
         return;
-    hex_mode_send = cell->checkState() == Qt::Checked;
+    hex_mode_send = loaded.is_hex;
     ui->checkBox_hex_mode->setChecked(hex_mode_send);
-    ui->plainTextEdit_send->setPlainText(text);
+    ui->plainTextEdit_send->setPlainText(loaded.value);
 }
 
 void MainWindow::on_tableWidget_strings_cellClicked(int row, int column)
 {
-    if (column != OPERATION_COLUMN ||
-        ui->tableWidget_strings->item(row, VALUE_COLUMN)->text().isEmpty())
+    if (column != OPERATION_COLUMN || row_shown(row).value.isEmpty())
         return;
     row_load(row);
     if (send_data_valid)
@@ -102,30 +152,21 @@ void MainWindow::on_checkBox_send_in_turn_stateChanged(int arg1)
     }
 }
 
-bool MainWindow::row_qualifies(int row) const
-{
-    const QTableWidget* const table = ui->tableWidget_strings;
-    return table->item(row, ALIAS_COLUMN)->checkState() == Qt::Checked &&
-           !table->item(row, VALUE_COLUMN)->text().isEmpty();
-}
-
 void MainWindow::strings_send_in_turn()
 {
     if (open_notes > 0)
         return;
-    const int rows = ui->tableWidget_strings->rowCount();
-    for (int look = 0; look < rows; ++look) {
-        const int row = turn_cursor < rows ? turn_cursor : 0;
-        turn_cursor = row + 1;
-        if (!row_qualifies(row))
-            continue;
-        row_load(row);
-        if (!send_data_valid || !port_write(send_data) || send_count_reached())
-            ui->checkBox_send_in_turn->setChecked(false);
+    const int row =
+        next_in_turn(turn_cursor, ui->tableWidget_strings->rowCount(),
+                     [this](int each) { return row_shown(each).can_be_sent_in_turn(); });
+    if (row < 0) {
+        ui->checkBox_send_in_turn->setChecked(false);
+        msgbox(tr("No strings found in list"));
         return;
     }
-    ui->checkBox_send_in_turn->setChecked(false);
-    msgbox(tr("No strings found in list"));
+    row_load(row);
+    if (!send_data_valid || !port_write(send_data) || send_count_reached())
+        ui->checkBox_send_in_turn->setChecked(false);
 }
 
 void MainWindow::on_pushButton_extend_clicked()

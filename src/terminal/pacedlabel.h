@@ -3,9 +3,9 @@
 
 #include <QLabel>
 
-/// `setText` on an ordinary label has its window laid out and painted anew each time. This one
-/// keeps a fixed size, so that no layout is disturbed, until a text needs more room; its window
-/// paints at most once a frame. text() is what was set last, at once.
+// `setText` on an ordinary label has its window laid out and painted anew each time. This one
+// keeps a fixed size, so that no layout is disturbed, until a text needs more room; its window
+// paints at most once a frame. text() is what was set last, at once.
 class PacedLabel : public QLabel
 {
     Q_OBJECT

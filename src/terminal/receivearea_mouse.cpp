@@ -15,38 +15,39 @@ namespace {
 constexpr int SCROLL_STEP_MS = 50;      // how often a drag past the edge scrolls
 constexpr int LONGEST_WORD = 64 * 1024; // so that a double click in an unbroken stream answers
 
-enum class Kind { word, separator, blank };
+enum class Kind { Word, Separator, Blank };
 
 // As Qt separates words.
 Kind kind_of(QChar c)
 {
     if (c.isSpace())
-        return Kind::blank;
-    return QStringLiteral(".,?!@#$:;-<>[](){}=/+%&^*'\"`~|\\").contains(c) ? Kind::separator
-                                                                           : Kind::word;
+        return Kind::Blank;
+    return QStringLiteral(".,?!@#$:;-<>[](){}=/+%&^*'\"`~|\\").contains(c) ? Kind::Separator
+                                                                           : Kind::Word;
 }
 
 } // namespace
 
 int ReceiveArea::position_at(const QPoint& point) const
 {
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     const int below_top = qFloor((point.y() - margin) / row_height);
     const int row =
-        std::min(std::max(0, verticalScrollBar()->value() + below_top), rows.row_count() - 1);
+        std::min(std::max(0, verticalScrollBar()->value() + below_top), table.row_count() - 1);
     const qreal wanted = (point.x() - margin) / cell_width;
-    const int end = rows.row_end(row);
-    const bool goes_on = row + 1 < rows.row_count() && rows.row_start(row + 1) == end;
+    const int end = table.row_end(row);
+    const bool goes_on = row + 1 < table.row_count() && table.row_start(row + 1) == end;
     int column = 0;
-    int last_before = rows.row_start(row); // of the row's last character, with what is joined to it
-    for (int at = rows.row_start(row); at < end;) {
-        const int next_column = column_after(rows.cell(at), column, rows.columns());
+    int last_before =
+        table.row_start(row); // of the row's last character, with what is joined to it
+    for (int at = table.row_start(row); at < end;) {
+        const int next_column = column_after(table.cell(at), column, table.columns());
         if (wanted < (column + next_column) / 2.0)
             return at;
         last_before = at;
         do
             ++at;
-        while (at < end && rows.cell(at) == Cell::joined);
+        while (at < end && table.cell(at) == Cell::Joined);
         column = next_column;
     }
     // The position after a row that goes on is the next row's first one, so it would be shown
@@ -56,18 +57,14 @@ int ReceiveArea::position_at(const QPoint& point) const
 
 QTextCursor ReceiveArea::cursorForPosition(const QPoint& point) const
 {
-    const int position = position_at(point);
-    const EmptyLayouts empty(document(), {0, position});
-    QTextCursor cursor(document());
-    cursor.setPosition(position);
-    return cursor;
+    return cursor_at(position_at(point));
 }
 
 QRect ReceiveArea::cursorRect(const QTextCursor& cursor) const
 {
-    const RowTable& rows = text_layout->rows();
-    const int row = rows.row_of(cursor.position());
-    const qreal x = margin + rows.column_of(row, cursor.position()) * cell_width;
+    const RowTable& table = rows();
+    const int row = table.row_of(cursor.position());
+    const qreal x = margin + table.column_of(row, cursor.position()) * cell_width;
     const qreal y = margin + (row - verticalScrollBar()->value()) * row_height;
     return QRectF(x, y, cursorWidth(), row_height).toRect();
 }
@@ -77,20 +74,20 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     const QTextBlock block = document()->findBlock(position);
     const int begin = block.position();
     const int end = begin + block.length() - 1;
-    if (wanted == Unit::paragraph)
+    if (wanted == Unit::Paragraph)
         return {begin, block.next().isValid() ? end + 1 : end};
     Span span = {position, position};
-    if (wanted == Unit::character)
+    if (wanted == Unit::Character)
         return span;
     const auto kind_at = [this](int at) { return kind_of(document()->characterAt(at)); };
     // After a word and in the blanks that follow it, the word is meant.
     int on = position;
-    if (on == end && on > begin && kind_at(on - 1) == Kind::word)
+    if (on == end && on > begin && kind_at(on - 1) == Kind::Word)
         --on;
-    while (on > begin && on < end && kind_at(on) == Kind::blank)
+    while (on > begin && on < end && kind_at(on) == Kind::Blank)
         --on;
-    const Kind kind = on < end ? kind_at(on) : Kind::blank;
-    if (kind == Kind::blank)
+    const Kind kind = on < end ? kind_at(on) : Kind::Blank;
+    if (kind == Kind::Blank)
         return span;
     span = {on, on};
     const int first = std::max(begin, position - LONGEST_WORD);
@@ -102,14 +99,16 @@ ReceiveArea::Span ReceiveArea::span_at(int position, Unit wanted) const
     return span;
 }
 
+bool ReceiveArea::selects(Qt::MouseButtons buttons) const
+{
+    return (buttons & Qt::LeftButton) && (textInteractionFlags() & Qt::TextSelectableByMouse);
+}
+
 void ReceiveArea::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse)) {
-        event->ignore();
+    event->setAccepted(selects(event->button()));
+    if (!event->isAccepted())
         return;
-    }
-    event->accept();
     const int position = position_at(event->pos());
     const QTextCursor cursor = textCursor();
     const bool third_click =
@@ -118,7 +117,7 @@ void ReceiveArea::mousePressEvent(QMouseEvent* event)
         (event->pos() - press_point).manhattanLength() < QApplication::startDragDistance();
     since_double_click.invalidate();
     press_point = event->pos();
-    unit = third_click ? Unit::paragraph : Unit::character;
+    unit = third_click ? Unit::Paragraph : Unit::Character;
     may_drag = !third_click && cursor.hasSelection() && position > cursor.selectionStart() &&
                position < cursor.selectionEnd() && !(event->modifiers() & Qt::ShiftModifier);
     if (may_drag)
@@ -134,15 +133,12 @@ void ReceiveArea::mousePressEvent(QMouseEvent* event)
 
 void ReceiveArea::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse)) {
-        event->ignore();
+    event->setAccepted(selects(event->button()));
+    if (!event->isAccepted())
         return;
-    }
-    event->accept();
     press_point = event->pos();
     since_double_click.start();
-    unit = Unit::word;
+    unit = Unit::Word;
     may_drag = false;
     pressed = span_at(position_at(event->pos()), unit);
     select(pressed.from, pressed.to);
@@ -150,8 +146,7 @@ void ReceiveArea::mouseDoubleClickEvent(QMouseEvent* event)
 
 void ReceiveArea::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!(event->buttons() & Qt::LeftButton) ||
-        !(textInteractionFlags() & Qt::TextSelectableByMouse))
+    if (!selects(event->buttons()))
         return;
     if (may_drag) {
         if ((event->pos() - press_point).manhattanLength() >= QApplication::startDragDistance())
@@ -182,7 +177,7 @@ void ReceiveArea::mouseReleaseEvent(QMouseEvent* event)
 void ReceiveArea::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != scroll_timer.timerId()) {
-        QPlainTextEdit::timerEvent(event);
+        NoLayoutEdit::timerEvent(event);
         return;
     }
     const int past =

@@ -14,7 +14,7 @@ namespace {
 
 struct Look
 {
-    int to; ///< it holds up to this position
+    int to = 0; // it holds up to this position
     QBrush foreground;
     QBrush background;
 };
@@ -51,9 +51,9 @@ bool is_control(QChar c)
 
 QString ReceiveArea::row_text(int row) const
 {
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     QString text;
-    for (int at = rows.row_start(row); at < rows.row_end(row); ++at)
+    for (int at = table.row_start(row); at < table.row_end(row); ++at)
         text += document()->characterAt(at);
     return text;
 }
@@ -70,7 +70,7 @@ void ReceiveArea::paintEvent(QPaintEvent* event)
     }
     painter.setFont(font());
     const int top = verticalScrollBar()->value();
-    const int past = std::min(text_layout->rows().row_count(), top + visible_rows() + 1);
+    const int past = std::min(rows().row_count(), top + visible_rows() + 1);
     const Highlights in_sight = highlights(top, past - 1);
     qreal y = margin;
     for (int row = top; row < past; ++row) {
@@ -93,10 +93,10 @@ ReceiveArea::Highlights ReceiveArea::highlights(int first_row, int last_row) con
     Highlights found = {{cursor.selectionStart(), cursor.selectionEnd()}, current_hit, {}};
     if (search == nullptr)
         return found;
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     const int length = search->wanted_length();
-    const int from = std::max(0, rows.row_start(first_row) - length + 1);
-    for (const int hit : search->hits(from, rows.row_end(last_row))) {
+    const int from = std::max(0, table.row_start(first_row) - length + 1);
+    for (const int hit : search->hits(from, table.row_end(last_row))) {
         if (!found.hits.empty() && hit <= found.hits.back().to)
             found.hits.back().to = hit + length;
         else
@@ -107,12 +107,12 @@ ReceiveArea::Highlights ReceiveArea::highlights(int first_row, int last_row) con
 
 void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, const Highlights& lit) const
 {
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     const auto group = !isEnabled() ? QPalette::Disabled
                        : hasFocus() ? QPalette::Active
                                     : QPalette::Inactive;
-    const int end = rows.row_end(row);
-    int from = rows.row_start(row);
+    const int end = table.row_end(row);
+    int from = table.row_start(row);
     int column = 0;
     auto hit = std::lower_bound(lit.hits.begin(), lit.hits.end(), from,
                                 [](const Span& each, int at) { return each.to <= at; });
@@ -136,7 +136,7 @@ void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, const Highlight
             }
             int next = column;
             for (int at = from; at < to; ++at)
-                next = column_after(rows.cell(at), next, rows.columns());
+                next = column_after(table.cell(at), next, table.columns());
             if (background.style() != Qt::NoBrush && next > column)
                 painter.fillRect(QRectF(margin + column * cell_width, y,
                                         (next - column) * cell_width, row_height),
@@ -151,14 +151,14 @@ void ReceiveArea::paint_row(QPainter& painter, int row, qreal y, const Highlight
 void ReceiveArea::paint_text(QPainter& painter, int from, int to, int column, qreal y,
                              const QColor& color) const
 {
-    const RowTable& rows = text_layout->rows();
+    const RowTable& table = rows();
     painter.setPen(color);
     QString plain; // characters that are one glyph each
     QVector<QPointF> plain_at;
     for (int at = from; at < to;) {
-        const Cell cell = rows.cell(at);
+        const Cell cell = table.cell(at);
         int next = at + 1;
-        while (next < to && rows.cell(next) == Cell::joined)
+        while (next < to && table.cell(next) == Cell::Joined)
             ++next;
         const QPointF place(margin + column * cell_width, y + ascent);
         QChar c = document()->characterAt(at);
@@ -169,11 +169,11 @@ void ReceiveArea::paint_text(QPainter& painter, int from, int to, int column, qr
             for (int i = at; i < next; ++i)
                 joined += document()->characterAt(i);
             painter.drawText(place, joined);
-        } else if (cell == Cell::narrow || cell == Cell::wide) {
+        } else if (cell == Cell::Narrow || cell == Cell::Wide) {
             plain += c;
             plain_at += place;
         }
-        column = column_after(cell, column, rows.columns());
+        column = column_after(cell, column, table.columns());
         at = next;
     }
     paint_glyphs(painter, plain, plain_at, y + ascent);

@@ -38,14 +38,14 @@ void ReceiveArea::keyPressEvent(QKeyEvent* event)
                                                : QAbstractSlider::SliderToMaximum);
         return;
     }
-    QPlainTextEdit::keyPressEvent(event);
+    NoLayoutEdit::keyPressEvent(event);
 }
 
 // The stock widget sets no bounds and takes parts of a point, each of which wraps all text anew.
 void ReceiveArea::wheelEvent(QWheelEvent* event)
 {
     if ((event->modifiers() & Qt::ControlModifier) == 0) {
-        QPlainTextEdit::wheelEvent(event);
+        NoLayoutEdit::wheelEvent(event);
         return;
     }
     event->accept();
@@ -81,18 +81,6 @@ void ReceiveArea::scrollContentsBy(int /*dx*/, int /*dy*/)
     viewport()->update();
 }
 
-QString ReceiveArea::text_between(int from, int to) const
-{
-    const int end = std::min(to, text_length());
-    if (from >= end)
-        return {};
-    const EmptyLayouts empty(document(), {from, end});
-    QTextCursor cursor(document());
-    cursor.setPosition(from);
-    cursor.setPosition(end, QTextCursor::KeepAnchor);
-    return cursor.selectedText();
-}
-
 QString ReceiveArea::selected_line(int most) const
 {
     const QTextCursor cursor = textCursor();
@@ -104,13 +92,13 @@ QString ReceiveArea::selected_line(int most) const
 
 int ReceiveArea::first_position_in_sight() const
 {
-    return text_layout->rows().row_start(verticalScrollBar()->value());
+    return rows().row_start(verticalScrollBar()->value());
 }
 
 void ReceiveArea::show_span(int from, int to)
 {
-    const int first = text_layout->rows().row_of(from);
-    const int last = text_layout->rows().row_of(to);
+    const int first = rows().row_of(from);
+    const int last = rows().row_of(to);
     const int top = verticalScrollBar()->value();
     const int page = visible_rows();
     if (first < top || last >= top + page)

@@ -8,34 +8,35 @@ namespace {
 // for each column ends.
 constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
 
-bool may_end_behind(Cell cell)
+bool may_end_after(Cell cell)
 {
-    return cell == Cell::blank || cell == Cell::tab || cell == Cell::wide;
+    return cell == Cell::Blank || cell == Cell::Tab || cell == Cell::Wide;
 }
 
 // Where the next row begins when one begins at `start` and its paragraph has text up to `end`;
 // `end` if the rest fits into the row.
-qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int columns)
+std::int64_t uneven_row_break(const CellText& cells, std::int64_t start, std::int64_t end,
+                              int columns)
 {
-    const qint64 most = start + qint64(columns) * MOST_CHARACTERS_PER_COLUMN;
-    qint64 word = start;
+    const std::int64_t most = start + std::int64_t(columns) * MOST_CHARACTERS_PER_COLUMN;
+    std::int64_t word = start;
     int column = 0;
     bool full = false;
-    Cell before = Cell::narrow;
-    for (qint64 at = start; at < end; ++at) {
+    Cell before = Cell::Narrow;
+    for (std::int64_t at = start; at < end; ++at) {
         const Cell cell = cells.at(at);
         if (at >= most)
             return at;
-        if (cell == Cell::newline)
+        if (cell == Cell::Newline)
             return at + 1;
-        if (cell == Cell::joined)
+        if (cell == Cell::Joined)
             continue;
         if (full)
             return at;
-        if (may_end_behind(before) || cell == Cell::wide)
+        if (may_end_after(before) || cell == Cell::Wide)
             word = at;
         const int next = column_after(cell, column, columns);
-        if (cell == Cell::blank || cell == Cell::tab)
+        if (cell == Cell::Blank || cell == Cell::Tab)
             full = column >= columns; // it is past the edge, and what follows begins a row
         else if (next > columns && at > start)
             return word > start ? word : at;
@@ -46,14 +47,14 @@ qint64 uneven_row_break(const CellText& cells, qint64 start, qint64 end, int col
 }
 
 // The same where a plain run has all that it takes: the row and one character more.
-qint64 plain_row_break(const PlainRun& run, qint64 start, qint64 end, int columns)
+std::int64_t plain_row_break(const PlainRun& run, std::int64_t start, std::int64_t end, int columns)
 {
-    const qint64 edge = start + columns;
+    const std::int64_t edge = start + columns;
     if (edge >= end)
         return end;
     if (run.is_blank(edge))
         return edge + 1;
-    const qint64 blank = run.last_blank(start, edge);
+    const std::int64_t blank = run.last_blank(start, edge);
     return blank < 0 ? edge : blank + 1;
 }
 
@@ -78,16 +79,16 @@ const QChar* paragraph_end(const QChar* from, const QChar* end)
 int column_after(Cell cell, int column, int columns)
 {
     switch (cell) {
-    case Cell::narrow:
-    case Cell::blank:
+    case Cell::Narrow:
+    case Cell::Blank:
         return column + 1;
-    case Cell::wide:
+    case Cell::Wide:
         return column + 2;
-    case Cell::tab:
+    case Cell::Tab:
         return std::max(column,
                         std::min(columns, (column / RowTable::TAB_STOP + 1) * RowTable::TAB_STOP));
-    case Cell::joined:
-    case Cell::newline:
+    case Cell::Joined:
+    case Cell::Newline:
         break;
     }
     return column;
@@ -129,11 +130,11 @@ void RowTable::append_paragraph_end()
 
 void RowTable::drop_front(int count)
 {
-    const qint64 begin = cells.begin() + count;
+    const std::int64_t begin = cells.begin() + count;
     cells.drop_before(begin);
     const auto kept =
         std::lower_bound(rows.begin() + static_cast<std::ptrdiff_t>(front), rows.end(), begin,
-                         [](const Row& row, qint64 at) { return row.start() < at; });
+                         [](const Row& row, std::int64_t at) { return row.start() < at; });
     front = static_cast<size_t>(kept - rows.begin());
     if (front > rows.size() / 2) {
         rows.erase(rows.begin(), kept);
@@ -171,7 +172,7 @@ void RowTable::wrap_last_row()
     wrap(rows.back().start(), cells.end());
 }
 
-void RowTable::wrap(qint64 start, qint64 end)
+void RowTable::wrap(std::int64_t start, std::int64_t end)
 {
     PlainRun run;
     while (start < end) {
@@ -195,7 +196,7 @@ void RowTable::wrap_all()
         size_t next = i + 1;
         while (next < old.size() && !old[next].opens_paragraph())
             ++next;
-        const qint64 end = next < old.size() ? old[next].start() - 1 : cells.end();
+        const std::int64_t end = next < old.size() ? old[next].start() - 1 : cells.end();
         wrap(old[i].start(), end);
         i = next;
     }
@@ -212,16 +213,17 @@ int RowTable::row_end(int row) const
     const size_t next = front + static_cast<size_t>(row) + 1;
     if (next == rows.size())
         return length();
-    const qint64 separator = rows[next].opens_paragraph() ? 1 : 0;
+    const std::int64_t separator = rows[next].opens_paragraph() ? 1 : 0;
     return static_cast<int>(rows[next].start() - cells.begin() - separator);
 }
 
 int RowTable::row_of(int position) const
 {
-    const qint64 wanted = cells.begin() + position;
+    const std::int64_t wanted = cells.begin() + position;
     const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(front);
-    const auto after = std::upper_bound(begin, rows.end(), wanted,
-                                        [](qint64 at, const Row& row) { return at < row.start(); });
+    const auto after =
+        std::upper_bound(begin, rows.end(), wanted,
+                         [](std::int64_t at, const Row& row) { return at < row.start(); });
     return static_cast<int>(after - begin) - 1;
 }
 

@@ -2,18 +2,22 @@
 
 #include "checksum/hextext.h"
 
-static SendText success(QByteArray bytes)
+#include <QCoreApplication>
+
+namespace {
+
+SendText success(QByteArray bytes)
 {
     return {std::move(bytes), SendText::NONE, 0, QChar(0)};
 }
 
-static SendText failure(QByteArray bytes, SendText::Error error, int offset, char character)
+SendText failure(QByteArray bytes, SendText::Error error, int offset, char character)
 {
     return {std::move(bytes), error, offset, QChar::fromLatin1(character)};
 }
 
 // The byte that a backslash and `letter` mean, or -1.
-static int escaped_byte(char letter)
+int escaped_byte(char letter)
 {
     switch (letter) {
     case 'r':
@@ -41,6 +45,47 @@ static int escaped_byte(char letter)
     }
 }
 
+bool is_white_space(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+} // namespace
+
+QString SendText::error_text() const
+{
+    const auto text = [](const char* source) {
+        return QCoreApplication::translate("MainWindow", source);
+    };
+    switch (error) {
+    case NONE:
+        break;
+    case BAD_ESCAPE:
+        return text(QT_TRANSLATE_NOOP("MainWindow", "format error at %1: %2"))
+            .arg(QString::number(offset), character);
+    case ESCAPE_AT_END:
+        return text(QT_TRANSLATE_NOOP("MainWindow", "format error at %1: \\")).arg(offset);
+    case NOT_HEX:
+        return text(QT_TRANSLATE_NOOP("MainWindow", "char '%1' at offset %2 is not a hex number"))
+            .arg(character, QString::number(offset));
+    }
+    return {};
+}
+
+SendText send_text(const QString& typed, SendMode mode)
+{
+    const QByteArray text = typed.toLocal8Bit();
+    switch (mode) {
+    case SendMode::Hex:
+        return send_text_hex(text);
+    case SendMode::Escaped:
+        return send_text_escaped(text);
+    case SendMode::Raw:
+        break;
+    }
+    return success(text);
+}
+
 SendText send_text_escaped(const QByteArray& text)
 {
     QByteArray bytes(text.size(), Qt::Uninitialized);
@@ -59,11 +104,6 @@ SendText send_text_escaped(const QByteArray& text)
     }
     bytes.truncate(count);
     return success(bytes);
-}
-
-static bool is_white_space(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 SendText send_text_hex(const QByteArray& text)

@@ -3,6 +3,9 @@
 
 #include <QByteArray>
 #include <QChar>
+#include <QString>
+
+enum class SendMode { Escaped, Raw, Hex };
 
 struct SendText
 {
@@ -17,7 +20,12 @@ struct SendText
     Error error = NONE;
     int offset = 0;  // of the offending byte in the input; after the backslash for ESCAPE_AT_END
     QChar character; // the offending byte, read as Latin-1
+
+    QString error_text() const; // for the user
 };
+
+// Counts bytes in the local 8-bit encoding.
+SendText send_text(const QString& typed, SendMode mode);
 
 // Escapes: \r \n \t \a \b \f \v \\ \' \" and \0, each one byte.
 SendText send_text_escaped(const QByteArray& text);

@@ -25,7 +25,7 @@ void TextSearch::drop_front(int count)
 
 void TextSearch::forget_from(int position)
 {
-    const qint64 changed = std::max(begin, begin + position - wanted_length() + 1);
+    const std::int64_t changed = std::max(begin, begin + position - wanted_length() + 1);
     if (changed >= done)
         return;
     const size_t kept = page_of(changed);
@@ -46,7 +46,7 @@ bool TextSearch::search_a_page(int length)
 {
     if (is_complete(length))
         return false;
-    const auto counted = [this](qint64 from, qint64 to) {
+    const auto counted = [this](std::int64_t from, std::int64_t to) {
         return static_cast<int>(hits_between(from, to).size());
     };
     if (std::exchange(front_is_old, false) && !counts.empty()) {
@@ -55,30 +55,30 @@ bool TextSearch::search_a_page(int length)
         total += counts.front();
         return !is_complete(length);
     }
-    const qint64 past = begin + length - wanted_length() + 1;
+    const std::int64_t past = begin + length - wanted_length() + 1;
     const size_t page = page_of(done);
     if (page == counts.size())
         counts.push_back(0);
-    const qint64 from = std::exchange(done, std::min(past, (done / PAGE + 1) * PAGE));
+    const std::int64_t from = std::exchange(done, std::min(past, (done / PAGE + 1) * PAGE));
     const int found = counted(from, done);
     counts[page] += found;
     total += found;
     return !is_complete(length);
 }
 
-qint64 TextSearch::page_begin(size_t page) const
+std::int64_t TextSearch::page_begin(size_t page) const
 {
-    return std::max(begin, (first_page + qint64(page)) * PAGE);
+    return std::max(begin, (first_page + std::int64_t(page)) * PAGE);
 }
 
-qint64 TextSearch::page_end(size_t page) const
+std::int64_t TextSearch::page_end(size_t page) const
 {
-    return std::min(done, (first_page + qint64(page) + 1) * PAGE);
+    return std::min(done, (first_page + std::int64_t(page) + 1) * PAGE);
 }
 
 int TextSearch::count_before(int position) const
 {
-    const qint64 at = std::min(begin + position, done);
+    const std::int64_t at = std::min(begin + position, done);
     int sum = 0;
     for (size_t page = 0; page < counts.size(); ++page) {
         if (at < page_end(page))
@@ -90,7 +90,7 @@ int TextSearch::count_before(int position) const
 
 int TextSearch::first_from(int position) const
 {
-    const qint64 at = begin + std::max(0, position);
+    const std::int64_t at = begin + std::max(0, position);
     for (size_t page = page_of(at); page < counts.size(); ++page) {
         if (counts[page] == 0)
             continue;
@@ -103,7 +103,7 @@ int TextSearch::first_from(int position) const
 
 int TextSearch::last_before(int position) const
 {
-    const qint64 at = std::min(begin + position, done);
+    const std::int64_t at = std::min(begin + position, done);
     for (size_t page = counts.size(); page-- > 0;) {
         if (counts[page] == 0 || page_begin(page) >= at)
             continue;
@@ -114,7 +114,7 @@ int TextSearch::last_before(int position) const
     return -1;
 }
 
-std::vector<int> TextSearch::hits_between(qint64 from, qint64 to) const
+std::vector<int> TextSearch::hits_between(std::int64_t from, std::int64_t to) const
 {
     return hits(static_cast<int>(from - begin), static_cast<int>(to - begin));
 }

@@ -8,20 +8,20 @@ namespace {
 constexpr int TAB_STOP = 8;
 constexpr int MOST_CHARACTERS_PER_COLUMN = 8;
 
-enum class Kind { narrow, blank, tab, wide, mark, line_end };
+enum class Kind { Narrow, Blank, Tab, Wide, Mark, LineEnd };
 
 Kind kind_of(const QString& text, int at)
 {
     const ushort c = text[at].unicode();
     if (c == ' ')
-        return Kind::blank;
+        return Kind::Blank;
     if (c == '\t')
-        return Kind::tab;
+        return Kind::Tab;
     if (c == QChar::LineSeparator)
-        return Kind::line_end;
+        return Kind::LineEnd;
     if (c == 0x56FD || QChar::isHighSurrogate(c))
-        return Kind::wide;
-    return c == 0x301 || QChar::isLowSurrogate(c) ? Kind::mark : Kind::narrow;
+        return Kind::Wide;
+    return c == 0x301 || QChar::isLowSurrogate(c) ? Kind::Mark : Kind::Narrow;
 }
 
 // A character with the marks that are joined to it.
@@ -37,7 +37,7 @@ std::vector<Cluster> clusters_of(const QString& text, int start, int end)
     for (int at = start; at < end; ++at) {
         const Kind kind = kind_of(text, at);
         const bool joins =
-            kind == Kind::mark && !clusters.empty() && clusters.back().kind != Kind::line_end;
+            kind == Kind::Mark && !clusters.empty() && clusters.back().kind != Kind::LineEnd;
         if (!joins)
             clusters.push_back({at, kind});
     }
@@ -46,11 +46,11 @@ std::vector<Cluster> clusters_of(const QString& text, int start, int end)
 
 int column_behind(Kind kind, int column, int columns)
 {
-    if (kind == Kind::tab)
+    if (kind == Kind::Tab)
         return column >= columns ? column
                                  : std::min(columns, column - column % TAB_STOP + TAB_STOP);
-    const bool one_cell = kind == Kind::narrow || kind == Kind::blank;
-    return column + (kind == Kind::wide ? 2 : one_cell ? 1 : 0);
+    const bool one_cell = kind == Kind::Narrow || kind == Kind::Blank;
+    return column + (kind == Kind::Wide ? 2 : one_cell ? 1 : 0);
 }
 
 bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
@@ -59,13 +59,13 @@ bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
     bool past_edge = false;
     for (size_t i = 0; i < count; ++i) {
         const Kind kind = clusters[i].kind;
-        if (i > 0 && clusters[i - 1].kind == Kind::line_end)
+        if (i > 0 && clusters[i - 1].kind == Kind::LineEnd)
             return false;
-        if (past_edge && kind != Kind::line_end)
+        if (past_edge && kind != Kind::LineEnd)
             return false;
-        past_edge = (kind == Kind::blank || kind == Kind::tab) && column >= columns;
+        past_edge = (kind == Kind::Blank || kind == Kind::Tab) && column >= columns;
         column = column_behind(kind, column, columns);
-        const bool has_ink = kind == Kind::narrow || kind == Kind::wide;
+        const bool has_ink = kind == Kind::Narrow || kind == Kind::Wide;
         if (has_ink && column > columns && i > 0)
             return false;
     }
@@ -74,8 +74,8 @@ bool fits(const std::vector<Cluster>& clusters, size_t count, int columns)
 
 bool may_part(Kind before, Kind after)
 {
-    return before == Kind::blank || before == Kind::tab || before == Kind::wide ||
-           before == Kind::line_end || after == Kind::wide;
+    return before == Kind::Blank || before == Kind::Tab || before == Kind::Wide ||
+           before == Kind::LineEnd || after == Kind::Wide;
 }
 
 int row_end(const QString& text, int start, int end, int columns)

@@ -1,4 +1,3 @@
-#include "terminal/wallclock.h"
 #include "windowtest.h"
 
 #include <QLineEdit>
@@ -7,20 +6,16 @@
 
 namespace {
 
-QTime clock_now(12, 0, 0);
-
 // A window whose clock stops until the test moves it.
 class Receive : public WindowTest
 {
 protected:
     Receive()
     {
-        clock_now = QTime(12, 0, 0);
-        wall_time_source_set([] { return clock_now; });
+        clock = [this] { return clock_now; };
         window_start();
         EXPECT_TRUE(port_open());
     }
-    ~Receive() override { wall_time_source_set(nullptr); }
 
     // A chunk that comes `ms` after the last one.
     void chunk(const QByteArray& data, int ms)
@@ -45,6 +40,7 @@ protected:
         QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
     }
 
+    QTime clock_now = QTime(12, 0, 0);
     const QString path = sandbox.path("saved");
     int total = 0;
 };

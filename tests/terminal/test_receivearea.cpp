@@ -301,22 +301,6 @@ TEST_F(Area, SelectsAllByKeyAndCopiesALongText)
     EXPECT_TRUE(QApplication::clipboard()->text() == area.toPlainText());
 }
 
-TEST_F(Area, TurnsPagesByKeysAndShowsACursorThatIsSet)
-{
-    append(QString("line\n").repeated(200));
-    const int end = bar().maximum();
-    QTest::keyClick(&area, Qt::Key_PageUp);
-    EXPECT_EQ(bar().value(), end - area.visible_rows());
-    EXPECT_LE(area.visible_rows() * area.cursorRect().height(), area.viewport()->height());
-    QTest::keyClick(&area, Qt::Key_PageDown);
-    EXPECT_EQ(bar().value(), end);
-    QPlainTextEdit& edit = area;
-    edit.setTextCursor(cursor_at(area, 10 * 5, 10 * 5));
-    EXPECT_EQ(bar().value(), 10);
-    edit.ensureCursorVisible();
-    EXPECT_EQ(bar().value(), 10) << "the stock widget scrolls by itself";
-}
-
 TEST_F(Area, PaintsAtMostOnceAFrameAndTheLastChangeToo)
 {
     struct Watch : QObject

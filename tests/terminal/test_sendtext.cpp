@@ -43,3 +43,20 @@ TEST(SendText, GivesTheBytesOrTheOffenderAndItsPlace)
         EXPECT_EQ(parsed.character, QChar::fromLatin1(row.character));
     }
 }
+
+TEST(SendText, TakesTheModeAndSaysWhatIsWrong)
+{
+    const std::tuple<SendMode, QString, QByteArray, const char*> rows[] = {
+        {SendMode::Raw, "41\\q\u4f60", "41\\q\xE4\xBD\xA0", ""},
+        {SendMode::Escaped, "41\\n", "41\n", ""},
+        {SendMode::Escaped, "\u4f60\\q", "\xE4\xBD\xA0", "format error at 4: q"},
+        {SendMode::Escaped, "abc\\", "abc", "format error at 4: \\"},
+        {SendMode::Hex, "41", "A", ""},
+        {SendMode::Hex, "4%1", "", "char '%' at offset 1 is not a hex number"},
+    };
+    for (const auto& [mode, typed, bytes, error] : rows) {
+        const SendText parsed = send_text(typed, mode);
+        EXPECT_EQ(parsed.bytes, bytes) << qPrintable(typed);
+        EXPECT_EQ(parsed.error_text(), error) << qPrintable(typed);
+    }
+}

@@ -67,7 +67,7 @@ void WindowTest::configure(const QString& key, const QVariant& value)
 
 void WindowTest::window_start()
 {
-    window = std::make_unique<MainWindow>();
+    window = std::make_unique<MainWindow>(nullptr, clock);
     window->show();
 }
 

@@ -75,6 +75,7 @@ protected:
     Pty pty;
     QString port_name;
     Answers answers;
+    std::function<QTime()> clock = QTime::currentTime; // before window_start()
     std::unique_ptr<MainWindow> window;
 
 private:

@@ -1,19 +1,46 @@
-#include "terminal/cuttext.h"
+#include "terminal/receivetext.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace {
 
+constexpr int MS_PER_DAY = 24 * 60 * 60 * 1000;
 constexpr int LONGEST_CHARACTER = 4; // bytes, in UTF-8
+
+int elapsed_ms(const QTime& since, const QTime& now)
+{
+    const int ms = since.msecsTo(now);
+    return ms < 0 ? ms + MS_PER_DAY : ms; // past midnight
+}
+
+QString time_stamp(const QTime& time)
+{
+    return time.toString("[hh:mm:ss.zzz] ");
+}
+
+QByteArray hex_dump(const QByteArray& data)
+{
+    constexpr char DIGITS[] = "0123456789ABCDEF";
+    QByteArray text(data.size() * 3, Qt::Uninitialized);
+    char* out = text.data();
+    for (const char c : data) {
+        const auto byte = std::uint8_t(c);
+        *out++ = DIGITS[byte >> 4];
+        *out++ = DIGITS[byte & 0x0F];
+        *out++ = ' ';
+    }
+    return text;
+}
 
 bool goes_on(char byte)
 {
-    return (uchar(byte) & 0xC0) == 0x80;
+    return (std::uint8_t(byte) & 0xC0) == 0x80;
 }
 
 int length_by_first(char byte)
 {
-    const auto first = uchar(byte);
+    const auto first = std::uint8_t(byte);
     return first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF8 ? 4 : 1;
 }
 
@@ -37,6 +64,28 @@ int cut_length(const QByteArray& bytes)
 }
 
 } // namespace
+
+ChunkText chunk_text(const QByteArray& chunk, const ReceiveOptions& options, const QTime& last,
+                     const QTime& now, bool line_open)
+{
+    ChunkText text = {QString(), options.hex_display ? hex_dump(chunk) : chunk};
+    if (elapsed_ms(last, now) <= options.frame_interval)
+        return text;
+    if (options.frame_mode && line_open)
+        text.prefix = "\n";
+    if (options.display_time)
+        text.prefix += time_stamp(now);
+    return text;
+}
+
+QString sent_line(const QString& typed, const QTime& stamp, bool line_open)
+{
+    QString line = line_open ? "\n" : "";
+    if (!stamp.isNull())
+        line += time_stamp(stamp);
+    // Up to the first zero byte.
+    return line + QString::fromLatin1(typed.toLatin1().constData());
+}
 
 TextStep CutText::next(const QByteArray& chunk)
 {

@@ -1,4 +1,4 @@
-#include "terminal/cuttext.h"
+#include "terminal/receivetext.h"
 
 #include <QTextCursor>
 #include <QTextDocument>
@@ -25,6 +25,39 @@ QString shown(const std::vector<QByteArray>& chunks)
 }
 
 } // namespace
+
+TEST(ReceiveText, BeginsAFrameAfterALongerSilence)
+{
+    const QTime noon(12, 0, 0), midnight(23, 59, 59, 999);
+    const struct
+    {
+        ReceiveOptions options; // frames, stamps, hexadecimal, ms
+        QTime last;
+        int ms;
+        bool line_open;
+        const char* prefix;
+        const char* data;
+    } rows[] = {
+        {{false, false, false, 5}, noon, 6, true, "", "A\r\xFF"},
+        {{false, false, true, 5}, noon, 6, true, "", "41 0D FF "},
+        {{true, false, false, 5}, noon, 5, true, "", "A\r\xFF"},
+        {{true, false, false, 5}, noon, 6, true, "\n", "A\r\xFF"},
+        {{true, false, false, 5}, noon, 6, false, "", "A\r\xFF"},
+        {{false, true, false, 5}, noon, 5, true, "", "A\r\xFF"},
+        {{false, true, false, 5}, noon, 6, true, "[12:00:00.006] ", "A\r\xFF"},
+        {{true, true, true, 5}, midnight, 6, true, "\n[00:00:00.005] ", "41 0D FF "},
+        {{true, true, false, 5}, midnight, 6, false, "[00:00:00.005] ", "A\r\xFF"},
+    };
+    for (const auto& row : rows) {
+        const ChunkText text =
+            chunk_text("A\r\xFF", row.options, row.last, row.last.addMSecs(row.ms), row.line_open);
+        EXPECT_EQ(text.prefix, row.prefix);
+        EXPECT_EQ(text.data, row.data);
+    }
+    EXPECT_EQ(sent_line("a\\t\u4f60", QTime(), false), "a\\t?");
+    EXPECT_EQ(sent_line(QString("a%1b").arg(QChar(0)), QTime(1, 2, 3, 4), true),
+              "\n[01:02:03.004] a");
+}
 
 TEST(CutText, MakesOfAnyChunksWhatTheWholeMakes)
 {

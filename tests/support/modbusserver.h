@@ -20,7 +20,7 @@ public:
             modbus_set_socket(context, pty.master_fd()) != 0 ||
             modbus_set_indication_timeout(context, 0, LOOK_AROUND_US) != 0)
             throw std::runtime_error("no Modbus server");
-        thread = std::thread([this] { serve(); });
+        thread = std::thread(&ModbusServer::serve, this);
     }
     ~ModbusServer()
     {
@@ -38,8 +38,7 @@ private:
         std::uint8_t query[MODBUS_RTU_MAX_ADU_LENGTH];
         while (!stop) {
             // 0 for another device, below 0 for damage and for silence.
-            const int length = modbus_receive(context, query);
-            if (length > 0)
+            if (const int length = modbus_receive(context, query); length > 0)
                 modbus_reply(context, query, length, mapping);
             else
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));

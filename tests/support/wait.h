@@ -4,6 +4,7 @@
 
 #include "print.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QTest>
 #include <QThread>
@@ -18,7 +19,8 @@ template <typename Condition> bool wait_until(Condition condition, int patience_
     while (!condition()) {
         if (patience.hasExpired())
             return false;
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QThread::usleep(PAUSE_US);
     }
     return true;

@@ -10,16 +10,8 @@ QString hex_text(const void* data, int nbytes)
     if (nbytes <= 0)
         return QString("");
 
-    static constexpr char DIGITS[] = "0123456789ABCDEF";
-    const auto* bytes = static_cast<const unsigned char*>(data);
-    QByteArray text(nbytes * 3, Qt::Uninitialized);
-    char* pair = text.data();
-    for (int n = 0; n < nbytes; ++n) {
-        *pair++ = DIGITS[bytes[n] >> 4];
-        *pair++ = DIGITS[bytes[n] & 0x0F];
-        *pair++ = ' ';
-    }
-    return QString::fromLatin1(text.constData(), text.size() - 1);
+    const auto bytes = QByteArray::fromRawData(static_cast<const char*>(data), nbytes);
+    return QString::fromLatin1(bytes.toHex(' ').toUpper());
 }
 
 int hex_digit(char c)

@@ -1,6 +1,7 @@
 #include "devices/boot.h"
 
 #include "checksum/crc.h"
+#include "devices/bigendian.h"
 
 #include <QtEndian>
 
@@ -17,14 +18,9 @@ constexpr int WRITE_HEADER_SIZE = 5;
 constexpr char YES = 0;
 constexpr char NO = 1;
 
-quint32 number_at(const QByteArray& bytes, int place)
+std::uint32_t number_at(const QByteArray& bytes, int place)
 {
-    return qFromBigEndian<quint32>(bytes.constData() + place);
-}
-
-QByteArray big_endian(quint16 value)
-{
-    return QByteArray(1, char(value >> 8)) + char(value & 0xFF);
+    return qFromBigEndian<std::uint32_t>(bytes.constData() + place);
 }
 } // namespace
 
@@ -94,7 +90,7 @@ QByteArray Boot::information() const
     record += INFORMATION;
     record += char(in_boot);
     record += char(hard);
-    for (quint8 part : settings.version)
+    for (std::uint8_t part : settings.version)
         record += char(part);
     record += big_endian(settings.page) + big_endian(settings.mtu);
     if (!settings.name.isEmpty() || hard)
@@ -104,10 +100,10 @@ QByteArray Boot::information() const
 
 QByteArray Boot::check(const QByteArray& request)
 {
-    const quint32 offset = number_at(request, 1);
-    const quint32 size = number_at(request, 5);
+    const std::uint32_t offset = number_at(request, 1);
+    const std::uint32_t size = number_at(request, 5);
     const bool final = request.at(13) != 0;
-    bool same = quint64(offset) + size <= quint64(rom.capacity());
+    bool same = std::uint64_t(offset) + size <= std::uint64_t(rom.capacity());
     if (same) {
         const QByteArray block = rom.block(int(offset), int(size));
         same = crc32(block.constData(), size, 0xFFFFFFFF) == number_at(request, 9);
@@ -126,15 +122,15 @@ QByteArray Boot::check(const QByteArray& request)
 
 QByteArray Boot::write(const QByteArray& request)
 {
-    const quint32 offset = number_at(request, 1);
+    const std::uint32_t offset = number_at(request, 1);
     const QByteArray payload = request.mid(WRITE_HEADER_SIZE);
-    const quint64 end = quint64(offset) + quint64(payload.size());
+    const std::uint64_t end = std::uint64_t(offset) + std::uint64_t(payload.size());
     QString refusal;
     if (payload.isEmpty())
         refusal = "refused: nothing to write";
     else if (payload.size() > settings.mtu)
         refusal = QStringLiteral("refused: more than the MTU of %1 bytes").arg(settings.mtu);
-    else if (end > quint64(rom.capacity()))
+    else if (end > std::uint64_t(rom.capacity()))
         refusal = QStringLiteral("refused: beyond the memory of %1 bytes").arg(rom.capacity());
     if (refusal.isEmpty()) {
         application_good = false;

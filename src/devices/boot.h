@@ -6,18 +6,19 @@
 #include "devices/romimage.h"
 
 #include <array>
+#include <cstdint>
 
 // Bytes of name and hard info that fit into the record of 128 bytes that hosts expect.
 constexpr int BOOT_RECORD_ROOM = 128 - 12 - 1;
 
 struct BootSettings
 {
-    QString image;          // file of the program memory; empty to keep it in memory alone
-    int rom_size = 1 << 20; // bytes of program memory
-    quint16 page = 4096;    // bytes that are checked at a time
-    quint16 mtu = 1024;     // largest payload of a data packet
-    QByteArray name = "M1"; // empty: the module does not report it
-    std::array<quint8, 5> version = {1, 0, 0, 0, 0};
+    QString image;             // file of the program memory; empty to keep it in memory alone
+    int rom_size = 1 << 20;    // bytes of program memory
+    std::uint16_t page = 4096; // bytes that are checked at a time
+    std::uint16_t mtu = 1024;  // largest payload of a data packet
+    QByteArray name = "M1";    // empty: the module does not report it
+    std::array<std::uint8_t, 5> version = {1, 0, 0, 0, 0};
     QByteArray hard_info;
     bool in_boot = false; // no application is there: the boot code runs from the start
     Framing framing;

@@ -1,6 +1,7 @@
 #include "devices/cnet.h"
 
-#include <QtEndian>
+#include "devices/bigendian.h"
+
 #include <random>
 
 namespace {
@@ -20,7 +21,7 @@ constexpr char DONE = 0;
 constexpr char REFUSED = 1;
 constexpr std::chrono::milliseconds ON_AIR(20); // to a device and back
 
-enum Command : quint8 {
+enum Command : std::uint8_t {
     LOCAL_INFO_EXT = 0x61,
     CONFIGURATION_GET_EXT = 0x62,
     CONFIGURATION_SET_EXT = 0x63,
@@ -41,9 +42,9 @@ enum Command : quint8 {
 
 struct Request
 {
-    Command command;
-    int arguments; // bytes between the command and the end
-    const char* meaning;
+    Command command = {};
+    int arguments = 0; // bytes between the command and the end
+    const char* meaning = nullptr;
 };
 
 const Request REQUESTS[] = {
@@ -65,20 +66,13 @@ const Request REQUESTS[] = {
     {VALUE_GET, 2, "value"},
 };
 
-const Request* find_request(quint8 command)
+const Request* find_request(std::uint8_t command)
 {
     for (const Request& request : REQUESTS) {
         if (request.command == command)
             return &request;
     }
     return nullptr;
-}
-
-template <typename Number> QByteArray big_endian(Number value)
-{
-    QByteArray bytes(sizeof value, 0);
-    qToBigEndian(value, bytes.data());
-    return bytes;
 }
 
 bool known_place(int channel, int rate)
@@ -97,29 +91,29 @@ QByteArray found(const CnetDevice& device, bool with_long_address)
 }
 } // namespace
 
-CnetDevice cnet_device(int channel, int rate, quint16 address)
+CnetDevice cnet_device(int channel, int rate, std::uint16_t address)
 {
     CnetDevice device;
     device.channel = channel;
     device.rate = rate;
     device.address = address;
     device.long_address = 0x00C0FFEE00000000 | address;
-    device.signal = qint8(-40 - address % 50);
-    device.value = qint8(address % 60);
-    device.second_value = qint8(-(address % 60));
+    device.signal = std::int8_t(-40 - address % 50);
+    device.value = std::int8_t(address % 60);
+    device.second_value = std::int8_t(-(address % 60));
     for (int i = 0; i < BLOCK_SIZE; ++i)
         device.configuration += char(address + i);
     return device;
 }
 
-QVector<CnetDevice> cnet_neighbourhood(int count, quint64 seed)
+QVector<CnetDevice> cnet_neighbourhood(int count, std::uint64_t seed)
 {
     std::mt19937_64 random(seed);
     QVector<CnetDevice> devices;
     for (int i = 0; i < count; ++i) {
         const int channel = 9 + int(random() % 22);
         const int rate = int(random() % 3);
-        devices += cnet_device(channel, rate, quint16(0x1001 + i));
+        devices += cnet_device(channel, rate, std::uint16_t(0x1001 + i));
     }
     return devices;
 }
@@ -140,10 +134,10 @@ int Cnet::request_size(const QByteArray& heard, bool silence) const
 {
     int size = 0;
     if (heard.size() > 1 && heard[0] == HEAD) {
-        if (const Request* request = find_request(quint8(heard[1])))
+        if (const Request* request = find_request(std::uint8_t(heard[1])))
             size = 3 + request->arguments;
     } else if (heard.size() > 1 && heard[0] == DATA_HEAD) {
-        size = 3 + quint8(heard[1]);
+        size = 3 + std::uint8_t(heard[1]);
     }
     if (size > 0 && heard.size() >= size)
         return size;
@@ -155,7 +149,7 @@ Answer Cnet::answer(const QByteArray& request)
     if (request.startsWith(HEAD) && request.endsWith(END) && request.size() >= 3)
         return configure(request);
     if (request.startsWith(DATA_HEAD) && request.endsWith(DATA_END) &&
-        request.size() >= DATA_OVERHEAD && request.size() == 3 + quint8(request[1]))
+        request.size() >= DATA_OVERHEAD && request.size() == 3 + std::uint8_t(request[1]))
         return pass_data(request);
     tell("not a request");
     return {};
@@ -163,7 +157,7 @@ Answer Cnet::answer(const QByteArray& request)
 
 Answer Cnet::configure(const QByteArray& request)
 {
-    const quint8 command = quint8(request[1]);
+    const std::uint8_t command = std::uint8_t(request[1]);
     const QByteArray arguments = request.mid(2, request.size() - 3);
     const Request* known = find_request(command);
     if (!known || known->arguments != arguments.size()) {
@@ -231,8 +225,8 @@ QByteArray Cnet::local_record(bool with_long_address) const
 
 QByteArray Cnet::set_place(const QByteArray& arguments)
 {
-    const int channel = quint8(arguments[0]);
-    const int rate = quint8(arguments[1]);
+    const int channel = std::uint8_t(arguments[0]);
+    const int rate = std::uint8_t(arguments[1]);
     if (!known_place(channel, rate))
         return QByteArray(1, REFUSED);
     local.channel = channel;
@@ -240,7 +234,7 @@ QByteArray Cnet::set_place(const QByteArray& arguments)
     return QByteArray(1, DONE);
 }
 
-Answer Cnet::search(quint8 command, const QByteArray& address) const
+Answer Cnet::search(std::uint8_t command, const QByteArray& address) const
 {
     const bool with_long_address = command == SEARCH_EXT || command == SEARCH_ADDRESS_EXT;
     Answer answer;

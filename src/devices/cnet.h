@@ -4,23 +4,24 @@
 #include "devices/module.h"
 
 #include <QVector>
+#include <cstdint>
 
 struct CnetDevice
 {
     int channel = 9; // 9 to 30
     int rate = 0;    // 0: 250 kbps, 1: 500 kbps, 2: 1 Mbps
-    quint16 address = 0;
-    quint64 long_address = 0;
-    qint8 signal = 0; // dBm
-    qint8 value = 0;
-    qint8 second_value = 0;
+    std::uint16_t address = 0;
+    std::uint64_t long_address = 0;
+    std::int8_t signal = 0; // dBm
+    std::int8_t value = 0;
+    std::int8_t second_value = 0;
     QByteArray configuration; // 52 bytes
 };
 
 // The device of that place and address, with its other properties made from the address.
-CnetDevice cnet_device(int channel, int rate, quint16 address);
+CnetDevice cnet_device(int channel, int rate, std::uint16_t address);
 // As many devices, scattered over channels and rates.
-QVector<CnetDevice> cnet_neighbourhood(int count, quint64 seed);
+QVector<CnetDevice> cnet_neighbourhood(int count, std::uint64_t seed);
 
 // Configuration frames lie between 0xAB and 0xBA, with the command after the head; their requests
 // are in cnet.cpp. The contents that the device is free to choose:
@@ -42,7 +43,7 @@ public:
 private:
     Answer configure(const QByteArray& request);
     Answer pass_data(const QByteArray& request);
-    Answer search(quint8 command, const QByteArray& arguments) const;
+    Answer search(std::uint8_t command, const QByteArray& arguments) const;
     QByteArray local_record(bool with_long_address) const;
     QByteArray set_place(const QByteArray& arguments);
     CnetDevice* reached(const QByteArray& address);

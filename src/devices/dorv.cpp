@@ -15,8 +15,8 @@ constexpr std::chrono::milliseconds BETWEEN_ROUNDS(2000);
 // The commands that carry a payload, and the report with which one arrives.
 struct Sending
 {
-    const char* command;
-    const char* report;
+    const char* command = nullptr;
+    const char* report = nullptr;
 };
 const Sending SENDINGS[] = {
     {"mactx", "+macrx"},        {"pmactx", "+pmacrx"}, {"radiotx", "+radiorx"},
@@ -57,7 +57,7 @@ int payload_size(const QByteArray& command)
     return find_sending(line.name) && ok ? size : 0;
 }
 
-int signal_of(uint address)
+int signal_of(std::uint32_t address)
 {
     return -40 - int(address % 60);
 }
@@ -106,7 +106,7 @@ Answer Dorv::obey(const QByteArray& command, const QByteArray& payload)
     }
     if (line.name == "rssi") {
         bool ok = false;
-        const uint address = line.value.toUInt(&ok, 16);
+        const std::uint32_t address = line.value.toUInt(&ok, 16);
         return {{{ok ? "+rssi," + QByteArray::number(signal_of(address)) + "\r\n" : ERROR}}};
     }
     if (line.name == "pmactx" && line.value.startsWith("ucast,")) {
@@ -160,8 +160,8 @@ QByteArray Dorv::report(Time now)
     const bool last = address == settings.neighbours;
     announcement = now + (last ? BETWEEN_ROUNDS : BETWEEN_ANNOUNCEMENTS);
     return "+devfound," + memory.value("bw") + ',' + memory.value("sf") + ",0x" +
-           QByteArray::number(address, 16) + ',' + QByteArray::number(signal_of(uint(address))) +
-           "\r\n";
+           QByteArray::number(address, 16) + ',' +
+           QByteArray::number(signal_of(std::uint32_t(address))) + "\r\n";
 }
 
 void Dorv::tell(const QString& text) const

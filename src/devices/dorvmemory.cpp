@@ -17,9 +17,9 @@ const char NO_ABP_KEY[] = "abp,00000000000000000000000000000000";
 // bytes as hexadecimal digits).
 struct Setting
 {
-    const char* name;
-    const char* form;
-    const char* factory;
+    const char* name = nullptr;
+    const char* form = nullptr;
+    const char* factory = nullptr;
     const char* access = ""; // what a question must carry to be answered
 };
 
@@ -73,10 +73,10 @@ const Setting* find_setting(const QByteArray& name)
     return nullptr;
 }
 
-bool is_number(const QByteArray& text, qint64 least, qint64 most, int base = 10)
+bool is_number(const QByteArray& text, std::int64_t least, std::int64_t most, int base = 10)
 {
     bool ok = false;
-    const qint64 value = text.toLongLong(&ok, base);
+    const std::int64_t value = text.toLongLong(&ok, base);
     // Not the sign and the white space that the conversion passes over: a line feed among it would
     // break the file.
     const bool plain = std::all_of(text.begin(), text.end(), [](char c) {

@@ -32,15 +32,7 @@ void Echo::receive(const QByteArray& bytes, Time now)
 
 QByteArray Echo::transmit(int most, Time now)
 {
-    QByteArray bytes;
-    while (!waiting.empty() && waiting.front().due <= now && bytes.size() < most) {
-        Portion& front = waiting.front();
-        const int count = std::min(most - int(bytes.size()), int(front.bytes.size()));
-        bytes += front.bytes.left(count);
-        front.bytes.remove(0, count);
-        if (front.bytes.isEmpty())
-            waiting.pop_front();
-    }
+    const QByteArray bytes = take_due(waiting, most, now);
     held -= int(bytes.size());
     return bytes;
 }

@@ -3,8 +3,7 @@
 
 #include "devices/device.h"
 #include "devices/faults.h"
-
-#include <deque>
+#include "devices/portion.h"
 
 class Echo : public Device
 {
@@ -17,11 +16,6 @@ public:
     Time next_wake(Time now) const override;
 
 private:
-    struct Portion
-    {
-        Time due;
-        QByteArray bytes;
-    };
     Faults faults;
     std::deque<Portion> waiting;
     int held = 0; // bytes in `waiting`

@@ -158,16 +158,7 @@ QByteArray Exchange::transmit(int most, Time now)
 {
     if (module->next_report(now) <= now && now >= deaf_until)
         queue_reply(module->report(now), now);
-    QByteArray bytes;
-    while (!outgoing.empty() && outgoing.front().due <= now && bytes.size() < most) {
-        Portion& front = outgoing.front();
-        const int count = std::min(most - int(bytes.size()), int(front.bytes.size()));
-        bytes += front.bytes.left(count);
-        front.bytes.remove(0, count);
-        if (front.bytes.isEmpty())
-            outgoing.pop_front();
-    }
-    return bytes;
+    return take_due(outgoing, most, now);
 }
 
 Time Exchange::next_wake(Time now) const

@@ -4,17 +4,18 @@
 
 #include "devices/faults.h"
 #include "devices/module.h"
+#include "devices/portion.h"
 
 #include <QByteArrayList>
-#include <deque>
+#include <cstdint>
 #include <memory>
 
 struct ExchangeSettings
 {
     int baud = 0;                             // of the line, bits/s; 0 for no pace
     std::chrono::milliseconds start_time{50}; // ignores input for so long after a reset
-    qint64 reboot_after = -1;                 // the request that meets a failing supply; one time
-    qint64 cut_after = -1;                    // the request at which the line is cut; one time
+    std::int64_t reboot_after = -1;           // the request that meets a failing supply; one time
+    std::int64_t cut_after = -1;              // the request at which the line is cut; one time
 };
 
 class Exchange : public Device
@@ -34,11 +35,6 @@ public:
     void end_faults();
 
 private:
-    struct Portion
-    {
-        Time due;
-        QByteArray bytes;
-    };
     void hear_requests(Time now, bool silence);
     void handle(const QByteArray& request, Time now);
     void answer(const QByteArray& request, Time now);
@@ -57,7 +53,7 @@ private:
     QByteArray heard;
     Time last_heard{};
     bool silence_told = false; // the module knows that `heard` is followed by silence
-    qint64 requests = 0;
+    std::int64_t requests = 0;
     QByteArray overtaken_request; // waits for the next one, after which it arrives
     QByteArray overtaken_reply;
     std::deque<Portion> outgoing; // by their times

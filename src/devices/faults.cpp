@@ -14,7 +14,7 @@ bool Faults::pass_frame(QByteArray& frame)
     if (happens(settings.drop))
         return false;
     if (!frame.isEmpty() && happens(settings.corrupt))
-        turn_a_bit(frame.data()[random() % quint64(frame.size())]);
+        turn_a_bit(frame.data()[random() % std::uint64_t(frame.size())]);
     return true;
 }
 
@@ -29,8 +29,8 @@ bool Faults::count_frame()
 void Faults::send_bytes(QByteArray& bytes)
 {
     if (settings.silent_after >= 0) {
-        const qint64 left = std::max<qint64>(0, settings.silent_after - units_sent);
-        bytes.truncate(int(std::min<qint64>(bytes.size(), left)));
+        const std::int64_t left = std::max<std::int64_t>(0, settings.silent_after - units_sent);
+        bytes.truncate(int(std::min<std::int64_t>(bytes.size(), left)));
     }
     units_sent += bytes.size();
     if (settings.drop <= 0 && settings.corrupt <= 0 && settings.twice <= 0 && settings.reorder <= 0)

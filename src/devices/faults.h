@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <chrono>
+#include <cstdint>
 #include <random>
 
 struct FaultSettings
@@ -12,9 +13,9 @@ struct FaultSettings
     double twice = 0;   // chance that a unit arrives two times
     double reorder = 0; // chance that a unit arrives after the next one of its direction
     std::chrono::milliseconds delay{0};
-    double delay_chance = 1;  // chance that `delay` holds back an answer
-    qint64 silent_after = -1; // units sent before the device falls silent; negative for never
-    quint64 seed = 1;
+    double delay_chance = 1;        // chance that `delay` holds back an answer
+    std::int64_t silent_after = -1; // units sent before the device falls silent; negative for never
+    std::uint64_t seed = 1;
 };
 
 // A unit is a byte for the devices that know no frames (echo, talk) and a frame or a line for the
@@ -45,6 +46,6 @@ private:
 
     FaultSettings settings;
     std::mt19937_64 random;
-    qint64 units_sent = 0;
+    std::int64_t units_sent = 0;
     QByteArray overtaken; // a byte that waits for the next one, or none
 };

@@ -15,7 +15,7 @@ std::optional<Framing> Framing::named(const QString& text)
     Framing framing;
     if (kind == "rtu") {
         bool ok = false;
-        const uint address = argument.toUInt(&ok, 0);
+        const std::uint32_t address = argument.toUInt(&ok, 0);
         if (!ok || address > 255)
             return {};
         framing.head = QByteArray(1, char(address));

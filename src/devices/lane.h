@@ -29,5 +29,5 @@ private:
     std::chrono::nanoseconds byte_time;
     QByteArray queue;
     Time taken_until{};
-    Time front_starts; // when the first bit of the first byte in the queue went out
+    Time front_starts{}; // when the first bit of the first byte in the queue went out
 };

@@ -7,46 +7,6 @@ constexpr int LARGEST_PORTION = 4096;
 constexpr double STREAM_PORTIONS_A_SECOND = 50; // often enough to look steady
 } // namespace
 
-TalkText::TalkText(const TalkSettings& settings)
-    : form(settings.form)
-    , line_length(std::max(SHORTEST_LINE, settings.line_length))
-    , random(settings.seed)
-{
-}
-
-QByteArray TalkText::next(int count)
-{
-    while (ready.size() < count)
-        write_more();
-    QByteArray bytes = ready.left(count);
-    ready.remove(0, count);
-    return bytes;
-}
-
-void TalkText::write_more()
-{
-    static constexpr char DIGITS[] = "0123456789ABCDEF";
-    switch (form) {
-    case TalkForm::Lines: {
-        QByteArray line = QByteArray::number(++line_number).rightJustified(8, '0') + ' ';
-        while (line.size() < line_length - 2)
-            line += char(' ' + 1 + random() % 94);
-        ready += line + "\r\n";
-        break;
-    }
-    case TalkForm::Binary:
-        ready += char(random() & 0xFF);
-        break;
-    case TalkForm::Hex: {
-        const auto value = random();
-        ready += DIGITS[value >> 4 & 0xF];
-        ready += DIGITS[value & 0xF];
-        ready += ' ';
-        break;
-    }
-    }
-}
-
 Talk::Talk(const TalkSettings& settings, const FaultSettings& faults)
     : settings(settings)
     , text(settings)
@@ -79,8 +39,8 @@ int Talk::room() const
 QByteArray Talk::transmit(int most, Time now)
 {
     if (started.isEmpty() && next_wake(now) <= now) {
-        const qint64 left = settings.bytes < 0 ? portion() : settings.bytes - sent;
-        const int count = int(std::min<qint64>(portion(), left));
+        const std::int64_t left = settings.bytes < 0 ? portion() : settings.bytes - sent;
+        const int count = int(std::min<std::int64_t>(portion(), left));
         started = text.next(count);
         sent += count;
         faults.send_bytes(started);

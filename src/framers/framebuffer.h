@@ -40,8 +40,8 @@ public:
     }
 
 private:
-    char* const bytes;
-    const int length;
+    char* const bytes = nullptr;
+    const int length = 0;
 };
 
 // Calls use(FrameBuffer&) with room for `payload` bytes and `overhead` bytes around them, and gives

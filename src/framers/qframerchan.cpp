@@ -1,13 +1,13 @@
 #include "framers/qframerchan.h"
 
-#include "framers/framebuffer.h"
+#include "framers/frameio.h"
 
 #include <algorithm>
 
 void ChanFrame::build(char* frame) const
 {
-    char* behind_prefix = frame + prefix.copy(frame, prefix.size());
-    payload.copy(behind_prefix, payload.size());
+    char* after_prefix = frame + prefix.copy(frame, prefix.size());
+    payload.copy(after_prefix, payload.size());
 }
 
 std::optional<ChanFrame> ChanFrame::parse(std::string_view frame, std::string_view prefix)
@@ -48,23 +48,18 @@ void QFramerChan::flush()
 
 int QFramerChan::write(const char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, prefix_length, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        ChanFrame{prefix_bytes(), {buffer, std::size_t(nbytes)}}.build(frame.data());
-        return lower_write(frame.data(), frame.size());
-    });
+    return write_frame(*this, ChanFrame{prefix_bytes(), {buffer, std::size_t(nbytes)}},
+                       prefix_length);
 }
 
 int QFramerChan::read(char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, prefix_length, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        const int received = lower_read(frame.data(), frame.size());
-        const auto good = ChanFrame::parse(frame.first(received), prefix_bytes());
-        return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
-    });
+    return read_frame(
+        *this, buffer, nbytes, prefix_length,
+        [this](std::string_view came) { return ChanFrame::parse(came, prefix_bytes()); },
+        [](std::string_view came, int) {
+            return came.data() ? FRAMER_BAD_FRAME : FRAMER_BAD_SIZE;
+        });
 }
 
 std::string_view QFramerChan::prefix_bytes() const

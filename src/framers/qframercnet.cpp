@@ -1,6 +1,6 @@
 #include "framers/qframercnet.h"
 
-#include "framers/framebuffer.h"
+#include "framers/frameio.h"
 
 #include <cstring>
 #include <utility>
@@ -70,8 +70,7 @@ QFramerCnet::QFramerCnet(QFramer* lower)
 
 void QFramerCnet::target_set(const std::uint8_t* address)
 {
-    target[0] = address[0];
-    target[1] = address[1];
+    target = {address[0], address[1]};
 }
 
 void QFramerCnet::target_set(std::uint16_t address)
@@ -91,30 +90,28 @@ void QFramerCnet::flush()
 
 int QFramerCnet::write(const char* buffer, int nbytes)
 {
-    return write_to(target, buffer, nbytes);
+    return write_to(target.data(), buffer, nbytes);
 }
 
 int QFramerCnet::read(char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, CnetFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        const int received =
-            frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
-        if (received <= CnetFrame::OVERHEAD) {
+    const auto from_target = [this](std::string_view came) {
+        auto frame = came.size() > CnetFrame::OVERHEAD ? CnetFrame::parse(came) : std::nullopt;
+        if (frame && frame->address != target)
+            frame.reset();
+        return frame;
+    };
+    const auto refuse = [this](std::string_view came, int received) {
+        if (received <= CnetFrame::OVERHEAD)
             emit log(QFramer::tr("cnet: read frame failed or time out, nbytes=%1").arg(received));
-            return 0;
-        }
-        const auto good = CnetFrame::parse(frame.first(received));
-        if (!good) {
+        else if (const auto frame = CnetFrame::parse(came))
+            emit log(QFramer::tr("cnet: frame not from target (%1H)")
+                         .arg(hex(frame->address[0] << 8 | frame->address[1])));
+        else
             emit log(QFramer::tr("cnet: not a valid data frame, nbytes=%1").arg(received));
-            return 0;
-        }
-        const auto [high, low] = good->address;
-        if (high != target[0] || low != target[1]) {
-            emit log(QFramer::tr("cnet: frame not from target (%1H)").arg(hex(high << 8 | low)));
-            return 0;
-        }
-        return int(good->payload.copy(buffer, std::size_t(nbytes)));
-    });
+        return 0;
+    };
+    return read_frame(*this, buffer, nbytes, CnetFrame::OVERHEAD, from_target, refuse);
 }
 
 int QFramerCnet::frame_send(const std::uint8_t* address, const char* buffer, int nbytes,
@@ -169,7 +166,7 @@ int QFramerCnet::frame_send_retry(const std::uint8_t* address, const char* buffe
 
 int QFramerCnet::frame_send_retry(const char* buffer, int nbytes, std::uint8_t command)
 {
-    return frame_send_retry(target, buffer, nbytes, command);
+    return frame_send_retry(target.data(), buffer, nbytes, command);
 }
 
 int QFramerCnet::write_to(const std::uint8_t* address, const char* buffer, int nbytes)

@@ -25,8 +25,8 @@ struct CnetFrame
     static constexpr int PAYLOAD_MAX = 252;
     static constexpr std::uint8_t DATA = 0xD1;
 
-    std::uint8_t command;
-    std::array<std::uint8_t, 2> address; // in wire order
+    std::uint8_t command = DATA;
+    std::array<std::uint8_t, 2> address = {}; // in wire order
     std::string_view payload;
 
     // Writes payload.size() + OVERHEAD bytes to frame.
@@ -48,7 +48,7 @@ struct CnetLocalResponse
     static constexpr int SIZE = 4;
     enum Status : std::uint8_t { SENT = 0x00, AGAIN = 0x81, BUSY = 0x85 };
 
-    std::uint8_t status;
+    std::uint8_t status = SENT;
 
     // Writes SIZE bytes to response.
     void build(char* response) const;
@@ -104,6 +104,6 @@ public:
     int write_to(std::uint16_t address, const char* buffer, int nbytes);
 
 private:
-    std::uint8_t target[2] = {};
+    std::array<std::uint8_t, 2> target = {};
     std::function<bool()> keep_trying;
 };

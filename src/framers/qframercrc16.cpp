@@ -1,7 +1,7 @@
 #include "framers/qframercrc16.h"
 
 #include "checksum/crc.h"
-#include "framers/framebuffer.h"
+#include "framers/frameio.h"
 
 void Crc16Frame::build(char* frame) const
 {
@@ -30,23 +30,11 @@ void QFramerCrc16::flush()
 
 int QFramerCrc16::write(const char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, Crc16Frame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        Crc16Frame{{buffer, std::size_t(nbytes)}}.build(frame.data());
-        return lower_write(frame.data(), frame.size());
-    });
+    return write_frame(*this, Crc16Frame{{buffer, std::size_t(nbytes)}}, Crc16Frame::OVERHEAD);
 }
 
 int QFramerCrc16::read(char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, Crc16Frame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        const int received = lower_read(frame.data(), frame.size());
-        if (received < 1)
-            return received;
-        const auto good = Crc16Frame::parse(frame.first(received));
-        return good ? int(good->payload.copy(buffer, std::size_t(nbytes))) : FRAMER_BAD_FRAME;
-    });
+    return read_frame(*this, buffer, nbytes, Crc16Frame::OVERHEAD, Crc16Frame::parse,
+                      code_of_refused);
 }

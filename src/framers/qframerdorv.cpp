@@ -15,8 +15,8 @@ namespace {
 
 struct Form
 {
-    const char* command;
-    const char* report;
+    const char* command = nullptr;
+    const char* report = nullptr;
 };
 
 constexpr Form FORMS[] = {
@@ -209,11 +209,21 @@ int QFramerDorv::command_write(const char* command, const char* buffer, int nbyt
         });
 }
 
-int QFramerDorv::counted_read(const char* name, char* buffer, int nbytes)
+// use(FrameBuffer&) with a report line in the buffer, and what it returns; 0 when none came.
+template <typename Use> int QFramerDorv::with_report(int nbytes, const Use& use)
 {
     return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
-        if (read_report(scratch.data(), scratch.size()) < 1)
+        if (read_line(scratch.data(), scratch.size()) < 1)
             return 0;
+        if (verbose)
+            tell(QStringLiteral("dorv_r: %1").arg(text_of(scratch.data())));
+        return use(scratch);
+    });
+}
+
+int QFramerDorv::counted_read(const char* name, char* buffer, int nbytes)
+{
+    return with_report(nbytes, [&](FrameBuffer& scratch) {
         const int count =
             std::min(DorvReport::parse_count(scratch.data(), name).value_or(0), nbytes);
         if (count < 1 || !framer)
@@ -225,9 +235,7 @@ int QFramerDorv::counted_read(const char* name, char* buffer, int nbytes)
 
 int QFramerDorv::hex_read(const char* name, char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
-        if (read_report(scratch.data(), scratch.size()) < 1)
-            return 0;
+    return with_report(nbytes, [&](FrameBuffer& scratch) {
         const DorvReport report = DorvReport::parse(scratch.data(), name);
         if (report.fault != DorvReport::NONE) {
             tell(QLatin1String(HEX_FAULTS[report.fault]));
@@ -239,9 +247,7 @@ int QFramerDorv::hex_read(const char* name, char* buffer, int nbytes)
 
 int QFramerDorv::text_read(const char* name, char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, LINE_ROOM, [&](FrameBuffer& scratch) -> int {
-        if (read_report(scratch.data(), scratch.size()) < 1)
-            return 0;
+    return with_report(nbytes, [&](FrameBuffer& scratch) {
         std::string_view text = DorvReport::parse(scratch.data(), name).payload;
         if (text.size() <= TEXT_CLOSING)
             return 0;
@@ -258,14 +264,6 @@ int QFramerDorv::read_line(char* line, int size)
         return 0;
     const int length = link->readline(line, size);
     line[std::clamp(length, 0, size - 1)] = '\0';
-    return length;
-}
-
-int QFramerDorv::read_report(char* line, int size)
-{
-    const int length = read_line(line, size);
-    if (length >= 1 && verbose)
-        tell(QStringLiteral("dorv_r: %1").arg(text_of(line)));
     return length;
 }
 

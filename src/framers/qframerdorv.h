@@ -40,7 +40,7 @@ struct DorvReport
 {
     enum Fault { NONE, NO_NAME, NO_RSSI, NO_SNR };
 
-    Fault fault;
+    Fault fault = NONE;
     std::string_view payload; // what follows the second comma, closing bytes included
 
     // The hexadecimal and the text form. The payload points into line.
@@ -104,10 +104,10 @@ public:
 
 private:
     int read_line(char* line, int size);
-    int read_report(char* line, int size);
+    template <typename Use> int with_report(int nbytes, const Use& use);
     void tell(const QString& text);
 
-    QFramer* framer;
+    QFramer* framer = nullptr;
     QLink* link = nullptr;
     bool raw = false;
     int mode = 2;

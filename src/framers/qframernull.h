@@ -21,5 +21,5 @@ public:
     int read(char* buffer, int nbytes) override;
 
 private:
-    QLink* link;
+    QLink* link = nullptr;
 };

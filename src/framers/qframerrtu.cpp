@@ -1,7 +1,7 @@
 #include "framers/qframerrtu.h"
 
 #include "checksum/crc.h"
-#include "framers/framebuffer.h"
+#include "framers/frameio.h"
 
 void RtuFrame::build(char* frame) const
 {
@@ -47,25 +47,16 @@ int QFramerRtu::read(char* buffer, int nbytes)
 
 int QFramerRtu::write_to(std::uint8_t address, const char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, RtuFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        RtuFrame{address, {buffer, std::size_t(nbytes)}}.build(frame.data());
-        return lower_write(frame.data(), frame.size());
-    });
+    return write_frame(*this, RtuFrame{address, {buffer, std::size_t(nbytes)}}, RtuFrame::OVERHEAD);
 }
 
 int QFramerRtu::read_from(std::uint8_t address, char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, RtuFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        if (!frame.data())
-            return FRAMER_BAD_SIZE;
-        const int received = lower_read(frame.data(), frame.size());
-        if (received < 1)
-            return received;
-        const auto good = RtuFrame::parse(frame.first(received));
-        if (!good || good->address != address)
-            return FRAMER_BAD_FRAME;
-        return int(good->payload.copy(buffer, std::size_t(nbytes)));
-    });
+    const auto from_address = [address](std::string_view came) {
+        auto frame = RtuFrame::parse(came);
+        if (frame && frame->address != address)
+            frame.reset();
+        return frame;
+    };
+    return read_frame(*this, buffer, nbytes, RtuFrame::OVERHEAD, from_address, code_of_refused);
 }

@@ -16,7 +16,7 @@ struct RtuFrame
 {
     static constexpr int OVERHEAD = 3;
 
-    std::uint8_t address;
+    std::uint8_t address = 0;
     std::string_view payload;
 
     // Writes payload.size() + OVERHEAD bytes to frame.

@@ -1,6 +1,6 @@
 #include "framers/qframerrwlt.h"
 
-#include "framers/framebuffer.h"
+#include "framers/frameio.h"
 
 namespace {
 constexpr char START = '\xAB';
@@ -34,29 +34,21 @@ void QFramerRwlt::flush()
 int QFramerRwlt::write(const char* buffer, int nbytes)
 {
     lower_flush();
-    return with_frame_buffer(nbytes, RwltFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        if (frame.data()) {
-            RwltFrame{{buffer, std::size_t(nbytes)}}.build(frame.data());
-            lower_write(frame.data(), frame.size());
-        }
-        return nbytes;
-    });
+    write_frame(*this, RwltFrame{{buffer, std::size_t(nbytes)}}, RwltFrame::OVERHEAD);
+    return nbytes;
 }
 
 int QFramerRwlt::read(char* buffer, int nbytes)
 {
-    return with_frame_buffer(nbytes, RwltFrame::OVERHEAD, [&](FrameBuffer& frame) -> int {
-        const int received =
-            frame.data() ? lower_read(frame.data(), frame.size()) : FRAMER_BAD_SIZE;
-        if (received <= RwltFrame::OVERHEAD) {
-            emit log(QFramer::tr("rwlt: read frame failed or time out, nbytes=%1").arg(received));
-            return 0;
-        }
-        const auto good = RwltFrame::parse(frame.first(received));
-        if (!good) {
-            emit log(QFramer::tr("rwlt: not a valid data frame, nbytes=%1").arg(received));
-            return 0;
-        }
-        return int(good->payload.copy(buffer, std::size_t(nbytes)));
-    });
+    const auto with_payload = [](std::string_view came) {
+        return came.size() > RwltFrame::OVERHEAD ? RwltFrame::parse(came) : std::nullopt;
+    };
+    const auto refuse = [this](std::string_view, int received) {
+        const QString text = received <= RwltFrame::OVERHEAD
+                                 ? QFramer::tr("rwlt: read frame failed or time out, nbytes=%1")
+                                 : QFramer::tr("rwlt: not a valid data frame, nbytes=%1");
+        emit log(text.arg(received));
+        return 0;
+    };
+    return read_frame(*this, buffer, nbytes, RwltFrame::OVERHEAD, with_payload, refuse);
 }

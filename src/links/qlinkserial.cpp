@@ -75,8 +75,8 @@ int QLinkSerial::getchar()
     if (!port->getChar(&byte))
         return -int(port->lastError());
     if (verbose)
-        emit log(tr("ser: getchar (%1)").arg(quint8(byte), 2, 16, QChar('0')));
-    return quint8(byte);
+        emit log(tr("ser: getchar (%1)").arg(std::uint8_t(byte), 2, 16, QChar('0')));
+    return std::uint8_t(byte);
 }
 
 int QLinkSerial::putchar(int c)

@@ -72,5 +72,5 @@ private:
     QString error_text;
     const QString port_name;
     const PortSettings port_settings;
-    const bool verbose;
+    const bool verbose = false;
 };

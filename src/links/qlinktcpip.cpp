@@ -58,8 +58,7 @@ QLinkTcpip::~QLinkTcpip()
 
 void QLinkTcpip::settings_set(const tcpip_cfg* cfg)
 {
-    this->cfg = cfg ? *cfg : tcpip_defaults();
-    this->cfg.addr[sizeof this->cfg.addr - 1] = '\0';
+    this->cfg = tcpip_settings(cfg);
 }
 
 void QLinkTcpip::verbose_set(bool verbose)
@@ -82,7 +81,7 @@ int QLinkTcpip::open()
     socket = opened;
     const SocketUse use(*this);
     connect(opened, &QAbstractSocket::stateChanged, this, &QLinkTcpip::socket_state_display);
-    opened->connectToHost(QString::fromLatin1(cfg.addr), quint16(cfg.remote_port),
+    opened->connectToHost(QString::fromLatin1(cfg.addr), std::uint16_t(cfg.remote_port),
                           QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     // Each step may end with the link closed by a handler of its log.
     if (socket && opened->waitForConnected(cfg.timeout) && socket)
@@ -140,8 +139,8 @@ int QLinkTcpip::getchar()
     if (!socket->getChar(&byte))
         return LINK_IO;
     if (verbose)
-        emit log(tr("tcpip: getchar (%1)").arg(quint8(byte), 2, 16, QChar('0')));
-    return quint8(byte);
+        emit log(tr("tcpip: getchar (%1)").arg(std::uint8_t(byte), 2, 16, QChar('0')));
+    return std::uint8_t(byte);
 }
 
 int QLinkTcpip::putchar(int c)

@@ -74,7 +74,7 @@ private slots:
 private:
     class SocketUse;
 
-    tcpip_cfg cfg;
+    tcpip_cfg cfg = {};
     QAbstractSocket* socket = nullptr; // owned; also that of a failed open, until close
     QList<QAbstractSocket*> retired;   // owned: closed, but maybe still running
     int uses = 0;                      // operations and log lines in progress

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr quint16 SOCKETS_VERSION = 0x0202;
+constexpr std::uint16_t SOCKETS_VERSION = 0x0202;
 
 bool set_option(qintptr sock, int option, int value)
 {
@@ -37,8 +37,7 @@ QLinkWinsock::~QLinkWinsock()
 
 void QLinkWinsock::settings_set(const tcpip_cfg* cfg)
 {
-    this->cfg = cfg ? *cfg : tcpip_defaults();
-    this->cfg.addr[sizeof this->cfg.addr - 1] = '\0';
+    this->cfg = tcpip_settings(cfg);
 }
 
 void QLinkWinsock::log_hex_set(bool on)
@@ -66,7 +65,7 @@ int QLinkWinsock::open()
 
     *remote = {};
     remote->sin_family = AF_INET;
-    remote->sin_port = winsock::htons(quint16(cfg.remote_port));
+    remote->sin_port = winsock::htons(std::uint16_t(cfg.remote_port));
     remote->sin_addr.s_addr =
         cfg.protocol == TCPIP_UDP_BROADCAST ? INADDR_BROADCAST : winsock::inet_addr(cfg.addr);
     if (const char* const line = refused_option())
@@ -129,8 +128,8 @@ int QLinkWinsock::getchar()
     if (read(&byte, 1) == 0)
         return LINK_IO;
     if (log_hex)
-        emit log(tr("tcpip: getchar [%1]").arg(quint8(byte), 2, 16, QChar('0')));
-    return quint8(byte);
+        emit log(tr("tcpip: getchar [%1]").arg(std::uint8_t(byte), 2, 16, QChar('0')));
+    return std::uint8_t(byte);
 }
 
 int QLinkWinsock::putchar(int c)

@@ -69,7 +69,7 @@ private:
     const char* refused_option();
     int fail(const QString& line);
 
-    tcpip_cfg cfg;
+    tcpip_cfg cfg = {};
     qintptr sock = -1;   // the platform's; its headers stay out of this one
     bool stream = false; // what sort `sock` is; the settings may have changed since
     const std::unique_ptr<sockaddr_in> remote;

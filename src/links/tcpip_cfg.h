@@ -26,3 +26,6 @@ struct tcpip_cfg
 // What a network link works with until it is set otherwise: TCP client of 192.168.0.1:4001, local
 // port chosen by the system, 500 ms.
 tcpip_cfg tcpip_defaults();
+
+// The settings that a link keeps: those given, with an address that ends; the defaults for null.
+tcpip_cfg tcpip_settings(const tcpip_cfg* cfg);

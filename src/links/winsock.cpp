@@ -15,7 +15,7 @@
 namespace winsock {
 namespace {
 
-constexpr uint16_t NEWEST_VERSION = 0x0202;
+constexpr std::uint16_t NEWEST_VERSION = 0x0202;
 constexpr int VERSION_NOT_SUPPORTED = 10092; // WSAVERNOTSUPPORTED
 
 std::atomic<int> startups{0};
@@ -65,9 +65,9 @@ private:
         return left > 0 ? int(left) : 0;
     }
 
-    const SOCKET s;
+    const SOCKET s = INVALID_SOCKET;
     bool bounded = false;
-    Clock::time_point end;
+    Clock::time_point end = {};
 };
 
 bool has_to_wait(ssize_t result)
@@ -89,7 +89,7 @@ template <typename Call> int in_time(SOCKET s, int option, short events, Call ca
 
 } // namespace
 
-int WSAStartup(uint16_t version, WSADATA*)
+int WSAStartup(std::uint16_t version, WSADATA*)
 {
     if (version > NEWEST_VERSION)
         return VERSION_NOT_SUPPORTED;
@@ -138,12 +138,12 @@ int setsockopt(SOCKET s, int level, int option, const char* value, int size)
     return ::setsockopt(s, level, option, &limit, sizeof limit);
 }
 
-uint16_t htons(uint16_t port)
+std::uint16_t htons(std::uint16_t port)
 {
     return ::htons(port);
 }
 
-uint32_t inet_addr(const char* dotted)
+std::uint32_t inet_addr(const char* dotted)
 {
     return ::inet_addr(dotted);
 }

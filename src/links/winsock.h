@@ -45,7 +45,7 @@ struct WSADATA
 };
 
 // 0, or an error number for a version above 2.2. Each success is ended by one WSACleanup.
-int WSAStartup(uint16_t version, WSADATA* data);
+int WSAStartup(std::uint16_t version, WSADATA* data);
 int WSACleanup();
 // Startups that no cleanup has ended yet.
 int startups_in_use();
@@ -55,9 +55,9 @@ SOCKET socket(int family, int type, int protocol);
 // SO_SNDTIMEO, SO_RCVTIMEO: an int in milliseconds, 0 or more. A send, receive or connect gives up
 // after that time; 0 gives up at once.
 int setsockopt(SOCKET s, int level, int option, const char* value, int size);
-uint16_t htons(uint16_t port);
+std::uint16_t htons(std::uint16_t port);
 // Network byte order; INADDR_NONE for a text that is no dotted address.
-uint32_t inet_addr(const char* dotted);
+std::uint32_t inet_addr(const char* dotted);
 // Gives up after SO_SNDTIMEO.
 int connect(SOCKET s, const sockaddr* peer, int size);
 int closesocket(SOCKET s);

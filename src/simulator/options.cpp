@@ -1,13 +1,8 @@
 #include "simulator/options.h"
 
-#include <QCommandLineParser>
+#include "simulator/optionvalues.h"
 
 namespace {
-struct Mistake
-{
-    QString text;
-};
-
 const char OVERVIEW[] =
     "tarnwick-sim plays a device on a virtual serial port, which tarnwick lists like a real one.\n"
     "\n"
@@ -99,50 +94,7 @@ const QList<QCommandLineOption> DORV = {
     {"neighbours", "So many modules in reach announce themselves, over and over.", "count", "0"},
 };
 
-class Values
-{
-public:
-    explicit Values(const QCommandLineParser& parser)
-        : parser(parser)
-    {
-    }
-
-    std::int64_t integer(const char* name, std::int64_t least, std::int64_t most) const
-    {
-        bool ok = false;
-        const std::int64_t value = parser.value(name).toLongLong(&ok);
-        return in_range(name, ok, value, least, most);
-    }
-
-    double real(const char* name, double least, double most) const
-    {
-        bool ok = false;
-        const double value = parser.value(name).toDouble(&ok);
-        return in_range(name, ok, value, least, most);
-    }
-
-    bool has(const char* name) const { return parser.isSet(name); }
-    QString text(const char* name) const { return parser.value(name); }
-    QStringList texts(const char* name) const { return parser.values(name); }
-
-private:
-    static QString digits(std::int64_t number) { return QString::number(number); }
-    static QString digits(double number) { return QString::number(number, 'g', 15); }
-
-    template <typename Number>
-    Number in_range(const char* name, bool ok, Number value, Number least, Number most) const
-    {
-        if (!ok || !(value >= least && value <= most))
-            throw Mistake{
-                QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                    .arg(QLatin1String(name), parser.value(name), digits(least), digits(most))};
-        return value;
-    }
-
-    const QCommandLineParser& parser;
-};
-
-void read_common(const Values& values, Options& options)
+void read_common(const OptionValues& values, Options& options)
 {
     constexpr std::int64_t MOST_BAUD = 100'000'000;
     options.name = values.has("name") ? values.text("name") : options.device;
@@ -160,26 +112,27 @@ void read_common(const Values& values, Options& options)
     faults.seed = std::uint64_t(values.integer("seed", 0, INT64_MAX));
 }
 
-void read_talk(const Values& values, Options& options)
+void read_talk(const OptionValues& values, Options& options)
 {
     TalkSettings& talk = options.talk;
     if (values.has("binary") && values.has("hex"))
-        throw Mistake{"--binary and --hex: choose one of them"};
+        throw OptionMistake{"--binary and --hex: choose one of them"};
     talk.form = values.has("binary") ? TalkForm::Binary
                 : values.has("hex")  ? TalkForm::Hex
                                      : TalkForm::Lines;
     constexpr double SLOWEST_RATE = 0.001; // else a time of millions of bytes has no number
     talk.rate = values.real("rate", 0, 1e9);
     if (talk.rate > 0 && talk.rate < SLOWEST_RATE)
-        throw Mistake{QStringLiteral("--rate %1: 0, or a number from %2 to 1000000000, is needed")
-                          .arg(values.text("rate"), QString::number(SLOWEST_RATE))};
+        throw OptionMistake{
+            QStringLiteral("--rate %1: 0, or a number from %2 to 1000000000, is needed")
+                .arg(values.text("rate"), QString::number(SLOWEST_RATE))};
     talk.line_length = int(values.integer("line-length", SHORTEST_LINE, 1'000'000));
     talk.size = int(values.integer("size", 0, 1'000'000));
     talk.bytes = values.integer("bytes", -1, INT64_MAX);
     talk.seed = options.faults.seed;
 }
 
-void read_module(const Values& values, Options& options)
+void read_module(const OptionValues& values, Options& options)
 {
     constexpr std::int64_t LONGEST_START = 3'600'000;
     options.verbose = values.has("verbose");
@@ -196,14 +149,15 @@ std::array<std::uint8_t, 5> read_version(const QString& text)
     const QStringList parts = text.split('.');
     bool ok = parts.size() <= int(version.size());
     for (int i = 0; ok && i < parts.size(); ++i) {
-        const uint part = parts[i].toUInt(&ok);
+        const std::uint32_t part = parts[i].toUInt(&ok);
         ok = ok && part <= UINT8_MAX;
         version[size_t(i)] = std::uint8_t(part);
     }
     if (!ok)
-        throw Mistake{QStringLiteral("--firmware %1: up to five numbers of 0 to 255, split by "
-                                     "points, are needed")
-                          .arg(text)};
+        throw OptionMistake{
+            QStringLiteral("--firmware %1: up to five numbers of 0 to 255, split by "
+                           "points, are needed")
+                .arg(text)};
     return version;
 }
 
@@ -212,35 +166,37 @@ QByteArray read_hex(const char* name, const QString& text)
     const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
     QByteArray bytes = QByteArray::fromHex(digits);
     if (bytes.toHex() != digits)
-        throw Mistake{QStringLiteral("--%1 %2: hexadecimal digits, two for each byte, are needed")
-                          .arg(QLatin1String(name), text)};
+        throw OptionMistake{
+            QStringLiteral("--%1 %2: hexadecimal digits, two for each byte, are needed")
+                .arg(QLatin1String(name), text)};
     return bytes;
 }
 
-void read_name_and_hard_info(const Values& values, BootSettings& boot)
+void read_name_and_hard_info(const OptionValues& values, BootSettings& boot)
 {
     const QString name = values.text("module");
     boot.name = name.toLatin1();
     if (QString::fromLatin1(boot.name) != name || boot.name.contains('\0'))
-        throw Mistake{
+        throw OptionMistake{
             QStringLiteral("--module %1: the module reports its name in Latin-1, and that "
                            "doesn't have all of these characters")
                 .arg(name)};
     boot.hard_info = read_hex("hard-info", values.text("hard-info"));
     const int size = int(boot.name.size() + boot.hard_info.size());
     if (size > BOOT_RECORD_ROOM)
-        throw Mistake{QStringLiteral("--module and --hard-info: they take %1 bytes, and the record "
-                                     "that the module answers with has room for %2")
-                          .arg(QString::number(size), QString::number(BOOT_RECORD_ROOM))};
+        throw OptionMistake{
+            QStringLiteral("--module and --hard-info: they take %1 bytes, and the record "
+                           "that the module answers with has room for %2")
+                .arg(QString::number(size), QString::number(BOOT_RECORD_ROOM))};
 }
 
-void read_boot(const Values& values, Options& options)
+void read_boot(const OptionValues& values, Options& options)
 {
     read_module(values, options);
     BootSettings& boot = options.boot;
     const std::optional<Framing> framing = Framing::named(values.text("frame"));
     if (!framing)
-        throw Mistake{
+        throw OptionMistake{
             QStringLiteral("--frame %1: none, crc16, rtu:ADDRESS (0 to 255), chan:HEX (up "
                            "to 16 bytes) or rwlt is needed")
                 .arg(values.text("frame"))};
@@ -270,19 +226,20 @@ CnetDevice read_neighbour(const QString& text)
     std::uint16_t address = 0;
     if (!ok || fields.size() != 3 || channel < 9 || channel > 30 || rate < 0 || rate > 2 ||
         !read_address(fields.value(2), address))
-        throw Mistake{QStringLiteral("--device %1: a channel of 9 to 30, a rate of 0 to 2 and an "
-                                     "address are needed, as in 12,1,0x1234")
-                          .arg(text)};
+        throw OptionMistake{
+            QStringLiteral("--device %1: a channel of 9 to 30, a rate of 0 to 2 and an "
+                           "address are needed, as in 12,1,0x1234")
+                .arg(text)};
     return cnet_device(channel, rate, address);
 }
 
-void read_cnet(const Values& values, Options& options)
+void read_cnet(const OptionValues& values, Options& options)
 {
     read_module(values, options);
     std::uint16_t address = 0;
     if (!read_address(values.text("address"), address))
-        throw Mistake{QStringLiteral("--address %1: a number from 0 to 0xFFFF is needed")
-                          .arg(values.text("address"))};
+        throw OptionMistake{QStringLiteral("--address %1: a number from 0 to 0xFFFF is needed")
+                                .arg(values.text("address"))};
     options.cnet_local = cnet_device(9, 0, address);
     for (const QString& text : values.texts("device"))
         options.cnet_neighbours += read_neighbour(text);
@@ -291,7 +248,7 @@ void read_cnet(const Values& values, Options& options)
             cnet_neighbourhood(int(values.integer("devices", 0, 1000)), options.faults.seed);
 }
 
-void read_dorv(const Values& values, Options& options)
+void read_dorv(const OptionValues& values, Options& options)
 {
     read_module(values, options);
     options.dorv.file = values.text("settings");
@@ -301,14 +258,14 @@ void read_dorv(const Values& values, Options& options)
 
 struct DeviceOptions
 {
-    const char* name;
-    const char* what;
+    const char* name = nullptr;
+    const char* what = nullptr;
     QList<QCommandLineOption> own;
-    void (*read)(const Values&, Options&);
+    void (*read)(const OptionValues&, Options&) = nullptr;
 };
 
 const DeviceOptions DEVICES[] = {
-    {"echo", "A device that sends every byte back.", {}, [](const Values&, Options&) {}},
+    {"echo", "A device that sends every byte back.", {}, [](const OptionValues&, Options&) {}},
     {"talk", "A device that talks without being asked.", TALK, read_talk},
     {"boot", "A module whose firmware can be replaced through its boot code.", BOOT + MODULE,
      read_boot},
@@ -370,14 +327,13 @@ ParsedOptions parse_device_options(const DeviceOptions& device, const QStringLis
     ParsedOptions parsed;
     parsed.options.device = device.name;
     try {
-        read_common(Values(parser), parsed.options);
-        device.read(Values(parser), parsed.options);
-    } catch (const Mistake& mistake) {
+        read_common(OptionValues(parser), parsed.options);
+        device.read(OptionValues(parser), parsed.options);
+    } catch (const OptionMistake& mistake) {
         return refused(mistake.text);
     }
     return parsed;
 }
-
 } // namespace
 
 ParsedOptions parse_options(const QStringList& arguments)

@@ -12,7 +12,7 @@ constexpr const char* AT_ANY = "";
 // defaults say.
 struct AtCommand
 {
-    const char* text;
+    const char* text = "";
     int reply_size = AT_EXCHANGE;    // most bytes read; AT_EXCHANGE: through at_exchange
     const char* expected = "ok\r\n"; // the reply must contain it; AT_ANY: any reply will do
 };

@@ -23,10 +23,10 @@ constexpr int CNET_EXTRA_SIZE = 5; // what follows the block in the answer to a 
 
 struct CnetCommand
 {
-    std::uint8_t code;
-    bool targeted; // a target of 2 bytes precedes the payload
-    int request;   // bytes of payload sent
-    int response;  // bytes of payload of each answer; 0: no answer is read
+    std::uint8_t code = 0;
+    bool targeted = false; // a target of 2 bytes precedes the payload
+    int request = 0;       // bytes of payload sent
+    int response = 0;      // bytes of payload of each answer; 0: no answer is read
 };
 
 // A is an address, short (2 bytes) from 0xD1 on and long (8 bytes) below; N is the size of the
@@ -67,11 +67,11 @@ constexpr CnetCommand REMOTE_VALUE_GET     {0xDC,  false,   2,       3};
 // Answers to a search, carried unread; their layout is the device's.
 struct cnet_search_response
 {
-    std::uint8_t bytes[5];
+    std::uint8_t bytes[5] = {};
 };
 struct cnet_search_response_ext
 {
-    std::uint8_t bytes[13];
+    std::uint8_t bytes[13] = {};
 };
 
 // target points at 2 bytes or is null, and then left out; so is a payload that is null or empty.
@@ -79,7 +79,7 @@ QByteArray cnet_request(std::uint8_t cmd, const void* target, const void* payloa
 
 struct CnetResponse
 {
-    std::uint8_t cmd;
+    std::uint8_t cmd = 0;
     QByteArray payload;
 };
 // None when the frame is shorter than its framing or isn't framed.
@@ -91,8 +91,8 @@ constexpr int CNET_RATES = 3;
 
 struct CnetPair
 {
-    int chan; // 9 to 30
-    int baud; // rate index, 0 to 2
+    int chan = 0; // 9 to 30
+    int baud = 0; // rate index, 0 to 2
 };
 // The pairs that a search visits, in its order: all channels of a rate before the next rate. Bit i
 // of chan_mask is channel 9 + i, bit j of baud_mask is rate j; bits above the last are ignored.

@@ -6,39 +6,27 @@
 
 #include <QByteArray>
 #include <QRandomGenerator>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <openssl/evp.h>
 #include <zlib.h>
 
 namespace {
 
-constexpr std::uint32_t START = 0xFFFFFFFF;
-
 TEST(Checksum, GivesThePublishedAnswers)
 {
-    const struct
-    {
-        QByteArray bytes;
-        unsigned crc8, crc16, crc32, sum8, xor8, sum16;
-    } rows[] = {
-        {"", 0x00, 0xFFFF, 0xFFFFFFFF, 0x00, 0x00, 0x0000},
-        {"123456789", 0xA1, 0x4B37, 0x340BC6D9, 0xDD, 0x31, 0x01DD},
-        // A request of the Modbus protocol, and the number of a one-wire part with its CRC.
-        {QByteArray::fromHex("010300000001"), 0x27, 0x0A84, 0xB5C6C7BF, 0x05, 0x03, 0x0005},
-        {QByteArray::fromHex("021CB801000000A2"), 0x00, 0x12BB, 0x8BA7AB3D, 0x79, 0x05, 0xFF79},
+    // crc8, crc16, crc32, sum8, xor8, sum16
+    const std::pair<QByteArray, std::vector<unsigned>> rows[] = {
+        {"", {0x00, 0xFFFF, 0xFFFFFFFF, 0x00, 0x00, 0x0000}},
+        {"123456789", {0xA1, 0x4B37, 0x340BC6D9, 0xDD, 0x31, 0x01DD}},
         // Bytes from 0x80 on count as negative in the wide sum, and only there.
-        {QByteArray(128, '\x80'), 0x7B, 0x0541, 0x5F7BF8A8, 0x00, 0x00, 0xC000},
+        {QByteArray(128, '\x80'), {0x7B, 0x0541, 0x5F7BF8A8, 0x00, 0x00, 0xC000}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.bytes.toHex().toStdString());
-        const char* data = row.bytes.constData();
-        const unsigned len = unsigned(row.bytes.size());
-        EXPECT_EQ(crc8(data, len), row.crc8);
-        EXPECT_EQ(crc16(data, int(len)), row.crc16);
-        EXPECT_EQ(crc32(data, len, START), row.crc32);
-        EXPECT_EQ(sum8(data, len), row.sum8);
-        EXPECT_EQ(xor8(data, len), row.xor8);
-        EXPECT_EQ(sum16(data, len), row.sum16);
+    for (const auto& [bytes, answers] : rows) {
+        const char* data = bytes.constData();
+        const unsigned len = unsigned(bytes.size());
+        EXPECT_THAT(answers, testing::ElementsAre(crc8(data, len), crc16(data, int(len)),
+                                                  crc32(data, len, CRC32_START), sum8(data, len),
+                                                  xor8(data, len), sum16(data, len)));
     }
 }
 
@@ -51,7 +39,7 @@ TEST(Checksum, AgreesWithZlibAndOpensslHoweverTheBytesAreCut)
             byte = char(random.bounded(256));
         Md5Context context;
         md5_init(&context);
-        std::uint32_t crc = START;
+        std::uint32_t crc = CRC32_START;
         for (int done = 0, piece = 0; done < size; done += piece) {
             piece = qMin(random.bounded(150), size - done);
             md5_update(&context, bytes.constData() + done, unsigned(piece));
@@ -60,57 +48,45 @@ TEST(Checksum, AgreesWithZlibAndOpensslHoweverTheBytesAreCut)
         unsigned char digest[16], expected[16];
         md5_final(digest, &context);
         EVP_Digest(bytes.constData(), std::size_t(size), expected, nullptr, EVP_md5(), nullptr);
-        ASSERT_EQ(hex_text(digest, 16), hex_text(expected, 16)) << size;
-        ASSERT_EQ(hex_text(context.digest, 16), hex_text(expected, 16)) << size;
+        ASSERT_THAT(digest, testing::ElementsAreArray(expected)) << size;
+        ASSERT_THAT(context.digest, testing::ElementsAreArray(expected)) << size;
         const auto* data = reinterpret_cast<const Bytef*>(bytes.constData());
         ASSERT_EQ(crc, ~std::uint32_t(crc32_z(0, data, std::size_t(size)))) << size;
     }
 }
 
-TEST(Md5, CountsBitsAcrossTheWords)
+TEST(Checksum, Md5CountsBitsAcrossItsWords)
 {
     Md5Context context;
     md5_init(&context);
     context.count[0] = 0xFFFFFFF0; // two bytes before the low word is full
     md5_update(&context, "abc", 3);
-    EXPECT_EQ(context.count[0], 8u);
-    EXPECT_EQ(context.count[1], 1u);
+    EXPECT_THAT(context.count, testing::ElementsAre(8, 1));
     EXPECT_EQ(context.block[0], 'c');
 }
 
-TEST(HexText, WritesPairsSplitByOneBlank)
+TEST(HexText, HasPairsSplitByOneBlankAndIsReadAsPairsOrNotAtAll)
 {
     EXPECT_TRUE(hex_text(nullptr, 3).isNull());
     EXPECT_FALSE(hex_text("abc", 0).isNull());
     EXPECT_EQ(hex_text("abc", -1), "");
     EXPECT_EQ(hex_text("\x01\xAB\xFF\n", 4), "01 AB FF 0A");
-}
 
-TEST(HexText, BecomesBytesInAllPairsOrNone)
-{
-    const struct
-    {
-        QByteArray text;
-        int textlen, outsize, result;
-        const char* bytes; // what `out`, eight bytes of 0xEE before, holds afterwards
-    } rows[] = {
+    // Text, its length, the room, the result, and what eight bytes of 0xEE hold afterwards.
+    const std::tuple<QByteArray, int, int, int, const char*> rows[] = {
         {"00112233aAbBfF7f", 16, 8, 8, "00112233aabbff7f"},
         {"00112233aAbBfF7f", 16, 7, 0, "eeeeeeeeeeeeeeee"},
         {"0011", 3, 1, 1, "00eeeeeeeeeeeeee"},
-        {"0011", 1, 8, 0, "eeeeeeeeeeeeeeee"},
         {"0011", -4, 8, 0, "eeeeeeeeeeeeeeee"},
         // What strtoul makes of a pair: no digit, a digit before and after, a sign, a prefix, NUL.
         {QByteArray("zz5g 7-1+40x1\0", 14), 14, 8, 7, "000507ff040001ee"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text.toStdString() + " " + std::to_string(row.textlen));
+    for (const auto& [text, textlen, outsize, result, bytes] : rows) {
         QByteArray out(8, '\xEE');
-        EXPECT_EQ(hex_to_bytes(row.text.constData(), row.textlen, out.data(), row.outsize),
-                  row.result);
-        EXPECT_EQ(out.toHex(), row.bytes);
+        EXPECT_EQ(hex_to_bytes(text, textlen, out.data(), outsize), result);
+        EXPECT_EQ(out.toHex(), bytes);
+        EXPECT_EQ(hex_to_bytes(nullptr, 4, out.data(), 2), 0);
     }
-    char out[2];
-    EXPECT_EQ(hex_to_bytes(nullptr, 4, out, 2), 0);
     EXPECT_EQ(hex_to_bytes("0011", 4, nullptr, 2), 0);
 }
 

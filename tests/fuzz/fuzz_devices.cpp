@@ -1,5 +1,7 @@
-// What comes from a device, and what comes to a simulated one: from its host, from the command line
-// and from its file.
+// What comes from a device, and what comes to a simulated one from its host.
+#include "devices/boot.h"
+#include "devices/cnet.h"
+#include "devices/dorv.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercnet.h"
 #include "framers/qframercrc16.h"
@@ -9,16 +11,12 @@
 #include "framers/qframerrwlt.h"
 #include "fuzzing.h"
 #include "memorylink.h"
-#include "simulator/options.h"
 #include "tools/atreply.h"
 #include "tools/bootdialogue.h"
 #include "tools/cnetframe.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QTemporaryDir>
+#include <cstdint>
 #include <memory>
-#include <stdexcept>
 
 namespace {
 
@@ -41,8 +39,8 @@ void framers(const QByteArray& input)
 {
     if (input.size() < 2)
         return;
-    const int nbytes = quint8(input[0]) * 8; // reaches past frames that need no heap
-    const quint8 choice = quint8(input[1]);
+    const int nbytes = std::uint8_t(input[0]) * 8; // reaches past frames that need no heap
+    const std::uint8_t choice = std::uint8_t(input[1]);
     const QByteArray came = input.mid(2);
     MemoryLink link;
     link.device = [&](const QByteArray&) { return came; };
@@ -101,28 +99,13 @@ void replies(const QByteArray& reply)
     hard_info_text("%1 %2 %3 %4 %5", info.hard_info, info.hard_info_size);
 }
 
-// The simulator's command line, an argument a line.
-void options(const QByteArray& input)
+std::unique_ptr<Module> make_module(unsigned choice)
 {
-    static int argc = 1;
-    static char name[] = "fuzz";
-    static char* argv[] = {name, nullptr};
-    static const QCoreApplication application(argc, argv); // help texts ask for it
-    const Options options = parse_options(QString::fromUtf8(input).split('\n')).options;
-    require(options.talk.line_length >= SHORTEST_LINE);
-    require(options.faults.drop >= 0 && options.faults.drop <= 1); // false for what is no number
-    for (const CnetDevice& device : options.cnet_neighbours)
-        require(device.channel >= 9 && device.channel <= 30 && device.rate >= 0 &&
-                device.rate <= 2);
-}
-
-std::unique_ptr<Module> make_module(int choice)
-{
-    const char* const frames[] = {"none", "crc16", "rtu:1", "chan:0506", "rwlt", "none"};
     if (choice % 8 == 0)
         return std::make_unique<Cnet>(cnet_device(9, 0, 1), cnet_neighbourhood(6, 1));
     if (choice % 8 == 1)
         return std::make_unique<Dorv>(DorvSettings());
+    const char* const frames[] = {"none", "crc16", "rtu:1", "chan:0506", "rwlt", "none"};
     BootSettings settings;
     settings.framing = *Framing::named(frames[choice % 8 - 2]);
     settings.rom_size = 4096;
@@ -133,7 +116,8 @@ std::unique_ptr<Module> make_module(int choice)
 // The first byte is the module and its frame, the rest comes as one piece with silence after it.
 void modules(const QByteArray& input)
 {
-    const std::unique_ptr<Module> module = make_module(quint8(input.isEmpty() ? 0 : input[0]));
+    const std::unique_ptr<Module> module =
+        make_module(std::uint8_t(input.isEmpty() ? 0 : input[0]));
     QByteArray heard = input.mid(1);
     while (!heard.isEmpty()) {
         const int begun = module->request_size(heard, false);
@@ -148,29 +132,7 @@ void modules(const QByteArray& input)
     }
 }
 
-// The first line is set, as in a command; the others are the file of the settings.
-void memory(const QByteArray& input)
-{
-    static const QTemporaryDir folder;
-    const int end = input.indexOf('\r'), sign = input.indexOf('=');
-    const QByteArray name = input.left(sign), value = input.mid(sign + 1, end - sign - 1);
-    QFile file(folder.filePath("settings"));
-    require(file.open(QIODevice::WriteOnly) && file.write(input.mid(end + 1)) >= 0);
-    file.close();
-    // What a module has written, it reads: a throw from here ends the process.
-    const auto value_in_file = [&]() noexcept { return DorvMemory(file.fileName()).value(name); };
-    try {
-        DorvMemory module(file.fileName());
-        require(!module.set(name, value) || value_in_file() == module.value(name));
-    } catch (const std::runtime_error& refusal) {
-        require(*refusal.what() != '\0');
-    }
-}
-
 } // namespace
 
-const QMap<QByteArray, Parser> PARSERS = {{"framers", framers},
-                                          {"replies", replies},
-                                          {"options", options},
-                                          {"modules", modules},
-                                          {"memory", memory}};
+const QMap<QByteArray, Parser> PARSERS = {
+    {"framers", framers}, {"replies", replies}, {"modules", modules}};

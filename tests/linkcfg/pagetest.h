@@ -5,6 +5,10 @@
 #include "sandbox.h"
 #include "wait.h"
 
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QSpinBox>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -16,6 +20,7 @@ protected:
 
     void open(const std::string& text)
     {
+        page.reset();
         file_write(path, QByteArray::fromStdString(text));
         page = std::make_unique<Page>(nullptr, path);
     }
@@ -28,6 +33,12 @@ protected:
     template <typename Widget> Widget* child(const char* name) const
     {
         return page->template findChild<Widget*>(name);
+    }
+    // Replaces the text of an editor by keys.
+    template <typename Widget> void enter(const char* name, const QString& text) const
+    {
+        child<Widget>(name)->selectAll();
+        QTest::keyClicks(child<Widget>(name), text);
     }
 
     Sandbox sandbox;

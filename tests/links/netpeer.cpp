@@ -9,12 +9,11 @@
 std::unique_ptr<NetPeer> NetPeer::socat(const QString& listen, const QString& other)
 {
     auto peer = std::make_unique<NetPeer>();
-    peer->process.setProcessChannelMode(QProcess::MergedChannels);
     peer->process.start("socat", {"-d", "-d", listen, other});
     const QRegularExpression report("listening on .*:(\\d+)\n");
     QString output;
     EXPECT_TRUE(wait_until([&] {
-        output += QString::fromLocal8Bit(peer->process.readAll());
+        output += QString::fromLocal8Bit(peer->process.readAllStandardError());
         peer->tcp_port = report.match(output).captured(1).toInt();
         return peer->tcp_port != 0;
     })) << qPrintable(output);
@@ -29,13 +28,10 @@ std::unique_ptr<NetPeer> NetPeer::ser2net(const QString& device)
         EXPECT_TRUE(probe.listen(QHostAddress::LocalHost));
         peer->tcp_port = probe.serverPort();
     }
-    peer->process.setProcessChannelMode(QProcess::MergedChannels);
+    const QString served = "connection: &port#  accepter: tcp,127.0.0.1,%1#"
+                           "  connector: serialdev,%2,115200n81,local#";
     peer->process.start("/usr/sbin/ser2net",
-                        {"-n", "-u", "-Y",
-                         QString("connection: &port#  accepter: tcp,127.0.0.1,%1#"
-                                 "  connector: serialdev,%2,115200n81,local#")
-                             .arg(peer->tcp_port)
-                             .arg(device)});
+                        {"-n", "-u", "-Y", served.arg(peer->tcp_port).arg(device)});
     EXPECT_TRUE(peer->process.waitForStarted());
     return peer;
 }

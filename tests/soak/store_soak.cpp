@@ -2,11 +2,12 @@
 // whole set of settings, the old or the new one, and the next window stores as before.
 //
 //   store_soak [kills]
-#include "soak.h"
 #include "terminal/stringcolumns.h"
+#include "windowsoak.h"
 
 #include <QAction>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSettings>
 #include <random>
 
@@ -34,55 +35,48 @@ constexpr int ROWS = 200;
 // The one set that the file holds, or -1.
 int set_stored()
 {
-    QSettings file("tarnwick.ini", QSettings::IniFormat);
-    QStringList texts = {file.value("serial_tool/send_count").toString()};
-    const bool whole =
-        file.value("somebody/else") == "kept" && file.beginReadArray("strings") == ROWS;
-    for (int row = 0; row < ROWS; ++row) {
-        file.setArrayIndex(row);
-        texts += file.value("value").toString();
-    }
-    texts.removeDuplicates();
-    return whole && texts.size() == 1 ? texts[0].toInt() : -1;
+    const QSettings file("tarnwick.ini", QSettings::IniFormat);
+    QStringList sets = {file.value("serial_tool/send_count").toString()};
+    for (const QString& key : file.allKeys().filter(QRegularExpression("^strings/.*/value$")))
+        sets += file.value(key).toString();
+    const bool whole = sets.size() == 1 + ROWS && sets.removeDuplicates() == ROWS &&
+                       file.value("somebody/else") == "kept";
+    return whole ? sets[0].toInt() : -1;
 }
 
-class StoreSoak : public Soak
+class StoreSoak : public WindowSoak
 {
 public:
     void run(int kills)
     {
         configure("somebody/else", "kept");
         std::mt19937 random(1);
+        int done = 0; // the last set that is known to be stored
         int news = 0;
         for (int kill = 0; kill < kills; ++kill) {
             QProcess storer;
+            const auto read_done = [&] {
+                while (storer.canReadLine())
+                    done = storer.readLine().toInt();
+            };
             storer.start(QCoreApplication::applicationFilePath(),
                          {"--store", QString::number(done + 2)});
-            for (const int last = done + 4; done < last; read_done(storer))
+            for (const int last = done + 4; done < last; read_done())
                 if (!storer.waitForReadyRead(PATIENCE_MS))
-                    throw std::runtime_error("the next window doesn't store");
+                    return expect(false, "the next window doesn't store");
             QThread::usleep(random() % 20000); // a few stores
             storer.kill();
             storer.waitForFinished();
-            read_done(storer);
+            read_done();
             const int stored = set_stored();
             news += stored == done + 1;
             expect(stored == done || stored == done + 1,
                    QString("killed after set %1, the file holds %2").arg(done).arg(stored));
         }
+        const int files = int(QDir().entryList(QDir::Files | QDir::Hidden).size());
         std::printf("%d kills: %d files with the new settings, %d torn; left lying: %d files\n",
-                    kills, news, faults,
-                    int(QDir().entryList(QDir::Files | QDir::Hidden).size()) - 1);
+                    kills, news, faults, files - 1);
     }
-
-private:
-    void read_done(QProcess& storer)
-    {
-        while (storer.canReadLine())
-            done = storer.readLine().toInt();
-    }
-
-    int done = 0; // the last set that is known to be stored
 };
 
 } // namespace

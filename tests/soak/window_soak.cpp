@@ -2,7 +2,7 @@
 // and with auto clear the memory stays what it was.
 //
 //   window_soak [megabytes]
-#include "soak.h"
+#include "windowsoak.h"
 
 #include <QLineEdit>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr double MOST_GROWTH_MB = 12; // twice what the glyph caches were seen to take
 
-class WindowSoak : public Soak
+class CaptureSoak : public WindowSoak
 {
 public:
     void run(int megabytes)
@@ -35,9 +35,8 @@ public:
         int good = 0;
         while (!capture.atEnd())
             good += capture.read(megabyte.size()) == megabyte;
-        std::printf(
-            "%d of %d megabytes good; memory %.1f MB after a quarter, then at most %.1f MB\n", good,
-            megabytes, quarter_mb, most_mb);
+        std::printf("%d of %d megabytes good; memory %.1f MB after a quarter, %.1f MB at most\n",
+                    good, megabytes, quarter_mb, most_mb);
         expect(good == megabytes, "the file differs from what was sent");
         expect(most_mb - quarter_mb <= MOST_GROWTH_MB, "memory grew");
         expect(answers.boxes.isEmpty(), "messages: " + answers.boxes.join(", "));
@@ -48,5 +47,5 @@ public:
 
 int main(int argc, char** argv)
 {
-    return soak_main<WindowSoak>(argc, argv, 1000);
+    return soak_main<CaptureSoak>(argc, argv, 1000);
 }

@@ -5,6 +5,7 @@
 
 #include <QByteArrayList>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 
@@ -42,7 +43,7 @@ public:
     int getchar() override
     {
         char byte = 0;
-        return read(&byte, 1) == 1 ? int(quint8(byte)) : int(LINK_IO);
+        return read(&byte, 1) > 0 ? int(std::uint8_t(byte)) : int(LINK_IO);
     }
     int putchar(int) override { return LINK_IO; } // no framer uses it
     int read(char* buffer, int nbytes) override

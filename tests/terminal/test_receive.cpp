@@ -1,10 +1,13 @@
 #include "windowtest.h"
 
-#include <QLineEdit>
-#include <QStatusBar>
 #include <QTextBlock>
 
 namespace {
+
+constexpr char PAUSE[] = "pushButton_dsiplay_pause", CLEAR[] = "pushButton_recv_clr",
+               FRAMES[] = "checkBox_frame_mode", STAMPS[] = "checkBox_display_time",
+               HEX[] = "checkBox_hex_display", SAVE[] = "checkBox_save2file",
+               SAVE_WINDOW[] = "pushButton_window_save";
 
 // A window whose clock stops until the test moves it.
 class Receive : public WindowTest
@@ -18,7 +21,7 @@ protected:
     }
 
     // A chunk that comes `ms` after the last one.
-    void chunk(const QByteArray& data, int ms)
+    void chunk(const QByteArray& data, int ms = 0)
     {
         clock_now = clock_now.addMSecs(ms);
         total += data.size();
@@ -26,18 +29,13 @@ protected:
     }
     void clear()
     {
-        click("pushButton_recv_clr");
+        click(CLEAR);
         total = 0;
     }
     void save_to(const QString& path)
     {
         find<QLineEdit>("lineEdit_save2file_path")->setText(path);
-        click_save();
-    }
-    void click_save()
-    {
-        auto* const box = find<QCheckBox>("checkBox_save2file");
-        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
+        find<QCheckBox>(SAVE)->click();
     }
 
     QTime clock_now = QTime(12, 0, 0);
@@ -47,256 +45,152 @@ protected:
 
 } // namespace
 
-TEST_F(Receive, BreaksFramesByTheirSilence)
+TEST_F(Receive, BreaksAndStampsFramesByTheirSilence)
 {
     chunk("unwatched", 1000);
-    check("checkBox_frame_mode");
+    check(FRAMES);
     chunk("first", 1); // the gap is that from the start
-    chunk(" same", 5);
-    chunk("second", 6);
-    chunk(" same", 0);
-    EXPECT_EQ(shown(), "unwatched\nfirst same\nsecond same");
+    chunk(" same\xE6", 5);
+    chunk("\xB8\xA9", 6); // no part of what the last frame has cut
+    EXPECT_EQ(shown(), "unwatched\nfirst same\uFFFD\n\uFFFD\uFFFD");
     clear();
-    chunk("after clear", 1000);
-    EXPECT_EQ(shown(), "after clear");
+    chunk("a", 1000); // the first one begins no line
+    check(STAMPS);
+    chunk("b", 86400000 - 12 * 3600000); // past midnight
+    check(FRAMES, false);
     set("spinBox_frame_interval", 100);
-    chunk("+", 100);
-    chunk("next", 101);
-    EXPECT_EQ(shown(), "after clear+\nnext");
-}
-
-TEST_F(Receive, StampsTheChunksAfterASilence)
-{
-    check("checkBox_display_time");
-    chunk("a", 1000);
-    chunk("b", 5);
-    chunk("c", 5);
-    chunk("d", 6);
-    EXPECT_EQ(shown(), "[12:00:01.000] abc[12:00:01.016] d");
-    check("checkBox_frame_mode");
-    chunk("e", 86400000 - 12 * 3600000); // past midnight
-    EXPECT_EQ(shown(), "[12:00:01.000] abc[12:00:01.016] d\n[00:00:01.016] e");
+    chunk("c", 100);
+    chunk("d", 101);
+    EXPECT_EQ(shown(), "a\n[00:00:02.012] bc[00:00:02.213] d");
 }
 
 TEST_F(Receive, ShowsTextUpToAZeroByteAndSavesAll)
 {
-    save_to(path);
-    const QByteArray data("ab\0cd", 5);
-    chunk(data, 0);
-    check("checkBox_hex_display");
-    chunk(QByteArray("A\r\xFF\0", 4), 0);
-    EXPECT_EQ(shown(), "ab41 0D FF 00 ");
-    click_save();
-    EXPECT_EQ(file_content(path), data + "41 0D FF 00 ");
-}
-
-TEST_F(Receive, MendsWhatACutHasLeft)
-{
-    const QString text =
-        QString::fromUtf8("one\r\n\xC2\xB5\xE6\xB8\xA9\xF0\x9F\x98\x80\r\n").repeated(3);
-    const QByteArray bytes = text.toUtf8();
-    for (int size = 1; size <= 7; ++size) {
-        for (int at = 0; at < bytes.size(); at += size)
-            chunk(bytes.mid(at, size), 0);
-        EXPECT_EQ(shown(), QString(text).remove('\r')) << size;
-        clear();
-    }
-    const std::pair<std::function<void()>, QString> rows[] = {
-        {[] {}, QString(QChar(0x6E29))},
-        {[this] { click("pushButton_send"); }, "??\nsent\n?"},
-        {[this] { clear(); }, "?"},
-        {[this] { check("checkBox_frame_mode"); }, "??\n?"},
-    };
-    check("checkBox_display_tx");
-    type("sent");
-    for (const auto& [between, expected] : rows) {
-        clear();
-        chunk("\xE6\xB8", 0);
-        between();
-        chunk("\xA9", 1000);
-        EXPECT_EQ(shown().replace(QChar::ReplacementCharacter, '?'), expected);
-    }
+    const QByteArray text = "caf\xC3\xA9 \xE4\xBD\xA0", bytes("A\r\0\xFF", 4);
+    file_write(path, "old ");
+    answers.file = path;
+    click("pushButton_save2file_browse");
+    find<QCheckBox>(SAVE)->click();
+    chunk(text + bytes);
+    check(HEX);
+    chunk(bytes);
+    EXPECT_EQ(shown(), "caf\u00E9 \u4F60A\n41 0D 00 FF ");
+    find<QCheckBox>(SAVE)->click();
+    EXPECT_EQ(file_content(path), "old " + text + bytes + "41 0D 00 FF ");
+    click(SAVE_WINDOW);
+    EXPECT_EQ(file_content(path), "caf\xE9 ?A\n41 0D 00 FF ");
 }
 
 TEST_F(Receive, PutsWhatWasTypedOnABlueLineOfItsOwn)
 {
-    check("checkBox_frame_mode");
-    check("checkBox_display_tx");
-    type("sent\\t\u4f60");
-    click("pushButton_send");
-    chunk("received", 1000);
     const auto* const area = find<QPlainTextEdit>("plainTextEdit_recv");
+    check(FRAMES);
+    check(SHOW_SENT);
+    send("sent\\t\u4f60");
+    chunk("received\xE6", 1000);
     // A reader's click on a blue line leaves what follows as it is.
     QTest::mouseClick(area->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 10));
-    click("pushButton_send");
-    chunk("more", 1000);
-    EXPECT_EQ(shown(), "sent\\t?\nreceived\nsent\\t?\nmore");
-    const QColor blue = Qt::blue;
+    check(STAMPS);
+    click(SEND);
+    chunk("\xB8\xA9", 6); // the stamp of a sent line isn't the start of its gap
+    EXPECT_EQ(shown(), "sent\\t?\nreceived\uFFFD\n[12:00:01.000] sent\\t?\n"
+                       "[12:00:01.006] \uFFFD\uFFFD");
+    QStringList blue_lines;
     for (QTextBlock block = area->document()->begin(); block.isValid(); block = block.next())
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QBrush brush = it.fragment().charFormat().foreground();
-            EXPECT_EQ(brush.style() != Qt::NoBrush && brush.color() == blue,
-                      block.text() == "sent\\t?")
-                << qPrintable(block.text());
-        }
-    // The stamp of a sent line leaves the gap of the next chunk alone.
-    check("checkBox_display_time");
-    clear();
-    clock_now = clock_now.addMSecs(1000);
-    click("pushButton_send");
-    chunk("x", 1);
-    EXPECT_EQ(shown(), "[12:00:03.000] sent\\t?\n[12:00:03.001] x");
+        if (block.begin().fragment().charFormat().foreground() == QBrush(Qt::blue))
+            blue_lines += block.text();
+    EXPECT_EQ(blue_lines, QStringList({"sent\\t?", "[12:00:01.000] sent\\t?"}));
 }
 
 TEST_F(Receive, PausesTheDisplayOnly)
 {
-    check("checkBox_frame_mode");
+    check(FRAMES);
+    check(SHOW_SENT);
     chunk("shown", 1000);
-    click("pushButton_dsiplay_pause");
-    EXPECT_EQ(label("pushButton_dsiplay_pause"), "&resume");
+    click(PAUSE);
+    send("abc");
     chunk("hidden", 3);
-    EXPECT_EQ(shown(), "shown");
+    EXPECT_EQ(label(PAUSE) + shown(), "&resumeshown");
     save_to(path);
     chunk("saved", 1000);
-    click("pushButton_dsiplay_pause");
-    EXPECT_EQ(label("pushButton_dsiplay_pause"), "&pause");
+    click(PAUSE);
     chunk("resumed", 2);
-    EXPECT_EQ(shown(), "shownresumed");
-    click_save();
+    EXPECT_EQ(label(PAUSE) + shown(), "&pauseshownresumed");
+    find<QCheckBox>(SAVE)->click();
     EXPECT_EQ(file_content(path), "\nsavedresumed");
+    EXPECT_EQ(counters(), "CNT: 1 TX: 3 RX: 23");
+    click(PAUSE);
+    clear();
+    EXPECT_EQ(label(PAUSE) + shown(), "&resume");
+    EXPECT_EQ(counters(), "CNT: 1 TX: 0 RX: 0");
 }
 
-TEST_F(Receive, KeepsEveryByteOfALargeFile)
-{
-    const QByteArray data = mixed_bytes(50 * 1000 * 1000);
-    check("checkBox_window_auto_clr");
-    save_to(path);
-    for (int at = 0; at < data.size(); at += 1000 * 1000) {
-        if (at == data.size() / 2)
-            click("pushButton_dsiplay_pause");
-        ASSERT_TRUE(pty.write(data.mid(at, 1000 * 1000)));
-    }
-    ASSERT_TRUE(receive("", data.size()));
-    click("pushButton_open"); // the file goes on existing
-    click_save();
-    EXPECT_TRUE(file_content(path) == data);
-}
-
-TEST_F(Receive, ClearsOldLinesByItself)
+TEST_F(Receive, ClearsOldLinesByItselfAndSavesThem)
 {
     set("spinBox_auto_clr_threshold", 6); // nothing goes before the box is checked
-    chunk("1\n2\n3\n4\n5\n6\n7\n8", 0);
+    chunk("1\n2\n3\n4\n5\n6\n7\n8");
     EXPECT_EQ(shown(), "1\n2\n3\n4\n5\n6\n7\n8");
     check("checkBox_window_auto_clr");
     set("spinBox_auto_clr_threshold", 5);
     EXPECT_EQ(shown(), "4\n5\n6\n7\n8");
-    chunk("\n9", 0);
-    EXPECT_EQ(shown(), "5\n6\n7\n8\n9");
-    check("checkBox_window_auto_clr", false);
-    chunk("\n10\n11", 0);
-    EXPECT_EQ(shown(), "5\n6\n7\n8\n9\n10\n11");
+    save_to(path);
+    const QByteArray much = mixed_bytes(2000000);
+    chunk(much);
+    chunk("\n\n\n\n\n9");
+    EXPECT_EQ(shown(), "\n\n\n\n9");
+    click(OPEN); // the file goes on existing
+    find<QCheckBox>(SAVE)->click();
+    EXPECT_TRUE(file_content(path) == much + "\n\n\n\n\n9");
 }
 
-TEST_F(Receive, EchoesInLoopMode)
+TEST_F(Receive, EchoesInLoopModeUntilNobodyReads)
 {
-    check("checkBox_display_tx");
+    check(SHOW_SENT);
     type("not typed");
-    check("checkBox_auto_send"); // which loop mode ends
-    check("checkBox_loop");
-    EXPECT_FALSE(checked("checkBox_auto_send"));
-    chunk("ping", 0);
-    chunk("pong!", 0);
+    check(AUTO_SEND); // which loop mode ends
+    check(LOOP);
+    EXPECT_FALSE(checked(AUTO_SEND));
+    chunk("ping");
+    chunk("pong!");
     EXPECT_EQ(pty.read(9), "pingpong!");
-    EXPECT_EQ(counters(), "CNT: 2 TX: 9 RX: 9");
-    EXPECT_EQ(shown(), "pingpong!");
-}
-
-TEST_F(Receive, GivesUpAnEchoThatNobodyReads)
-{
-    check("checkBox_loop");
-    const QByteArray block = mixed_bytes(16384);
-    for (int sent = 0; !closed() && sent < 16 * 1024 * 1024; sent += block.size())
-        ASSERT_TRUE(wait_until([&, done = 0]() mutable {
-            const ssize_t n =
-                ::write(pty.master_fd(), block.constData() + done, size_t(block.size() - done));
-            done += n > 0 ? int(n) : 0;
-            return done == block.size() || closed();
-        }));
+    EXPECT_EQ(counters() + shown(), "CNT: 2 TX: 9 RX: 9pingpong!");
+    const QByteArray block = mixed_bytes(4096);
+    EXPECT_TRUE(wait_until([&] {
+        const ssize_t n = ::write(pty.master_fd(), block.constData(), size_t(block.size()));
+        return n < 0 && closed(); // nobody takes any more
+    }));
+    EXPECT_EQ(boxes_taken().join('/').section(": ", 0, 0), "note|port write error");
+    ASSERT_TRUE(port_open()); // a session like any other
+    pty.unlink();
     EXPECT_TRUE(wait_until([this] { return closed(); }));
-    ASSERT_EQ(answers.boxes.size(), 1);
-    EXPECT_TRUE(answers.boxes[0].startsWith("note|port write error: "))
-        << qPrintable(answers.boxes[0]);
-}
-
-TEST_F(Receive, RefusesFilesThatCannotBeWritten)
-{
-    save_to("");
-    EXPECT_FALSE(checked("checkBox_save2file"));
-    save_to(sandbox.path("no/such/folder"));
-    EXPECT_FALSE(checked("checkBox_save2file"));
-    answers.file = sandbox.path("no/such/folder");
-    click("pushButton_window_save");
-    EXPECT_EQ(answers.boxes,
-              QStringList({"save to file|please select a file to save",
-                           "save to file|open file failed", "save window|open file failed"}));
 }
 
 TEST_F(Receive, SaysOnceWhichFileTakesNoMore)
 {
     auto* const bar = find<QStatusBar>("statusBar");
     const QString note = "file can't be written: No space left on device: /dev/full";
-    const auto taken = [bar] {
-        const QString message = bar->currentMessage();
-        bar->clearMessage();
-        return message;
+    const std::tuple<const char*, int, QString> steps[] = {
+        {SAVE, 9, ""}, // held back in the file's buffer
+        {nullptr, 30000, note}, {nullptr, 30000, ""}, {SAVE, 0, ""}, // ends saving
+        {SAVE, 9, ""},          {SAVE, 0, note}, // once for each time that it is opened
+        {SAVE_WINDOW, 0, note},
     };
-    save_to("/dev/full");
-    chunk("held back", 0);
-    EXPECT_EQ(taken(), "");
-    for (const QString& expected : {note, QString()}) {
-        for (int i = 0; i < 8; ++i) // a flush of the file's buffer
-            chunk(mixed_bytes(3000), 0);
-        EXPECT_EQ(taken(), expected);
-    }
-    EXPECT_TRUE(checked("checkBox_save2file"));
-    click_save();
-    EXPECT_EQ(taken(), "");
-    click_save(); // once for each time it is opened
-    chunk("held back", 0);
-    click_save();
-    EXPECT_EQ(taken(), note);
+    find<QLineEdit>("lineEdit_save2file_path")->setText("/dev/full");
     answers.file = "/dev/full";
-    clear();
-    for (const int size : {100, 40000}) { // fails on closing, and at once
-        chunk(QByteArray(size, 'x'), 0);
-        click("pushButton_window_save");
-        EXPECT_EQ(taken(), note) << size;
+    for (const auto& [button, size, expected] : steps) {
+        if (button)
+            find<QAbstractButton>(button)->click();
+        chunk(QByteArray(size, 'x'));
+        EXPECT_EQ(bar->currentMessage(), expected) << size;
+        bar->clearMessage();
     }
     EXPECT_TRUE(answers.boxes.isEmpty());
-}
-
-TEST_F(Receive, SavesTheWindowAndAppendsToFiles)
-{
-    file_write(path, "old ");
-    answers.file = path;
-    click("pushButton_save2file_browse");
-    click_save();
-    chunk("caf\xC3\xA9 \xE4\xBD\xA0", 0);
-    click_save();
-    EXPECT_EQ(file_content(path), "old caf\xC3\xA9 \xE4\xBD\xA0");
-    click("pushButton_window_save");
-    EXPECT_EQ(file_content(path), "caf\xE9 ?");
-}
-
-TEST_F(Receive, ClearsAreaAndCountersButNotTheCount)
-{
-    type("abc");
-    click("pushButton_send");
-    chunk("xyz", 0);
-    EXPECT_EQ(counters(), "CNT: 1 TX: 3 RX: 3");
-    click("pushButton_dsiplay_pause");
-    clear();
-    EXPECT_EQ(shown(), "");
-    EXPECT_EQ(counters(), "CNT: 1 TX: 0 RX: 0");
-    EXPECT_EQ(label("pushButton_dsiplay_pause"), "&resume");
+    answers.file = sandbox.path("no/such/folder");
+    for (const QString& name : {QString(), answers.file})
+        save_to(name);
+    EXPECT_FALSE(checked(SAVE));
+    click(SAVE_WINDOW);
+    EXPECT_EQ(answers.boxes,
+              QStringList({"save to file|please select a file to save",
+                           "save to file|open file failed", "save window|open file failed"}));
 }

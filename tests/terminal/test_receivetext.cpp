@@ -7,20 +7,17 @@
 
 namespace {
 
-void show(QTextDocument& document, const TextStep& step)
-{
-    QTextCursor end(&document);
-    end.movePosition(QTextCursor::End);
-    end.movePosition(QTextCursor::Left, QTextCursor::KeepAnchor, step.replaced);
-    end.insertText(step.text);
-}
-
 QString shown(const std::vector<QByteArray>& chunks)
 {
     QTextDocument document;
+    QTextCursor end(&document);
     CutText text;
-    for (const QByteArray& chunk : chunks)
-        show(document, text.next(QByteArray(chunk.constData(), chunk.size()))); // gone at once
+    for (const QByteArray& chunk : chunks) {
+        const TextStep step =
+            text.next(QByteArray(chunk.constData(), chunk.size())); // gone at once
+        end.movePosition(QTextCursor::Left, QTextCursor::KeepAnchor, step.replaced);
+        end.insertText(step.text);
+    }
     return document.toPlainText();
 }
 

@@ -1,216 +1,145 @@
 #include "windowtest.h"
 
-#include <QAction>
-#include <QLabel>
-#include <QMenu>
+#include <QDialog>
 #include <QProgressBar>
-#include <QStatusBar>
 #include <sys/stat.h>
 
-namespace {
-
-class Send : public WindowTest
-{
-protected:
-    Send()
-    {
-        window_start();
-        EXPECT_TRUE(port_open());
-    }
-    QByteArray file_choose(int size)
-    {
-        const QByteArray data = mixed_bytes(size);
-        answers.file = sandbox.path("file");
-        file_write(answers.file, data);
-        return data;
-    }
-    bool progress_shown() const { return window->findChild<QProgressBar*>()->isVisible(); }
-};
-
-} // namespace
+using Send = OpenWindowTest;
 
 TEST_F(Send, SendsWhatTheTextMeansOrSaysWhereItIsWrong)
 {
     const std::tuple<bool, const char*, QByteArray, const char*> rows[] = {
-        {false, R"(a\0b\r\n)", QByteArray("a\0b\r\n", 5), ""},
-        {false, "two\nlines \xE4\xBD\xA0", "two\nlines \xE4\xBD\xA0", ""},
+        {false, "two\nlines \xE4\xBD\xA0\\0", QByteArray("two\nlines \xE4\xBD\xA0\0", 14), ""},
         {false, "\xE4\xBD\xA0\\q", "", "note|format error at 4: q"},
         {false, "abc\\", "", "note|format error at 4: \\"},
         {true, "41 4243 7 ", "ABC\x07", ""},
-        {true, "0x41", "", "note|char 'x' at offset 1 is not a hex number"},
         {true, "4%", "", "note|char '%' at offset 1 is not a hex number"},
         {true, "7", "", ""}, // half a byte: nothing to send, nothing to say
     };
-    int bytes = 0, count = 0;
     for (const auto& [hex, text, wire, box] : rows) {
-        SCOPED_TRACE(text);
-        check("checkBox_hex_mode", hex);
-        type(QString::fromUtf8(text));
-        click("pushButton_send");
+        check(HEX_MODE, hex);
+        send(QString::fromUtf8(text));
         EXPECT_EQ(pty.read(wire.size()), wire);
-        EXPECT_EQ(answers.boxes.join(' '), box);
-        bytes += wire.size();
-        count += wire.isEmpty() ? 0 : 1;
-        EXPECT_EQ(counters(), QString("CNT: %1 TX: %2 RX: 0").arg(count).arg(bytes));
+        EXPECT_EQ(boxes_taken().join(' '), box);
         type("");
-        answers.boxes.clear();
     }
     EXPECT_EQ(pty.read_now(), "");
+    EXPECT_EQ(counters(), "CNT: 2 TX: 18 RX: 0");
 }
 
-TEST_F(Send, ParsesOnlyWhenTheTextChanges)
+TEST_F(Send, InsertsACheckValue)
 {
-    type("a\\tb");
-    check("checkBox_raw_text");
-    click("pushButton_send");
-    EXPECT_EQ(pty.read(3), "a\tb");
-    type("a\\tb ");
-    click("pushButton_send");
-    EXPECT_EQ(pty.read(5), "a\\tb ");
+    type("12");
+    answers.under_dialog = [] {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        for (const char* const button : {"radioButton_xor8", "checkBox"})
+            dialog->findChild<QAbstractButton*>(button)->click();
+        dialog->accept();
+    };
+    click("pushButton_crc_hash");
+    EXPECT_EQ(typed(), " 03 (Bit wise NOT: fc)12");
 }
 
 TEST_F(Send, RepeatsUpToItsLimit)
 {
     type("x");
-    set("spinBox_send_interval", 1);
     for (const auto& [limit, writes] : {std::pair(3, 3), std::pair(-1, 1)}) {
         set("spinBox_send_count", limit);
-        check("checkBox_auto_send");
-        EXPECT_TRUE(wait_until([this] { return !checked("checkBox_auto_send"); }));
+        check(AUTO_SEND);
+        EXPECT_TRUE(wait_until([this] { return !checked(AUTO_SEND); }));
         EXPECT_EQ(pty.read(writes), QByteArray(writes, 'x'));
         EXPECT_TRUE(counters().startsWith(QString("CNT: %1 ").arg(writes)));
     }
     EXPECT_EQ(pty.read_now(), "");
 }
 
-TEST_F(Send, OpensTheMenuByF10)
-{
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    QTest::keyClick(window->windowHandle(), Qt::Key_F10);
-    auto* const menu = find<QMenu>("menu_file");
-    EXPECT_TRUE(wait_until([&] { return menu->isVisible(); }));
-    menu->close();
-}
-
-TEST_F(Send, NeedsAPortForTheTimer)
-{
-    click("pushButton_open");
-    for (const char* const box : {"checkBox_auto_send", "checkBox_send_in_turn"}) {
-        check(box); // a box that a closing session has left enabled
-        EXPECT_FALSE(checked(box));
-    }
-    const QString note = "note|please open a port first";
-    EXPECT_EQ(answers.boxes, QStringList({note, note}));
-}
-
-TEST_F(Send, KeepsTicksQuietUnderABox)
+TEST_F(Send, KeepsTicksQuietUnderANoteOnly)
 {
     type("good");
     set("spinBox_send_interval", 1);
-    check("checkBox_auto_send");
-    ASSERT_EQ(pty.read(4), "good");
-    QByteArray under_the_box;
-    answers.under_box = [&] {
+    check(AUTO_SEND);
+    const auto sent_in_a_while = [this] {
         pty.read_now();
         QTest::qWait(50);
-        under_the_box = pty.read_now();
+        return pty.read_now();
     };
+    answers.under_box = [&] { EXPECT_EQ(sent_in_a_while(), ""); };
     type("half\\q");
+    EXPECT_EQ(sent_in_a_while(), "");
     EXPECT_EQ(answers.boxes.size(), 1);
-    EXPECT_EQ(under_the_box, "");
-    QTest::qWait(20);
-    EXPECT_EQ(pty.read_now(), "");
-    EXPECT_TRUE(checked("checkBox_auto_send"));
+    EXPECT_TRUE(checked(AUTO_SEND));
     type("well");
-    EXPECT_EQ(pty.read(4), "well");
+    answers.under_box = [this] { EXPECT_EQ(pty.read(4), "well"); };
+    command("action_about");
+    EXPECT_EQ(answers.boxes.last(), "Tarnwick|Corvane Serial Tool\nV1.14 build Jan 11 2018");
 }
 
-TEST_F(Send, GoesOnUnderOtherBoxes)
-{
-    type("a");
-    check("checkBox_auto_send");
-    answers.under_box = [this] {
-        pty.read_now();
-        EXPECT_EQ(pty.read(3), "aaa");
-    };
-    find<QAction>("action_about")->trigger();
-    EXPECT_EQ(answers.boxes, QStringList("Tarnwick|Corvane Serial Tool\nV1.14 build Jan 11 2018"));
-}
-
-TEST_F(Send, LeavesFileModeWithThePort)
-{
-    file_choose(10);
-    answers.under_dialog = [this] { click("pushButton_open"); };
-    check("checkBox_send_file");
-    EXPECT_FALSE(checked("checkBox_send_file"));
-    EXPECT_EQ(typed(), "");
-
-    find<QWidget>("checkBox_send_file")->setEnabled(true); // as the end of another mode leaves it
-    check("checkBox_send_file");
-    QMetaObject::invokeMethod(window.get(), "on_pushButton_send_clicked");
-    EXPECT_EQ(answers.boxes, QStringList("note|port not opened"));
-}
-
-TEST_F(Send, SendsAFileToASlowReader)
+TEST_F(Send, SendsAFileToASlowReaderAndNoEchoIntoIt)
 {
     const QByteArray data = file_choose(2000000);
-    check("checkBox_display_tx");
-    check("checkBox_hex_mode"); // in which nobody reads the path as bytes
-    check("checkBox_send_file");
-    click("pushButton_send");
-    QByteArray received = pty.read(300000);
+    check(HEX_MODE); // in which nobody reads the path as bytes
+    check(LOOP);
+    check(SEND_FILE);
+    click(SEND);
+    QByteArray got = pty.read(300000);
+    ASSERT_TRUE(receive("not echoed", 10));
     const auto* const progress = window->findChild<QProgressBar*>();
-    ASSERT_TRUE(progress && progress->isVisible());
     for (const int width : {1600, 300}) { // what doesn't fit gives way to the percentage
         window->resize(width, 400);
         EXPECT_TRUE(wait_until([&] { return progress->text().contains("/s") == (width == 1600); }));
         EXPECT_LT(progress->fontMetrics().horizontalAdvance(progress->text()), progress->width());
     }
     EXPECT_TRUE(wait_until([&] {
-        received += pty.read_now(4096);
+        got += pty.read_now(4096);
         return progress->value() > 100;
     }));
-    received += pty.read(data.size() - received.size());
-    EXPECT_TRUE(received == data) << received.size();
-    EXPECT_TRUE(wait_until([this] { return !progress_shown(); }));
+    EXPECT_TRUE(progress->isVisible());
+    got += pty.read(data.size() - got.size());
+    EXPECT_TRUE(got == data) << got.size();
     const auto* const bar = find<QStatusBar>("statusBar");
     EXPECT_TRUE(wait_until([&] { return bar->currentMessage().startsWith("file sent: "); }));
     QCoreApplication::processEvents();
     EXPECT_FALSE(bar->findChild<QLabel*>()->isVisible()) << "the address next to the message";
-    EXPECT_TRUE(counters().contains(" TX: 2000000 "));
-    EXPECT_EQ(shown(), answers.file + "\n");
-    EXPECT_TRUE(answers.boxes.isEmpty());
+    EXPECT_FALSE(progress->isVisible());
+    EXPECT_TRUE(counters().endsWith(" TX: 2000000 RX: 10"));
+    check(SEND_FILE, false);
+    ASSERT_TRUE(receive("echoed", 16));
+    EXPECT_EQ(pty.read(6), "echoed");
 }
 
-TEST_F(Send, StopsAFileAtOnce)
+TEST_F(Send, StopsAFileAtOnceAndWithThePort)
 {
     const QByteArray data = file_choose(1000000);
-    check("checkBox_send_file");
-    click("pushButton_send");
-    QByteArray received = pty.read(100000);
-    check("checkBox_send_file", false);
-    EXPECT_FALSE(progress_shown());
-    click("pushButton_open"); // lets out what was accepted, and no more
-    received += pty.read_now();
-    EXPECT_LT(received.size(), 200000);
-    EXPECT_TRUE(data.startsWith(received));
+    check(SHOW_SENT);
+    check(SEND_FILE);
+    click(SEND);
+    QByteArray got = pty.read(100000);
+    check(SEND_FILE, false);
+    EXPECT_FALSE(window->findChild<QProgressBar*>()->isVisible());
+    EXPECT_EQ(shown(), answers.file + "\n");
+    answers.under_dialog = [this] { click(OPEN); };
+    check(SEND_FILE);
+    EXPECT_FALSE(checked(SEND_FILE));
+    EXPECT_EQ(typed(), "");
+    got += pty.read_now(); // the close has let out what was accepted, and no more
+    EXPECT_LT(got.size(), 200000);
+    EXPECT_TRUE(data.startsWith(got));
 }
 
 TEST_F(Send, SaysWhichFileCannotBeSent)
 {
-    check("checkBox_send_file"); // the dialog is cancelled
-    click("pushButton_send");
-    EXPECT_EQ(answers.boxes.takeFirst(), "note|please select a file to send");
-    check("checkBox_send_file", false);
+    check(SEND_FILE); // the dialog is cancelled
+    click(SEND);
+    check(SEND_FILE, false);
     file_choose(10);
-    check("checkBox_send_file");
+    check(SEND_FILE);
     QFile::remove(answers.file);
-    click("pushButton_send");
-    const QString unreadable = "note|file " + answers.file + " can't be read: ";
-    EXPECT_TRUE(answers.boxes.takeFirst().startsWith(unreadable));
+    click(SEND);
     ASSERT_EQ(::mkfifo(answers.file.toLocal8Bit(), 0600), 0);
-    click("pushButton_send"); // which doesn't wait for somebody to write into it
-    EXPECT_EQ(answers.boxes, QStringList(unreadable + "not a file"));
-    EXPECT_TRUE(checked("checkBox_send_file"));
+    click(SEND); // which doesn't wait for somebody to write into it
+    const QString unreadable = "note|file " + answers.file + " can't be read: ";
+    EXPECT_EQ(answers.boxes,
+              QStringList({"note|please select a file to send",
+                           unreadable + "No such file or directory", unreadable + "not a file"}));
+    EXPECT_TRUE(checked(SEND_FILE));
 }

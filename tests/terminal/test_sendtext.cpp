@@ -5,42 +5,34 @@
 TEST(SendText, GivesTheBytesOrTheOffenderAndItsPlace)
 {
     const auto escaped = send_text_escaped, hex = send_text_hex;
-    const struct
-    {
-        SendText (*parse)(const QByteArray&);
-        const char* text;
-        QByteArray bytes;
-        SendText::Error error = SendText::NONE;
-        int offset = 0;
-        char character = 0;
-    } rows[] = {
-        {escaped, R"(plain)", "plain"},
-        {escaped, R"(\r\n\t\a\b\f\v\\\'\")", "\r\n\t\a\b\f\v\\'\""},
-        {escaped, R"(a\07)", QByteArray("a\0007", 3)},
-        {escaped, R"(ab\x41)", "ab", SendText::BAD_ESCAPE, 3, 'x'},
-        {escaped, R"(\\\)", "\\", SendText::ESCAPE_AT_END, 3, '\\'},
-        {escaped, "\xC3\xA9\\\xC3\xA9", "\xC3\xA9", SendText::BAD_ESCAPE, 3, '\xC3'},
-        {hex, "", ""},
-        {hex, " \t\n\v\f\r", ""},
-        {hex, "09 aFAf", "\x09\xAF\xAF"},
-        {hex, "4 1", "\x04"}, // the last one is still being typed
-        {hex, "ABC ", "\xAB\x0C"},
-        {hex, "0x41", "", SendText::NOT_HEX, 1, 'x'},
-        {hex, "41 /", "A", SendText::NOT_HEX, 3, '/'},
-        {hex, "41:", "A", SendText::NOT_HEX, 2, ':'},
-        {hex, "4@", "", SendText::NOT_HEX, 1, '@'},
-        {hex, "G", "", SendText::NOT_HEX, 0, 'G'},
-        {hex, "`", "", SendText::NOT_HEX, 0, '`'},
-        {hex, "g", "", SendText::NOT_HEX, 0, 'g'},
-        {hex, "ff\xC2\xA0", "\xFF", SendText::NOT_HEX, 2, '\xC2'},
+    using Offender = std::tuple<SendText::Error, int, QChar>;
+    const auto bad = [](SendText::Error error, int offset, char c) {
+        return Offender(error, offset, QChar::fromLatin1(c));
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        const SendText parsed = row.parse(row.text);
-        EXPECT_EQ(parsed.bytes, row.bytes);
-        EXPECT_EQ(parsed.error, row.error);
-        EXPECT_EQ(parsed.offset, row.offset);
-        EXPECT_EQ(parsed.character, QChar::fromLatin1(row.character));
+    const Offender none = bad(SendText::NONE, 0, 0);
+    const std::tuple<SendText (*)(const QByteArray&), const char*, QByteArray, Offender> rows[] = {
+        {escaped, R"(plain\r\n\t\a\b\f\v\\\'\")", "plain\r\n\t\a\b\f\v\\'\"", none},
+        {escaped, R"(a\07)", QByteArray("a\0007", 3), none},
+        {escaped, R"(ab\x41)", "ab", bad(SendText::BAD_ESCAPE, 3, 'x')},
+        {escaped, R"(\\\)", "\\", bad(SendText::ESCAPE_AT_END, 3, '\\')},
+        {escaped, "\xC3\xA9\\\xC3\xA9", "\xC3\xA9", bad(SendText::BAD_ESCAPE, 3, '\xC3')},
+        {hex, " \t\n\v\f\r", "", none},
+        {hex, "09 aFAf", "\x09\xAF\xAF", none},
+        {hex, "4 1", "\x04", none}, // the last one is still being typed
+        {hex, "ABC ", "\xAB\x0C", none},
+        {hex, "0x41", "", bad(SendText::NOT_HEX, 1, 'x')},
+        {hex, "41 /", "A", bad(SendText::NOT_HEX, 3, '/')},
+        {hex, "41:", "A", bad(SendText::NOT_HEX, 2, ':')},
+        {hex, "4@", "", bad(SendText::NOT_HEX, 1, '@')},
+        {hex, "G", "", bad(SendText::NOT_HEX, 0, 'G')},
+        {hex, "`", "", bad(SendText::NOT_HEX, 0, '`')},
+        {hex, "g", "", bad(SendText::NOT_HEX, 0, 'g')},
+        {hex, "ff\xC2\xA0", "\xFF", bad(SendText::NOT_HEX, 2, '\xC2')},
+    };
+    for (const auto& [parse, text, bytes, offender] : rows) {
+        const SendText parsed = parse(text);
+        EXPECT_EQ(parsed.bytes, bytes) << text;
+        EXPECT_EQ(Offender(parsed.error, parsed.offset, parsed.character), offender) << text;
     }
 }
 

@@ -1,36 +1,24 @@
-#include "terminal/stringcolumns.h"
 #include "windowtest.h"
-
-#include <QDockWidget>
 
 namespace {
 
-class Strings : public WindowTest
+class Strings : public OpenWindowTest
 {
 protected:
     Strings()
     {
-        window_start();
-        EXPECT_TRUE(port_open());
         set("spinBox_send_in_turn_interval", 1);
+        click("pushButton_extend");
     }
-    bool running() const { return checked("checkBox_send_in_turn"); }
-    bool run_to_end()
+    void run_to_end()
     {
-        check("checkBox_send_in_turn");
-        return wait_until([this] { return !running(); });
+        check(IN_TURN);
+        EXPECT_TRUE(wait_until([this] { return !checked(IN_TURN); }));
     }
-    void click_send(int row)
+    void click_cell(int row, int column = OPERATION_COLUMN)
     {
-        const QRect cell = table()->visualItemRect(table()->item(row, OPERATION_COLUMN));
+        const QRect cell = table()->visualItemRect(table()->item(row, column));
         QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
-    }
-    QString texts(int column) const
-    {
-        QString all;
-        for (int row = 0; row < table()->rowCount(); ++row)
-            all += table()->item(row, column)->text();
-        return all;
     }
 };
 
@@ -43,11 +31,10 @@ TEST_F(Strings, SendsMarkedRowsOneATickUpToTheLimit)
     set_row(4, true, false, "");
     set_row(5, true, true, "7e 1 FF");
     const QByteArray text = "AT\r\n", hex = "\x7E\x01\xFF";
-    const std::pair<int, QByteArray> rounds[] = {
-        {101, (text + hex).repeated(50) + text}, {3, text + hex + text}, {-1, text}};
-    for (const auto& [limit, wire] : rounds) {
+    for (const auto& [limit, wire] : {std::pair(101, (text + hex).repeated(50) + text),
+                                      std::pair(3, text + hex + text), std::pair(-1, text)}) {
         set("spinBox_send_count", limit);
-        ASSERT_TRUE(run_to_end());
+        run_to_end();
         EXPECT_EQ(pty.read(wire.size()), wire);
         EXPECT_TRUE(counters().startsWith(QString("CNT: %1 ").arg(qAbs(limit))));
     }
@@ -57,112 +44,82 @@ TEST_F(Strings, SendsMarkedRowsOneATickUpToTheLimit)
 
 TEST_F(Strings, FollowsChangesWhileItRuns)
 {
-    set_row(0, true, false, "a");
-    set_row(1, true, false, "b");
-    check("checkBox_send_in_turn");
-    ASSERT_EQ(pty.read(2), "ab");
-    QByteArray wire;
-    while (table()->rowCount() > 1)
-        table()->removeRow(0);
+    set_row(6, true, false, "a");
+    set_row(7, true, false, "b");
+    check(IN_TURN);
+    QByteArray wire = pty.read(2);
+    EXPECT_TRUE(wire.startsWith("ab"));
+    table()->setRowCount(1);
     set_row(0, true, false, "c");
     EXPECT_TRUE(wait_until([&] { return (wire += pty.read_now()).endsWith("ccc"); }));
-    check("checkBox_loop");
-    EXPECT_FALSE(running());
+    check(LOOP);
+    EXPECT_FALSE(checked(IN_TURN));
 }
 
 TEST_F(Strings, EndsWithOneMessage)
 {
     const QString nothing = "note|No strings found in list";
-    const std::tuple<const char*, std::function<void()>, QString> cases[] = {
-        {"nothing marked", [&] { set_row(0, false, false, "text"); }, nothing},
-        {"nothing in the marked row", [&] { set_row(0, true, false, ""); }, nothing},
-        {"a bad string", [&] { set_row(0, true, true, "0x41"); },
-         "note|char 'x' at offset 1 is not a hex number"},
-        {"no rows", [&] { table()->setRowCount(0); }, nothing},
+    const std::tuple<int, bool, const char*, QString> tables[] = {
+        {8, false, "not marked", nothing},
+        {8, true, "", nothing},
+        {8, true, "0x41", "note|char 'x' at offset 1 is not a hex number"},
+        {0, true, "", nothing},
     };
-    for (const auto& [what, prepare, box] : cases) {
-        SCOPED_TRACE(what);
-        prepare();
-        bool running_under_box = false;
+    for (const auto& [rows, marked, text, box] : tables) {
+        set_row(0, marked, true, text);
+        table()->setRowCount(rows);
         // Long enough for many more ticks, none of which may bring up a box of its own.
-        answers.under_box = [&] {
-            running_under_box = running();
-            QTest::qWait(50);
-        };
-        ASSERT_TRUE(run_to_end());
-        EXPECT_EQ(answers.boxes, QStringList(box));
-        EXPECT_EQ(running_under_box, box != nothing);
-        answers.boxes.clear();
+        answers.under_box = [] { QTest::qWait(50); };
+        run_to_end();
+        EXPECT_EQ(boxes_taken(), QStringList(box)) << text;
     }
     EXPECT_EQ(pty.read_now(), "");
 }
 
 TEST_F(Strings, SendsARowByAClickOnItsFirstCell)
 {
-    click("pushButton_extend");
     set_row(0, false, true, "41 42");
     set_row(1, false, false, R"(bad\q)");
-    click_send(3);
-    for (const int column : {ALIAS_COLUMN, VALUE_COLUMN})
-        emit table()->cellClicked(0, column);
+    click_cell(3);
+    click_cell(0, ALIAS_COLUMN);
+    click_cell(0, VALUE_COLUMN);
     EXPECT_EQ(typed(), "");
-    click_send(0);
+    click_cell(0);
     EXPECT_EQ(pty.read(2), "AB");
-    click_send(1);
+    click_cell(1);
     EXPECT_EQ(counters(), "CNT: 1 TX: 2 RX: 0");
-
-    click("pushButton_open");
-    click_send(0);
+    click(OPEN);
+    click_cell(0);
     EXPECT_EQ(typed(), "41 42");
     EXPECT_EQ(answers.boxes, QStringList({"note|format error at 4: q", "note|port not opened"}));
 }
 
 TEST_F(Strings, MovesAddsAndDeletesRows)
 {
-    click("pushButton_extend");
     table()->setRowCount(0);
-    const char *const add = "pushButton_table_row_add", *const del = "pushButton_table_row_del",
-                      *const up = "pushButton_table_row_up",
-                      *const down = "pushButton_table_row_down";
-    const struct
-    {
-        const char* button;
-        int current; // current row at first; -1 for none, -2 for where the last step left it
-        const char* texts;
-        int current_after;
-    } steps[] = {
-        {del, -1, "", -1},     {up, -1, "", -1},      {down, -1, "", -1},   {add, -1, "a", 0},
-        {add, -2, "ab", 1},    {add, -2, "abc", 2},   {add, 0, "adbc", 1},  {down, -2, "abdc", 2},
-        {down, -2, "abcd", 3}, {down, -2, "abcd", 3}, {up, -2, "abdc", 2},  {up, 1, "badc", 0},
-        {up, -2, "badc", 0},   {del, 1, "bdc", 1},    {add, -1, "ebdc", 0},
+    constexpr char ADD[] = "pushButton_table_row_add", DELETE[] = "pushButton_table_row_del",
+                   UP[] = "pushButton_table_row_up", DOWN[] = "pushButton_table_row_down";
+    constexpr int NONE = -1, LAST = -2; // where the last step has left it
+    const std::tuple<const char*, int, const char*, int> steps[] = {
+        // button, current row before, texts and current row after
+        {DELETE, NONE, "", NONE}, {UP, NONE, "", NONE},    {DOWN, NONE, "", NONE},
+        {ADD, NONE, "a", 0},      {ADD, LAST, "ab", 1},    {ADD, LAST, "abc", 2},
+        {ADD, 0, "adbc", 1},      {DOWN, LAST, "abdc", 2}, {DOWN, LAST, "abcd", 3},
+        {DOWN, LAST, "abcd", 3},  {UP, LAST, "abdc", 2},   {UP, 1, "badc", 0},
+        {UP, LAST, "badc", 0},    {DELETE, 1, "bdc", 1},   {ADD, NONE, "ebdc", 0},
     };
     char next = 'a';
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.texts);
-        if (step.current > -2)
-            table()->setCurrentCell(step.current, step.current < 0 ? -1 : VALUE_COLUMN);
-        click(step.button);
-        if (step.button == add) {
-            for (const int column : {ALIAS_COLUMN, VALUE_COLUMN})
-                table()->item(table()->currentRow(), column)->setText(QString(next));
-            ++next;
-        }
-        EXPECT_EQ(texts(VALUE_COLUMN), step.texts);
-        EXPECT_EQ(texts(ALIAS_COLUMN), step.texts);
-        EXPECT_EQ(table()->currentRow(), step.current_after);
+    for (const auto& [button, before, expected, after] : steps) {
+        if (before != LAST)
+            table()->setCurrentCell(before, before == NONE ? NONE : VALUE_COLUMN);
+        click(button);
+        if (button == ADD)
+            set_row(table()->currentRow(), false, false, QString(next++));
+        QString texts;
+        for (int row = 0; row < table()->rowCount(); ++row)
+            texts += value(row)->text();
+        EXPECT_EQ(texts, expected);
+        EXPECT_EQ(table()->currentRow(), after) << expected;
     }
     EXPECT_EQ(table()->item(0, OPERATION_COLUMN)->flags(), Qt::ItemIsEnabled);
-}
-
-TEST_F(Strings, HidesItsPanelAtEveryStart)
-{
-    for (int start = 0; start < 2; ++start) {
-        EXPECT_FALSE(find<QDockWidget>("dockWidget_extend")->isVisible());
-        EXPECT_EQ(label("pushButton_extend"), "&extend<<");
-        click("pushButton_extend");
-        EXPECT_TRUE(find<QDockWidget>("dockWidget_extend")->isVisible());
-        EXPECT_EQ(label("pushButton_extend"), "&hide>>");
-        window_end();
-        window_start();
-    }
 }

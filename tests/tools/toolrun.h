@@ -1,24 +1,21 @@
-// A tool's thread at work on a link in memory, and all that it sends and says, in order.
+// A tool at work on a link in memory, and all that it sends and says, in order.
 #pragma once
 
 #include <QStringList>
+#include <QVariant>
 #include <atomic>
+#include <gtest/gtest.h>
 #include <memorylink.h>
 #include <wait.h>
 
-inline QString shown(int number)
+inline QByteArray hex(const char* text)
 {
-    return QString::number(number);
+    return QByteArray::fromHex(text);
 }
 
-inline QString shown(const QString& text)
+inline QString hex_of(const void* bytes, int count)
 {
-    return text;
-}
-
-inline QString hex_of(const QByteArray& bytes)
-{
-    return QString::fromLatin1(bytes.toHex(' ').toUpper());
+    return QByteArray(static_cast<const char*>(bytes), count).toHex(' ').toUpper();
 }
 
 class ToolRun
@@ -48,15 +45,13 @@ protected:
     template <typename Tool, typename Signal>
     void note(Tool& tool, Signal signal, const QString& word = {})
     {
-        const auto add_line = [this, word](const auto&... values) {
-            add(QStringList{word, shown(values)...}.join(' ').trimmed());
-        };
-        QObject::connect(&tool, signal, &tool, add_line, Qt::DirectConnection);
+        QObject::connect(&tool, signal, [this, word](const auto&... values) {
+            add(QStringList{word, QVariant(values).toString()...}.join(' ').trimmed());
+        });
     }
     void note_end(QThread& tool)
     {
-        QObject::connect(
-            &tool, &QThread::finished, &tool, [this] { ended = true; }, Qt::DirectConnection);
+        QObject::connect(&tool, &QThread::finished, [this] { ended = true; });
     }
 
 private:

@@ -20,10 +20,10 @@ inline QByteArray firmware()
 
 // Lines: requests as "> " and their first 14 bytes, boxes as "box ", other signals by a word each,
 // logs as they are.
-class Bench : public ToolRun
+class LoaderRun : public ToolRun
 {
 public:
-    Bench()
+    LoaderRun()
     {
         settings.image = dir.filePath("rom");
         settings.version = {1, 2, 3, 4, 5};
@@ -37,12 +37,10 @@ public:
         note(loader, &Loader::upgrade_progress, "progress");
         note(loader, &Loader::upgrade_done, "done");
         note(loader, &Loader::dev_soft_info_set, "soft");
-        const auto add_hard_info = [this](const uint8_t* info, int nbytes) {
-            const QByteArray bytes(reinterpret_cast<const char*>(info), nbytes);
-            add("hard " + (info != nullptr ? hex_of(bytes) : "none"));
-        };
-        QObject::connect(&loader, &Loader::dev_hard_info_set, &loader, add_hard_info,
-                         Qt::DirectConnection);
+        QObject::connect(&loader, &Loader::dev_hard_info_set,
+                         [this](const std::uint8_t* info, int nbytes) {
+                             add("hard " + (info ? hex_of(info, nbytes) : "none"));
+                         });
         note_end(loader);
         loader.reset_wait_ms_set(1);
         loader.verify_wait_ms_set(1);
@@ -56,22 +54,32 @@ public:
     }
     QStringList run()
     {
+        link.written.clear();
+        waits_ms.clear();
         loader.upgrade_start();
         return finish(loader);
     }
-    void set_flash(const QByteArray& content) { file_write(settings.image, content); }
+    // The first bytes of the requests of this run, which their kind is.
+    QByteArray letters() const
+    {
+        QByteArray letters;
+        for (const QByteArray& request : link.written)
+            letters += request[0];
+        return letters;
+    }
     QByteArray flash() const { return file_content(settings.image); }
 
-    BootSettings settings; // of the module, which starts with the first request
+    BootSettings settings;    // of the module, which starts with the first request
+    QVector<qint64> waits_ms; // from request to request of this run
     // Asked first: a reply of its own to this request, or a null one for the module's.
     std::function<QByteArray(const QByteArray& request)> fault;
 
 private:
     QByteArray reply(const QByteArray& request)
     {
-        constexpr int HEAD = 14; // a whole verify request
-        const QString rest = QStringLiteral(" .. %1 bytes").arg(request.size());
-        add("> " + hex_of(request.left(HEAD)) + (request.size() > HEAD ? rest : QString()));
+        waits_ms += waits_ms.isEmpty() ? 0 : since_request.elapsed();
+        since_request.start();
+        add("> " + hex_of(request, qMin(14, int(request.size())))); // a whole verify request
         const QByteArray faulty = fault ? fault(request) : QByteArray();
         if (!faulty.isNull())
             return faulty;
@@ -85,19 +93,9 @@ private:
 
     QTemporaryDir dir;
     std::optional<Boot> module;
+    QElapsedTimer since_request;
     QFramerNull framer{&link};
 
 public:
     Loader loader{&framer}; // the first to go
 };
-
-const QByteArray SILENCE(""); // not null: the module's own reply is replaced
-
-// The first bytes of all requests.
-inline QByteArray letters_of(const QStringList& lines)
-{
-    QByteArray letters;
-    for (const QString& request : lines.filter("> "))
-        letters.append(QByteArray::fromHex(request.mid(2, 2).toLatin1()));
-    return letters;
-}

@@ -28,6 +28,7 @@ LogDock::LogDock(LogFeed& feed, QWidget* parent)
     view->setObjectName("log_view");
     view->setModel(&filtered);
     view->setUniformItemSizes(true);
+    view->setTextElideMode(Qt::ElideNone);
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     auto* const copy_action = new QAction(view);
@@ -107,7 +108,8 @@ void LogDock::find_begin()
 void LogDock::take()
 {
     const QScrollBar* const bar = view->verticalScrollBar();
-    const bool at_end = bar->value() == bar->maximum();
+    // A line that appears above the log takes some of its height.
+    const bool at_end = bar->value() >= bar->maximum() - bar->pageStep();
     model.append(feed.take());
     if (at_end)
         view->scrollToBottom();

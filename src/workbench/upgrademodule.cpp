@@ -161,6 +161,8 @@ QString UpgradeModule::stage_text() const
     case Stage::Verifying:
         return tr("verifying");
     case Stage::Ended:
+        if (!open_problem && report.outcome.ending == LoaderEnding::Aborted)
+            return tr("stopped");
         return good() ? tr("done") : tr("failed");
     }
     return {};

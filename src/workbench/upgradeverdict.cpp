@@ -3,6 +3,12 @@
 #include "workbench/linkwords.h"
 
 namespace {
+// Sentences in a row, with a blank between where the language has one.
+QString joined(const QString& first, const QString& second)
+{
+    return UpgradeVerdict::tr("%1 %2").arg(first, second);
+}
+
 QString rerun()
 {
     return UpgradeVerdict::tr("Start again: pages that have arrived aren't sent a second time.");
@@ -65,9 +71,14 @@ UpgradeVerdict send_failed(const UpgradeReport& report, const RunSettings& setti
                     "try a packet length of 256.")
                     .arg(report.file_size)};
     return {false, UpgradeVerdict::tr("The transfer failed: %1.").arg(reason_text(outcome.reason)),
-            rerun() + ' ' + UpgradeVerdict::tr("On a bad line, a packet length of 256 helps.")};
+            joined(rerun(), UpgradeVerdict::tr("On a bad line, a packet length of 256 helps."))};
 }
 } // namespace
+
+QString UpgradeVerdict::text() const
+{
+    return next.isEmpty() ? what : joined(what, next);
+}
 
 UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_name,
                                const RunSettings& settings)
@@ -79,7 +90,7 @@ UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_
         return good_end(report, file_name);
     case LoaderEnding::Aborted:
         return {false, UpgradeVerdict::tr("The upgrade was stopped."),
-                UpgradeVerdict::tr("The module may wait in its boot code.") + ' ' + rerun()};
+                joined(UpgradeVerdict::tr("The module may wait in its boot code."), rerun())};
     case LoaderEnding::FileNotRead:
         return {false, UpgradeVerdict::tr("The file %1: %2.").arg(file_name, reason),
                 UpgradeVerdict::tr("Choose it anew, or another one.")};
@@ -108,7 +119,7 @@ UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_
         return {
             false,
             UpgradeVerdict::tr("The module doesn't say that it holds the file: %1.").arg(reason),
-            UpgradeVerdict::tr("It stays in its boot code.") + ' ' + rerun()};
+            joined(UpgradeVerdict::tr("It stays in its boot code."), rerun())};
     default:
         return send_failed(report, settings);
     }

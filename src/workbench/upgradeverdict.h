@@ -13,7 +13,7 @@ public:
     QString what;
     QString next; // may be empty
 
-    QString text() const { return next.isEmpty() ? what : what + ' ' + next; }
+    QString text() const;
 };
 
 UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_name,

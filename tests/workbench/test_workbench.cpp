@@ -310,9 +310,6 @@ TEST_F(Workbench, WorksByKeysAlone)
     for (const char* const name : {"connect", "firmware_file", "firmware_choose", "modules",
                                    "page_map", "packet", "verify_wait", "start", "log_find"})
         EXPECT_EQ(reached.count(find<QWidget>(name)), 1u) << name;
-    for (QPushButton* b : window->findChildren<QPushButton*>())
-        fprintf(stderr, "%s %s %s\n", qPrintable(b->objectName()), qPrintable(b->text()),
-                qPrintable(b->shortcut().toString()));
     QTest::keyClick(window.get(), Qt::Key_S, Qt::AltModifier);
     ASSERT_TRUE(wait_until([&] { return !notice().isEmpty(); }));
     EXPECT_TRUE(first().good()) << qPrintable(notice());

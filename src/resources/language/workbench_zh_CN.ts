@@ -759,6 +759,10 @@
         <source>failed</source>
         <translation>失败</translation>
     </message>
+    <message>
+        <source>stopped</source>
+        <translation>已停止</translation>
+    </message>
 </context>
 <context>
     <name>UpgradeVerdict</name>
@@ -881,6 +885,10 @@
     <message>
         <source>It stays in its boot code.</source>
         <translation>它停留在引导程序中。</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1%2</translation>
     </message>
 </context>
 <context>

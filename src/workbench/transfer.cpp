@@ -27,7 +27,7 @@ int Transfer::percent() const
 
 std::int64_t Transfer::seconds_left() const
 {
-    if (done <= 0 || done >= total || elapsed_ms < TOO_EARLY_MS)
+    if (stopped || done <= 0 || done >= total || elapsed_ms < TOO_EARLY_MS)
         return -1;
     return (elapsed_ms * (total - done) / done + 999) / 1000;
 }

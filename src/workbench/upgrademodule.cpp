@@ -125,13 +125,14 @@ void UpgradeModule::phase_set(LoaderPhase phase)
 
 void UpgradeModule::progress_set(int offset)
 {
-    sent = {offset, file_size, send_clock.isValid() ? send_clock.elapsed() : 0};
+    sent = {offset, file_size, send_clock.isValid() ? send_clock.elapsed() : 0, false};
     emit changed();
 }
 
 void UpgradeModule::end(const UpgradeReport& report)
 {
     this->report = report;
+    sent.stopped = true;
     send_clock.invalidate();
     if (own_link)
         link.close();

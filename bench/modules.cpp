@@ -55,7 +55,8 @@ public:
     double run()
     {
         click("connect");
-        wait_while([&] { return window->connection().link().state() == LinkWorker::State::Opening; });
+        wait_while(
+            [&] { return window->connection().link().state() == LinkWorker::State::Opening; });
         for (const QString& port : ports.mid(1)) {
             StackDescription stack = *window->connection().description();
             stack.link.port = port;
@@ -83,7 +84,8 @@ private:
         simulators.push_back(std::make_unique<QProcess>());
         QProcess& simulator = *simulators.back();
         simulator.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        simulator.start(TARNWICK_SIM, {"boot", "--name", "m" + QString::number(number), "--baud", QString::number(rate), "--image",
+        simulator.start(TARNWICK_SIM, {"boot", "--name", "m" + QString::number(number), "--baud",
+                                       QString::number(rate), "--image",
                                        folder.filePath(QString::number(number))});
         while (!simulator.canReadLine() && simulator.waitForReadyRead()) {
         }

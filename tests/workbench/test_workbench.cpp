@@ -143,6 +143,7 @@ TEST_F(Workbench, CompletesWhatAStoppedRunBegan)
     click("stop");
     ASSERT_TRUE(run_end());
     EXPECT_TRUE(notice().startsWith("The upgrade was stopped.")) << qPrintable(notice());
+    EXPECT_EQ(first().stage_text(), "stopped");
     EXPECT_GT(pages(PageState::Unknown), 0);
     EXPECT_EQ(pages(PageState::Sending), 0);
     click("start");

@@ -233,8 +233,9 @@ TEST(Language, FollowsTheDesktop)
     EXPECT_EQ(Language::of_desktop({"fr-FR"}), "en_US");
 }
 
+namespace {
 // The source texts of a catalogue that have a translation, or with `all` those without one too.
-static std::set<QString> texts_of(const QString& path, bool all)
+std::set<QString> texts_of(const QString& path, bool all)
 {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
@@ -255,6 +256,7 @@ static std::set<QString> texts_of(const QString& path, bool all)
     }
     return texts;
 }
+} // namespace
 
 TEST(Language, EveryTextOfTheWindowIsInChineseToo)
 {

@@ -19,6 +19,7 @@
 #include <QSettings>
 #include <QTableView>
 #include <QTimer>
+#include <QToolButton>
 #include <gtest/gtest.h>
 #include <plainsettings.h>
 #include <set>
@@ -38,7 +39,11 @@ protected:
         QObject::connect(&answers, &QTimer::timeout, &answers, [this] { answer(); });
         answers.start();
     }
-    ~Workbench() override { window.reset(); }
+    ~Workbench() override
+    {
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 
     void configure(const QString& key, const QVariant& value)
     {
@@ -365,4 +370,7 @@ TEST_F(Workbench, EditsFramersAsBoxesAndTakesADroppedFile)
     QDropEvent drop(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&window->firmware(), &drop);
     EXPECT_EQ(text<QLabel>("firmware_size"), "60000 bytes");
+    // Qt fades the field's button in, by an object that lives as long as that takes.
+    const auto* const clear = find<QLineEdit>("firmware_file")->findChild<QToolButton*>();
+    EXPECT_TRUE(wait_until([&] { return clear->property("opacity") == 1; }));
 }

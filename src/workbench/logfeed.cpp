@@ -8,7 +8,7 @@ void LogFeed::append(const QString& source, const QString& text)
 {
     bool first = false;
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         first = waiting.isEmpty() && lost == 0;
         if (waiting.size() >= MOST_WAITING) {
             lost += int(waiting.size());
@@ -22,7 +22,7 @@ void LogFeed::append(const QString& source, const QString& text)
 
 QVector<LogLine> LogFeed::take()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     if (lost > 0)
         waiting.prepend({waiting.first().time_ms, {}, tr("lines lost: %1").arg(lost)});
     lost = 0;

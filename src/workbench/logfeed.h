@@ -3,11 +3,11 @@
 
 #include "stack/exchangesink.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QVector>
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 
 struct LogLine
 {
@@ -37,7 +37,7 @@ signals:
     void lines_wait();
 
 private:
-    QMutex mutex;
+    std::mutex mutex;
     QVector<LogLine> waiting;
     int lost = 0;
     std::atomic<bool> log_exchanges{true};

@@ -49,7 +49,7 @@ void UpgradeRun::start(LinkWorker& link, const QString& file, const RunSettings&
 
 void UpgradeRun::abort()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     abort_asked = true;
     if (loader)
         loader->abort();
@@ -66,7 +66,7 @@ UpgradeReport UpgradeRun::work(Stack& stack, const QString& file, const RunSetti
         &here, &Loader::upgrade_started, &here, [&](int size) { report.file_size = size; },
         Qt::DirectConnection);
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         loader = &here;
         if (abort_asked)
             here.abort();
@@ -76,7 +76,7 @@ UpgradeReport UpgradeRun::work(Stack& stack, const QString& file, const RunSetti
     clock.start();
     here.run_here();
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         loader = nullptr;
     }
     report.outcome = here.outcome();

@@ -4,9 +4,9 @@
 #include "tools/loader.h"
 #include "workbench/linkworker.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QSemaphore>
+#include <mutex>
 
 struct RunSettings
 {
@@ -54,7 +54,7 @@ private:
     void connect_signals(Loader& loader, Stack& stack);
 
     bool under_way = false;
-    QMutex mutex;             // guards the two below
+    std::mutex mutex;         // guards the two below
     Loader* loader = nullptr; // while it runs
     bool abort_asked = false;
     // One for each run that has left the link's thread.

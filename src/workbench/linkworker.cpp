@@ -7,7 +7,7 @@ constexpr int WATCH_MS = 500; // a link that nobody uses says by itself only so 
 } // namespace
 
 // What of a worker lives on its thread.
-class LinkInside : public QObject
+class LinkInside : public Mailbox
 {
 public:
     // None after a success.
@@ -67,7 +67,7 @@ LinkWorker::LinkWorker(LogFeed& feed, QObject* parent)
 LinkWorker::~LinkWorker()
 {
     if (thread.isRunning()) {
-        QMetaObject::invokeMethod(inside, [inside = inside] { inside->close(); });
+        inside->post([inside = inside] { inside->close(); });
         thread.quit();
         thread.wait();
     } else {
@@ -83,13 +83,13 @@ void LinkWorker::open(const StackDescription& description)
     if (!thread.isRunning())
         return state_set(State::Closed, LinkProblem{LinkTrouble::NoThread, {}});
     const auto lost = [this](const LinkProblem& problem) {
-        QMetaObject::invokeMethod(this, [this, problem] { state_set(State::Closed, problem); });
+        home.post([this, problem] { state_set(State::Closed, problem); });
     };
-    QMetaObject::invokeMethod(inside, [this, inside = inside, description, lost] {
+    inside->post([this, inside = inside, description, lost] {
         const auto problem = inside->open(description, feed);
         if (!problem)
             inside->watch(lost);
-        QMetaObject::invokeMethod(this, [this, problem] {
+        home.post([this, problem] {
             if (problem)
                 state_set(State::Closed, problem);
             else if (now == State::Opening)
@@ -103,15 +103,15 @@ void LinkWorker::close()
     if (now == State::Closed || now == State::Closing)
         return;
     state_set(State::Closing, std::nullopt);
-    QMetaObject::invokeMethod(inside, [this, inside = inside] {
+    inside->post([this, inside = inside] {
         inside->close();
-        QMetaObject::invokeMethod(this, [this] { state_set(State::Closed, last_problem); });
+        home.post([this] { state_set(State::Closed, last_problem); });
     });
 }
 
 void LinkWorker::run(const Job& job)
 {
-    QMetaObject::invokeMethod(inside, [inside = inside, job] { job(inside->stack.get()); });
+    inside->post([inside = inside, job] { job(inside->stack.get()); });
 }
 
 void LinkWorker::state_set(State state, const std::optional<LinkProblem>& problem)

@@ -3,6 +3,7 @@
 
 #include "stack/stack.h"
 #include "workbench/logfeed.h"
+#include "workbench/mailbox.h"
 
 #include <QObject>
 #include <QThread>
@@ -46,6 +47,7 @@ private:
     void state_set(State state, const std::optional<LinkProblem>& problem);
 
     LogFeed& feed;
+    Mailbox home; // for what comes back from the link's thread
     QThread thread;
     LinkInside* inside; // lives on the thread
     State now = State::Closed;

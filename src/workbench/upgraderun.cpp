@@ -26,6 +26,7 @@ UpgradeRun::~UpgradeRun()
 {
     abort();
     left->acquire(runs);
+    home.catch_up();
 }
 
 void UpgradeRun::start(LinkWorker& link, const QString& file, const RunSettings& settings)
@@ -39,7 +40,7 @@ void UpgradeRun::start(LinkWorker& link, const QString& file, const RunSettings&
         report.link.kind = LinkTrouble::ConnectionLost;
         if (stack)
             report = work(*stack, file, settings);
-        QMetaObject::invokeMethod(this, [this, report] {
+        home.post([this, report] {
             under_way = false;
             emit ended(report);
         });
@@ -91,9 +92,17 @@ void UpgradeRun::connect_signals(Loader& loader, Stack& stack)
     connect(
         &loader, &Loader::log, &loader, [&stack](const QString& line) { stack.sink().note(line); },
         Qt::DirectConnection);
-    connect(&loader, &Loader::device_found, this, &UpgradeRun::device_found);
-    connect(&loader, &Loader::phase_begun, this, &UpgradeRun::phase_begun);
-    connect(&loader, &Loader::upgrade_started, this, &UpgradeRun::begun);
-    connect(&loader, &Loader::page_state, this, &UpgradeRun::page_state);
-    connect(&loader, &Loader::upgrade_progress, this, &UpgradeRun::progress);
+    const auto pass_on = [&](auto signal, auto own) {
+        connect(
+            &loader, signal, &loader,
+            [this, own](const auto&... values) {
+                home.post([this, own, values...] { emit(this->*own)(values...); });
+            },
+            Qt::DirectConnection);
+    };
+    pass_on(&Loader::device_found, &UpgradeRun::device_found);
+    pass_on(&Loader::phase_begun, &UpgradeRun::phase_begun);
+    pass_on(&Loader::upgrade_started, &UpgradeRun::begun);
+    pass_on(&Loader::page_state, &UpgradeRun::page_state);
+    pass_on(&Loader::upgrade_progress, &UpgradeRun::progress);
 }

@@ -53,6 +53,7 @@ private:
     UpgradeReport work(Stack& stack, const QString& file, const RunSettings& settings);
     void connect_signals(Loader& loader, Stack& stack);
 
+    Mailbox home; // for what comes back from the link's thread
     bool under_way = false;
     std::mutex mutex;         // guards the two below
     Loader* loader = nullptr; // while it runs

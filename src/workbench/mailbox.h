@@ -7,8 +7,8 @@
 #include <atomic>
 #include <functional>
 
-// A queued call of Qt does the same, but race detectors don't see the locks inside Qt. Here an atomic
-// count orders what was done before post() and what the job does.
+// A queued call of Qt does the same, but race detectors don't see the locks inside Qt. Here an
+// atomic count orders what was done before post() and what the job does.
 class Mailbox : public QObject
 {
 public:

@@ -9,6 +9,7 @@
 #include "monitor/session.h"
 #include "monitor/socketwire.h"
 #include "stack/portproblem.h"
+#include "stack/typedbytes.h"
 #include "stack/typedtext.h"
 
 #include <QDir>

@@ -15,7 +15,16 @@ int TracedLink::note_received(const char* buffer, int result)
     const QByteArray bytes(buffer, result > 0 ? result : 0);
     quiet = bytes.isEmpty();
     log.received(bytes, result);
+    if (tap)
+        tap->received(bytes, result);
     return result;
+}
+
+void TracedLink::note_sent(const QByteArray& bytes, int result)
+{
+    log.sent(bytes, result);
+    if (tap)
+        tap->sent(bytes, result);
 }
 
 int TracedLink::read(char* buffer, int nbytes)
@@ -46,7 +55,7 @@ int TracedLink::write(const char* buffer, int nbytes)
         sent += result;
     if (result < 0)
         error = result;
-    log.sent(QByteArray(buffer, nbytes), result);
+    note_sent(QByteArray(buffer, nbytes), result);
     return result;
 }
 
@@ -56,6 +65,6 @@ int TracedLink::putchar(int c)
     const char byte = char(c);
     if (result == c)
         ++sent;
-    log.sent(QByteArray(&byte, 1), result == c ? 1 : result);
+    note_sent(QByteArray(&byte, 1), result == c ? 1 : result);
     return result;
 }

@@ -30,6 +30,9 @@ public:
     bool can_read_line() override { return lower.can_read_line(); }
     int readline(char* buffer, int size) override;
 
+    // Reports to `other` too, until it is given null. For the thread that drives the link.
+    void tap_set(ExchangeSink* other) { tap = other; }
+
     // From any thread:
     std::int64_t bytes_sent() const { return sent; }
     // The last read after the last write gave nothing.
@@ -38,10 +41,12 @@ public:
     bool failed() const { return error != 0; }
 
 private:
+    void note_sent(const QByteArray& bytes, int result);
     int note_received(const char* buffer, int result);
 
     QLink& lower;
     ExchangeSink& log;
+    ExchangeSink* tap = nullptr;
     std::atomic<std::int64_t> sent{0};
     std::atomic<bool> quiet{true};
     std::atomic<int> error{0};

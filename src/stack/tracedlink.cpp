@@ -1,5 +1,7 @@
 #include "stack/tracedlink.h"
 
+#include <algorithm>
+
 int TracedLink::open()
 {
     const int result = lower.open();
@@ -29,7 +31,18 @@ void TracedLink::note_sent(const QByteArray& bytes, int result)
 
 int TracedLink::read(char* buffer, int nbytes)
 {
-    return note_received(buffer, lower.read(buffer, nbytes));
+    return note_received(buffer, read_begun && nbytes > 0 ? read_in_two(buffer, nbytes)
+                                                          : lower.read(buffer, nbytes));
+}
+
+int TracedLink::read_in_two(char* buffer, int nbytes)
+{
+    const int first = lower.read(buffer, 1);
+    if (first < 1)
+        return first;
+    read_begun();
+    // What the link says after the first byte is said again at the next read.
+    return first + (nbytes > 1 ? std::max(0, lower.read(buffer + 1, nbytes - 1)) : 0);
 }
 
 int TracedLink::readline(char* buffer, int size)

@@ -8,20 +8,51 @@
 
 namespace {
 constexpr int WORD = CNET_BLOCK_SIZE / CNET_BLOCK_WORDS; // bytes
-}
 
-void BlockModel::block_set(const QByteArray& block)
+// What is wrong with the text of a word; empty when nothing is.
+QString fault_in(const QString& text, QByteArray& bytes)
+{
+    try {
+        bytes = parse_hex_bytes(text);
+    } catch (const TextError& error) {
+        return error.message;
+    }
+    return bytes.size() == WORD ? QString() : BlockModel::tr("a word has 8 hexadecimal digits");
+}
+} // namespace
+
+void BlockModel::held_set(const QByteArray& block)
 {
     beginResetModel();
+    QByteArray merged = block;
+    for (int word = 0; word < rowCount(); ++word) {
+        if (changed(word))
+            merged.replace(word * WORD, WORD, edited.mid(word * WORD, WORD));
+    }
     held = block;
-    edited = block;
+    edited = merged;
     endResetModel();
     emit edited_changed();
 }
 
+void BlockModel::revert()
+{
+    beginResetModel();
+    edited = held;
+    faulty.clear();
+    endResetModel();
+    emit edited_changed();
+}
+
+void BlockModel::clear()
+{
+    held.clear();
+    revert();
+}
+
 bool BlockModel::changed(int word) const
 {
-    return edited.mid(word * WORD, WORD) != held.mid(word * WORD, WORD);
+    return faulty.contains(word) || edited.mid(word * WORD, WORD) != held.mid(word * WORD, WORD);
 }
 
 int BlockModel::changed_words() const
@@ -30,6 +61,14 @@ int BlockModel::changed_words() const
     for (int word = 0; word < rowCount(); ++word)
         count += changed(word) ? 1 : 0;
     return count;
+}
+
+QString BlockModel::problem() const
+{
+    if (faulty.isEmpty())
+        return {};
+    QByteArray bytes;
+    return tr("Word %1: %2.").arg(faulty.firstKey()).arg(fault_in(faulty.first(), bytes));
 }
 
 void BlockModel::retranslate()
@@ -58,35 +97,36 @@ QVariant BlockModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    const QByteArray& bytes = index.column() == VALUE ? edited : held;
-    if (role == Qt::DisplayRole || role == Qt::EditRole)
-        return shown(bytes.mid(index.row() * WORD, WORD));
-    if (role == Qt::FontRole) {
-        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        font.setBold(index.column() == VALUE && changed(index.row()));
-        return font;
-    }
-    return {};
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
+        return look(index, role);
+    const bool to_write = index.column() == VALUE;
+    if (to_write && faulty.contains(index.row()))
+        return faulty[index.row()];
+    return shown((to_write ? edited : held).mid(index.row() * WORD, WORD));
+}
+
+// Changed words are bold, faulty ones crossed out too.
+QVariant BlockModel::look(const QModelIndex& index, int role) const
+{
+    if (role != Qt::FontRole)
+        return {};
+    const bool to_write = index.column() == VALUE;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setBold(to_write && changed(index.row()));
+    font.setStrikeOut(to_write && faulty.contains(index.row()));
+    return font;
 }
 
 bool BlockModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
     if (!index.isValid() || role != Qt::EditRole)
         return false;
-    QString problem;
     QByteArray bytes;
-    try {
-        bytes = parse_hex_bytes(value.toString());
-    } catch (const TextError& error) {
-        problem = error.message;
-    }
-    if (bytes.size() != WORD) {
-        if (problem.isEmpty())
-            problem = tr("a word has 8 hexadecimal digits");
-        emit refused(tr("Word %1 stays as it was: %2.").arg(index.row()).arg(problem));
-        return false;
-    }
-    edited.replace(index.row() * WORD, WORD, bytes);
+    faulty.remove(index.row());
+    if (fault_in(value.toString(), bytes).isEmpty())
+        edited.replace(index.row() * WORD, WORD, bytes);
+    else
+        faulty[index.row()] = value.toString();
     emit dataChanged(index, index);
     emit edited_changed();
     return true;

@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QByteArray>
+#include <QMap>
 
 class BlockModel : public QAbstractTableModel
 {
@@ -14,9 +15,17 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    // As read from the device; empty for none.
-    void block_set(const QByteArray& block);
+    // As read from the device. Words that were changed here stay as they are.
+    void held_set(const QByteArray& block);
+    // Back to what the device holds.
+    void revert();
+    void clear();
+
+    bool is_empty() const { return held.isEmpty(); }
+    // To be written; good only without a problem.
     const QByteArray& block() const { return edited; }
+    // The first word that is no word, in a sentence; empty for none.
+    QString problem() const;
     int changed_words() const;
     void retranslate();
 
@@ -24,17 +33,18 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    // Takes 8 hexadecimal digits, and emits refused() for anything else.
+    // A word has 8 hexadecimal digits. Any other text stays in its cell too, as a problem.
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 signals:
     void edited_changed();
-    void refused(const QString& sentence);
 
 private:
     bool changed(int word) const;
+    QVariant look(const QModelIndex& index, int role) const;
 
     QByteArray held;
     QByteArray edited;
+    QMap<int, QString> faulty; // texts of words that are none
 };

@@ -10,6 +10,11 @@ struct CnetPlace
     QByteArray address; // 2 bytes, or 8
     int channel = 0;
     int rate = 0;
+
+    bool operator==(const CnetPlace& other) const
+    {
+        return address == other.address && channel == other.channel && rate == other.rate;
+    }
 };
 
 enum class BlockStep { Tune, Write, Read };

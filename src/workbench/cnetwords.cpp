@@ -15,16 +15,16 @@ QString CnetWords::search_end(const SearchReport& report, int pairs, int found)
     case CnetOutcome::Done:
         if (found > 0)
             return tr("The search is over, devices found: %1.").arg(found);
-        return report.cnet ? tr("Nobody answered on these %1 pairs of channel and rate: are the "
-                                "devices on? A longer time-out gives them more time.")
-                                 .arg(pairs)
-                           : tr("No module reported itself: are they on? Listen for a longer time.");
-    case CnetOutcome::Aborted:
         return report.cnet
-                   ? tr("The search was stopped after %1 pairs, devices found: %2.")
+                   ? tr("Nobody answered on these %1 pairs of channel and rate: are the "
+                        "devices on? A longer time-out gives them more time.")
                          .arg(pairs)
-                         .arg(found)
-                   : tr("The search was stopped, devices found: %1.").arg(found);
+                   : tr("No module reported itself: are they on? Listen for a longer time.");
+    case CnetOutcome::Aborted:
+        return report.cnet ? tr("The search was stopped after %1 pairs, devices found: %2.")
+                                 .arg(pairs)
+                                 .arg(found)
+                           : tr("The search was stopped, devices found: %1.").arg(found);
     case CnetOutcome::Refused:
         return tr("The local device refuses a channel or rate of this search: leave it out.");
     default:

@@ -19,8 +19,8 @@ public:
     LinkTask& operator=(const LinkTask&) = delete;
 
     bool running() const { return under_way; }
-    // `work` runs on the link's thread, with nothing when the link has gone; then `ended` here. Only
-    // while nothing is running; the link outlives it.
+    // `work` runs on the link's thread, with nothing when the link has gone; then `ended` here.
+    // Only while nothing is running; the link outlives it.
     void start(LinkWorker& link, const LinkWorker::Job& work, const Step& ended);
     void abort();
 

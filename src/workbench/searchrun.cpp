@@ -15,9 +15,9 @@ public:
     void search_here(const CnetSearchSettings& settings)
     {
         const bool targeted = !settings.target.isEmpty();
-        const CnetCommand& command =
-            settings.long_answers ? (targeted ? cnet::SEARCH_ADDR_EXT : cnet::SEARCH_ALL_EXT)
-                                  : (targeted ? cnet::SEARCH_ADDR : cnet::SEARCH_ALL);
+        const CnetCommand& command = settings.long_answers
+                                         ? (targeted ? cnet::SEARCH_ADDR_EXT : cnet::SEARCH_ALL_EXT)
+                                         : (targeted ? cnet::SEARCH_ADDR : cnet::SEARCH_ALL);
         search_prepare(settings.channels, settings.rates,
                        targeted ? settings.target.constData() : nullptr, command.code);
     }
@@ -53,7 +53,8 @@ void SearchRun::cnet_start(LinkWorker& link, const CnetSearchSettings& settings)
 
 void SearchRun::dorv_start(LinkWorker& link, int duration_ms)
 {
-    start(link, false, [this, duration_ms](Stack& stack) { return dorv_search(stack, duration_ms); });
+    start(link, false,
+          [this, duration_ms](Stack& stack) { return dorv_search(stack, duration_ms); });
 }
 
 SearchReport SearchRun::cnet_search(Stack& stack, const CnetSearchSettings& settings)
@@ -116,9 +117,12 @@ SearchReport SearchRun::dorv_search(Stack& stack, int duration_ms)
     QElapsedTimer clock;
     clock.start();
     cfg.search_start();
-    while (!task.aborted() && !stack.lost() && clock.elapsed() < duration_ms) {
-        cfg.search_timer_timeout(); // waits for as long as the link's time-out
+    // The look that begins after the end is the last one: it reads the rest of a report that came
+    // just before.
+    for (bool last = false; !last && !task.aborted() && !stack.lost();) {
         const int done = int(std::min<std::int64_t>(clock.elapsed(), duration_ms));
+        last = done == duration_ms;
+        cfg.search_timer_timeout(); // waits for as long as the link's time-out
         task.report([this, done] { emit advanced(done); });
     }
     const CnetOutcome outcome = stack.lost()     ? CnetOutcome::LinkError

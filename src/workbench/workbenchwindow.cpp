@@ -5,6 +5,7 @@
 #include "workbench/firmwarepage.h"
 #include "workbench/icons.h"
 #include "workbench/logdock.h"
+#include "workbench/searchpage.h"
 #include "workbench/settingkeys.h"
 
 #include <QActionGroup>
@@ -28,6 +29,8 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     tabs->setDocumentMode(true);
     firmware_page = new FirmwarePage(*bar, feed, nullptr);
     tabs->addTab(firmware_page, QString());
+    search_page = new SearchPage(*bar);
+    tabs->addTab(search_page, QString());
     auto* const content = new QWidget;
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -37,13 +40,12 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     log = new LogDock(feed, this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     menus_create();
-    connect(
-        firmware_page, &FirmwarePage::idle, this,
-        [this] {
-            if (closing)
-                close();
-        },
-        Qt::QueuedConnection);
+    const auto close_now = [this] {
+        if (closing && !busy())
+            close();
+    };
+    connect(firmware_page, &FirmwarePage::idle, this, close_now, Qt::QueuedConnection);
+    connect(search_page, &SearchPage::idle, this, close_now, Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();
@@ -52,6 +54,7 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
 // The pages go before the connection that they work on, and both before the feed.
 WorkbenchWindow::~WorkbenchWindow()
 {
+    delete search_page;
     delete firmware_page;
     delete bar;
     delete log;
@@ -121,6 +124,7 @@ void WorkbenchWindow::load()
     palette_choose(PALETTE.read(ini));
     bar->load(ini);
     firmware_page->load(ini);
+    search_page->load(ini);
     restoreGeometry(GEOMETRY.read(ini));
     restoreState(STATE.read(ini));
 }
@@ -132,24 +136,39 @@ void WorkbenchWindow::store() const
     PALETTE.write_if_changed(ini, palette_stored);
     bar->store(ini);
     firmware_page->store(ini);
+    search_page->store(ini);
     GEOMETRY.write_if_changed(ini, saveGeometry());
     STATE.write_if_changed(ini, saveState());
 }
 
+bool WorkbenchWindow::busy() const
+{
+    return firmware_page->busy() || search_page->busy();
+}
+
+bool WorkbenchWindow::closing_ask()
+{
+    const bool upgrade = firmware_page->busy();
+    const QString title = upgrade ? tr("Upgrade under way") : tr("Work under way");
+    const QString text =
+        upgrade ? tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
+                     "code; another run completes what this one began.")
+                : tr("The link is being used. Stop that and close?");
+    return QMessageBox::question(this, title, text) == QMessageBox::Yes;
+}
+
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
 {
-    if (firmware_page->busy()) {
+    if (busy()) {
         event->ignore();
         if (closing)
             return;
-        const auto answer = QMessageBox::question(
-            this, tr("Upgrade under way"),
-            tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot code; "
-               "another run completes what this one began."));
-        closing = answer == QMessageBox::Yes;
-        if (closing && firmware_page->busy())
-            return firmware_page->abort();
+        closing = closing_ask();
         if (!closing)
+            return;
+        firmware_page->abort();
+        search_page->abort();
+        if (busy())
             return;
     }
     store();
@@ -166,7 +185,8 @@ void WorkbenchWindow::changeEvent(QEvent* event)
 void WorkbenchWindow::retranslate()
 {
     setWindowTitle(tr("Tarnwick Workbench"));
-    tabs->setTabText(0, tr("F&irmware"));
+    tabs->setTabText(tabs->indexOf(firmware_page), tr("F&irmware"));
+    tabs->setTabText(tabs->indexOf(search_page), tr("S&earch"));
     file_menu->setTitle(tr("&File"));
     quit_action->setText(tr("&Quit"));
     quit_action->setIcon(theme_icon("application-exit", QStyle::SP_DialogCloseButton));

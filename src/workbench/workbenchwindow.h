@@ -12,6 +12,7 @@ class FirmwarePage;
 class LogDock;
 class QActionGroup;
 class QTabWidget;
+class SearchPage;
 
 class WorkbenchWindow : public QMainWindow
 {
@@ -24,6 +25,7 @@ public:
 
     ConnectionBar& connection() const { return *bar; }
     FirmwarePage& firmware() const { return *firmware_page; }
+    SearchPage& search() const { return *search_page; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -37,6 +39,9 @@ private:
     void language_choose(const QString& value);
     void palette_choose(const QString& value);
     void check_choice(QActionGroup* group, const QString& value);
+    // Whether the pages may end; asks while one is at work.
+    bool closing_ask();
+    bool busy() const;
     void load();
     void store() const;
     void retranslate();
@@ -50,6 +55,7 @@ private:
     ConnectionBar* bar;
     QTabWidget* tabs;
     FirmwarePage* firmware_page;
+    SearchPage* search_page;
     LogDock* log;
     QMenu* file_menu;
     QMenu* view_menu;

@@ -6,6 +6,7 @@
 #include "cli/typedargument.h"
 #include "framers/qframernull.h"
 #include "stack/boundedcnet.h"
+#include "stack/numbermask.h"
 #include "stack/stack.h"
 
 #include <gtest/gtest.h>

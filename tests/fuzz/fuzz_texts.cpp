@@ -3,6 +3,7 @@
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
 #include "fuzzing.h"
+#include "stack/numbermask.h"
 #include "stack/stacktext.h"
 #include "terminal/rowtable.h"
 #include "terminal/sendtext.h"

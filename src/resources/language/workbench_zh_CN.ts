@@ -225,8 +225,8 @@
         <translation>移除(&amp;V)</translation>
     </message>
     <message>
-        <source>Save r&amp;esults...</source>
-        <translation>保存结果(&amp;E)...</translation>
+        <source>Save res&amp;ults...</source>
+        <translation>保存结果(&amp;U)...</translation>
     </message>
     <message>
         <source>&amp;Start</source>

@@ -198,7 +198,8 @@ void BlockBox::buttons_set()
     const bool idle = !run.running() && !link_taken;
     const bool changed = model.changed_words() > 0;
     read_button->setEnabled(idle);
-    write_button->setEnabled(idle && changed);
+    // Not only after a change: a click on it ends the typing of a word too.
+    write_button->setEnabled(idle && !model.is_empty());
     revert_button->setEnabled(!run.running() && changed);
     table->setEnabled(!run.running());
 }

@@ -115,8 +115,7 @@ std::optional<CnetSearchSettings> SearchBox::settings(QString& problem) const
         settings.target = parse_target(target_edit->text());
     } catch (const TextError& error) {
         const QString where = edit == channels_edit ? tr("Channels") : tr("Only address");
-        problem =
-            tr("%1, character %2: %3.").arg(where).arg(error.column + 1).arg(error.message);
+        problem = tr("%1, character %2: %3.").arg(where).arg(error.column + 1).arg(error.message);
         return std::nullopt;
     }
     for (int rate = 0; rate < CNET_RATES; ++rate)

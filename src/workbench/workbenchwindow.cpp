@@ -40,12 +40,12 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     log = new LogDock(feed, this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     menus_create();
-    const auto close_now = [this] {
-        if (closing && !busy())
+    const auto close_at_last = [this] {
+        if (closing)
             close();
     };
-    connect(firmware_page, &FirmwarePage::idle, this, close_now, Qt::QueuedConnection);
-    connect(search_page, &SearchPage::idle, this, close_now, Qt::QueuedConnection);
+    connect(firmware_page, &FirmwarePage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(search_page, &SearchPage::idle, this, close_at_last, Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();
@@ -146,15 +146,22 @@ bool WorkbenchWindow::busy() const
     return firmware_page->busy() || search_page->busy();
 }
 
-bool WorkbenchWindow::closing_ask()
+void WorkbenchWindow::abort()
 {
-    const bool upgrade = firmware_page->busy();
-    const QString title = upgrade ? tr("Upgrade under way") : tr("Work under way");
-    const QString text =
-        upgrade ? tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
-                     "code; another run completes what this one began.")
-                : tr("The link is being used. Stop that and close?");
-    return QMessageBox::question(this, title, text) == QMessageBox::Yes;
+    firmware_page->abort();
+    search_page->abort();
+}
+
+bool WorkbenchWindow::close_confirmed()
+{
+    if (firmware_page->busy())
+        return QMessageBox::question(
+                   this, tr("Upgrade under way"),
+                   tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
+                      "code; another run completes what this one began.")) == QMessageBox::Yes;
+    return QMessageBox::question(this, tr("Search under way"),
+                                 tr("The link is being used for a search or a device. Stop that "
+                                    "and close?")) == QMessageBox::Yes;
 }
 
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
@@ -163,12 +170,10 @@ void WorkbenchWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         if (closing)
             return;
-        closing = closing_ask();
+        closing = close_confirmed();
+        if (closing && busy())
+            return abort();
         if (!closing)
-            return;
-        firmware_page->abort();
-        search_page->abort();
-        if (busy())
             return;
     }
     store();

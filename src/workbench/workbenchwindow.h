@@ -39,9 +39,9 @@ private:
     void language_choose(const QString& value);
     void palette_choose(const QString& value);
     void check_choice(QActionGroup* group, const QString& value);
-    // Whether the pages may end; asks while one is at work.
-    bool closing_ask();
     bool busy() const;
+    void abort();
+    bool close_confirmed();
     void load();
     void store() const;
     void retranslate();

@@ -2,6 +2,7 @@
 
 #include "linkcfg/inifile.h"
 #include "workbench/connectionbar.h"
+#include "workbench/exchangepage.h"
 #include "workbench/firmwarepage.h"
 #include "workbench/icons.h"
 #include "workbench/logdock.h"
@@ -31,6 +32,8 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     tabs->addTab(firmware_page, QString());
     search_page = new SearchPage(*bar);
     tabs->addTab(search_page, QString());
+    exchange_page = new ExchangePage(*bar);
+    tabs->addTab(exchange_page, QString());
     auto* const content = new QWidget;
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -46,6 +49,7 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     };
     connect(firmware_page, &FirmwarePage::idle, this, close_at_last, Qt::QueuedConnection);
     connect(search_page, &SearchPage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(exchange_page, &ExchangePage::idle, this, close_at_last, Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();
@@ -54,6 +58,7 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
 // The pages go before the connection that they work on, and both before the feed.
 WorkbenchWindow::~WorkbenchWindow()
 {
+    delete exchange_page;
     delete search_page;
     delete firmware_page;
     delete bar;
@@ -125,6 +130,7 @@ void WorkbenchWindow::load()
     bar->load(ini);
     firmware_page->load(ini);
     search_page->load(ini);
+    exchange_page->load(ini);
     restoreGeometry(GEOMETRY.read(ini));
     restoreState(STATE.read(ini));
 }
@@ -137,19 +143,21 @@ void WorkbenchWindow::store() const
     bar->store(ini);
     firmware_page->store(ini);
     search_page->store(ini);
+    exchange_page->store(ini);
     GEOMETRY.write_if_changed(ini, saveGeometry());
     STATE.write_if_changed(ini, saveState());
 }
 
 bool WorkbenchWindow::busy() const
 {
-    return firmware_page->busy() || search_page->busy();
+    return firmware_page->busy() || search_page->busy() || exchange_page->busy();
 }
 
 void WorkbenchWindow::abort()
 {
     firmware_page->abort();
     search_page->abort();
+    exchange_page->abort();
 }
 
 bool WorkbenchWindow::close_confirmed()
@@ -159,9 +167,9 @@ bool WorkbenchWindow::close_confirmed()
                    this, tr("Upgrade under way"),
                    tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
                       "code; another run completes what this one began.")) == QMessageBox::Yes;
-    return QMessageBox::question(this, tr("Search under way"),
-                                 tr("The link is being used for a search or a device. Stop that "
-                                    "and close?")) == QMessageBox::Yes;
+    return QMessageBox::question(this, tr("Link in use"),
+                                 tr("A search or an exchange is under way. Stop it and close?")) ==
+           QMessageBox::Yes;
 }
 
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
@@ -192,6 +200,7 @@ void WorkbenchWindow::retranslate()
     setWindowTitle(tr("Tarnwick Workbench"));
     tabs->setTabText(tabs->indexOf(firmware_page), tr("F&irmware"));
     tabs->setTabText(tabs->indexOf(search_page), tr("S&earch"));
+    tabs->setTabText(tabs->indexOf(exchange_page), tr("E&xchanges"));
     file_menu->setTitle(tr("&File"));
     quit_action->setText(tr("&Quit"));
     quit_action->setIcon(theme_icon("application-exit", QStyle::SP_DialogCloseButton));

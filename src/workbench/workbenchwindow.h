@@ -8,6 +8,7 @@
 #include <QMainWindow>
 
 class ConnectionBar;
+class ExchangePage;
 class FirmwarePage;
 class LogDock;
 class QActionGroup;
@@ -25,6 +26,7 @@ public:
 
     ConnectionBar& connection() const { return *bar; }
     FirmwarePage& firmware() const { return *firmware_page; }
+    ExchangePage& exchanges() const { return *exchange_page; }
     SearchPage& search() const { return *search_page; }
 
 protected:
@@ -56,6 +58,7 @@ private:
     QTabWidget* tabs;
     FirmwarePage* firmware_page;
     SearchPage* search_page;
+    ExchangePage* exchange_page;
     LogDock* log;
     QMenu* file_menu;
     QMenu* view_menu;

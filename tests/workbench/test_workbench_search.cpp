@@ -143,6 +143,7 @@ TEST_F(WorkbenchSearch, EndsWithASentenceWhenTheLinkOrTheDeviceGoes)
     EXPECT_TRUE(said().contains("has gone") || said().contains("is lost")) << qPrintable(said());
     EXPECT_EQ(window->search().devices().count(), 1);
     window.reset();
+    module.reset();
 
     device_start("echo"); // what it says back is no answer
     ASSERT_TRUE(connect_module());

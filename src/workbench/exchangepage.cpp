@@ -154,7 +154,8 @@ std::optional<QByteArray> ExchangePage::payload_typed()
     else if (typed.bytes.isEmpty())
         problem = tr("There is nothing to send: type the bytes first.");
     else if (typed.bytes.size() > LONGEST)
-        problem = tr("A payload has at most %1 bytes, not %2.").arg(LONGEST).arg(typed.bytes.size());
+        problem =
+            tr("A payload has at most %1 bytes, not %2.").arg(LONGEST).arg(typed.bytes.size());
     if (problem.isEmpty())
         return typed.bytes;
     notice->say(Notice::Kind::Problem, problem);

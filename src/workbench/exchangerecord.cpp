@@ -25,7 +25,8 @@ QString rows_text(const QByteArray& bytes)
     for (int at = 0; at < std::min(int(bytes.size()), MOST); at += ROW)
         text += row_text(bytes.mid(at, ROW));
     if (bytes.size() > MOST)
-        text += "    " + ExchangeRecord::tr("... and %1 bytes more").arg(bytes.size() - MOST) + '\n';
+        text +=
+            "    " + ExchangeRecord::tr("... and %1 bytes more").arg(bytes.size() - MOST) + '\n';
     return text;
 }
 
@@ -80,12 +81,19 @@ QString ExchangeRecord::details() const
 
 QString ExchangeRecord::command() const
 {
-    const QStringList words = {"tarnwickctl", "frame", "exchange",
-                               "--hex",       shown(request.payload),
-                               "--read",      QString::number(request.most),
-                               "--link",      link_text(request.stack.link),
-                               "--frame",     framers_text(request.stack.framers),
-                               "--timeout",   QString::number(request.stack.timeout_ms)};
+    const QStringList words = {"tarnwickctl",
+                               "frame",
+                               "exchange",
+                               "--hex",
+                               shown(request.payload),
+                               "--read",
+                               QString::number(request.most),
+                               "--link",
+                               link_text(request.stack.link),
+                               "--frame",
+                               framers_text(request.stack.framers),
+                               "--timeout",
+                               QString::number(request.stack.timeout_ms)};
     QStringList quoted;
     for (const QString& word : words)
         quoted += shell_word(word);

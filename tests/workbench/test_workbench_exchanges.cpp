@@ -54,7 +54,8 @@ TEST_F(WorkbenchExchanges, ShowsRequestAndReplyAsPayloadAndOnTheWire)
     EXPECT_EQ(last().wire[1].bytes, last().wire[0].bytes);
     EXPECT_EQ(last().reply.toHex(), "0102");
     EXPECT_GE(last().wait_ms, 25);
-    for (const char* const part : {"0.0 ms: sent on the wire, bytes: 4", "01 02 81 E1", "Reply after"})
+    for (const char* const part :
+         {"0.0 ms: sent on the wire, bytes: 4", "01 02 81 E1", "Reply after"})
         EXPECT_TRUE(details().contains(part)) << part << '\n' << qPrintable(details());
 
     find<QComboBox>("payload_kind")->setCurrentText("text");

@@ -27,15 +27,11 @@ BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)
                            QAbstractItemView::AnyKeyPressed);
     table->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont)); // of the cell being typed
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
-    extra_label = new QLabel;
-    extra_label->setObjectName("block_extra");
-    extra_label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 3);
 
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(place_create());
     layout->addWidget(table, 1);
-    layout->addWidget(extra_label);
     layout->addWidget(buttons_create());
     connect(&model, &BlockModel::edited_changed, this, &BlockBox::buttons_set);
     connect(&run, &CnetBlockRun::ended, this, &BlockBox::run_end);
@@ -86,6 +82,9 @@ QWidget* BlockBox::buttons_create()
     read_button = button_create("block_read", &BlockBox::read);
     write_button = button_create("block_write", &BlockBox::write);
     revert_button = button_create("block_revert", &BlockBox::revert);
+    extra_label = new QLabel;
+    extra_label->setObjectName("block_extra");
+    extra_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     auto* const widget = new QWidget;
     auto* const row = new QHBoxLayout(widget);
@@ -93,7 +92,7 @@ QWidget* BlockBox::buttons_create()
     row->addWidget(read_button);
     row->addWidget(write_button);
     row->addWidget(revert_button);
-    row->addStretch();
+    row->addWidget(extra_label, 1);
     return widget;
 }
 
@@ -224,8 +223,8 @@ void BlockBox::retranslate()
     channel_label->setText(tr("Channel:"));
     rate_label->setText(tr("Rate:"));
     table->setAccessibleName(tr("words of the configuration"));
-    extra_label->setText(model.is_empty() ? QString()
-                                          : tr("After the words: %1").arg(shown(extra)));
+    extra_label->setText(model.is_empty() ? QString() : tr("then: %1").arg(shown(extra)));
+    extra_label->setToolTip(tr("The bytes that follow the words."));
     read_button->setText(tr("Read &block"));
     read_button->setIcon(theme_icon("view-refresh", QStyle::SP_BrowserReload));
     write_button->setText(tr("Write"));

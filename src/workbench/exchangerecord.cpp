@@ -73,10 +73,10 @@ QString ExchangeRecord::details() const
                                        : tr("%1: received on the wire, bytes: %2");
         text += line.arg(ms_text(part.at_ms)).arg(part.bytes.size()) + '\n' + rows_text(part.bytes);
     }
-    if (ending == ExchangeEnding::Answered)
-        text += tr("Reply after %1, bytes of payload: %2").arg(wait_text()).arg(reply.size()) +
-                '\n' + rows_text(reply);
-    return text + sentence();
+    if (ending != ExchangeEnding::Answered)
+        return text + sentence();
+    return text + tr("Reply after %1, bytes of payload: %2").arg(wait_text()).arg(reply.size()) +
+           '\n' + rows_text(reply);
 }
 
 QString ExchangeRecord::command() const

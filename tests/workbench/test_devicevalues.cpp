@@ -47,8 +47,9 @@ TEST(HeatMap, FindsEachPairAtItsPlace)
         }
         CnetPair none;
         const QRect last = grid.cell(30, 2);
-        for (const QPoint place : {QPoint(59, 5), QPoint(100, -1), last.bottomRight() + QPoint(0, 1),
-                                   last.bottomRight() + QPoint(1, 0)})
+        for (const QPoint place :
+             {QPoint(59, 5), QPoint(100, -1), last.bottomRight() + QPoint(0, 1),
+              last.bottomRight() + QPoint(1, 0)})
             EXPECT_FALSE(grid.pair_at(place, none));
     }
 }

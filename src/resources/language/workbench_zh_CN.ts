@@ -2,6 +2,171 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>BlockBox</name>
+    <message>
+        <source>An address has 4 hexadecimal digits, or 16.</source>
+        <translation>地址是 4 位或 16 位十六进制数。</translation>
+    </message>
+    <message>
+        <source>Address, character %1: %2.</source>
+        <translation>地址，第 %1 个字符：%2。</translation>
+    </message>
+    <message>
+        <source>Changed words of %1 aren&apos;t written yet: write or revert them first.</source>
+        <translation>%1 的修改尚未写入：请先写入或还原。</translation>
+    </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Writing the configuration of %1 ...</source>
+        <translation>正在写入 %1 的配置……</translation>
+    </message>
+    <message>
+        <source>Reading the configuration of %1 ...</source>
+        <translation>正在读取 %1 的配置……</translation>
+    </message>
+    <message>
+        <source>The device %1 holds something else than was written: see the words in bold.</source>
+        <translation>设备 %1 中的内容与写入的不同：请看粗体的字。</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>配置</translation>
+    </message>
+    <message>
+        <source>Configuration of %1 on channel %2, %3</source>
+        <translation>%1 的配置，信道 %2，%3</translation>
+    </message>
+    <message>
+        <source>Address:</source>
+        <translation>地址：</translation>
+    </message>
+    <message>
+        <source>4 hexadecimal digits, or 16 for devices with long addresses. A device chosen fills in the first bytes of its answer.</source>
+        <translation>4 位十六进制数，长地址设备为 16 位。选中设备时会填入其应答的前几个字节。</translation>
+    </message>
+    <message>
+        <source>Channel:</source>
+        <translation>信道：</translation>
+    </message>
+    <message>
+        <source>Rate:</source>
+        <translation>速率：</translation>
+    </message>
+    <message>
+        <source>words of the configuration</source>
+        <translation>配置的各个字</translation>
+    </message>
+    <message>
+        <source>then: %1</source>
+        <translation>其后：%1</translation>
+    </message>
+    <message>
+        <source>The bytes that follow the words.</source>
+        <translation>各个字之后的字节。</translation>
+    </message>
+    <message>
+        <source>Read &amp;block</source>
+        <translation>读取配置(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>写入</translation>
+    </message>
+    <message>
+        <source>Re&amp;vert</source>
+        <translation>还原(&amp;V)</translation>
+    </message>
+</context>
+<context>
+    <name>BlockModel</name>
+    <message>
+        <source>a word has 8 hexadecimal digits</source>
+        <translation>一个字是 8 位十六进制数</translation>
+    </message>
+    <message>
+        <source>Word %1: %2.</source>
+        <translation>字 %1：%2。</translation>
+    </message>
+    <message>
+        <source>word %1</source>
+        <translation>字 %1</translation>
+    </message>
+    <message>
+        <source>To write</source>
+        <translation>待写入</translation>
+    </message>
+    <message>
+        <source>In the device</source>
+        <translation>设备中</translation>
+    </message>
+</context>
+<context>
+    <name>CnetWords</name>
+    <message>
+        <source>The search is over, devices found: %1.</source>
+        <translation>搜索结束，找到设备：%1 个。</translation>
+    </message>
+    <message>
+        <source>Nobody answered on these %1 pairs of channel and rate: are the devices on? A longer time-out gives them more time.</source>
+        <translation>在这 %1 个信道与速率的组合上没有应答：设备开机了吗？延长超时可给它们更多时间。</translation>
+    </message>
+    <message>
+        <source>No module reported itself: are they on? Listen for a longer time.</source>
+        <translation>没有模块上报：它们开机了吗？请延长收听时间。</translation>
+    </message>
+    <message>
+        <source>The search was stopped after %1 pairs, devices found: %2.</source>
+        <translation>搜索在 %1 个组合后停止，找到设备：%2 个。</translation>
+    </message>
+    <message>
+        <source>The search was stopped, devices found: %1.</source>
+        <translation>搜索已停止，找到设备：%1 个。</translation>
+    </message>
+    <message>
+        <source>The local device refuses a channel or rate of this search: leave it out.</source>
+        <translation>本地设备拒绝了此次搜索中的一个信道或速率：请去掉它。</translation>
+    </message>
+    <message>
+        <source>The local device can&apos;t be tuned, so the search has ended: is it on? Check its port, rate and format.</source>
+        <translation>无法设置本地设备的信道，搜索已结束：它开机了吗？请检查端口、速率和格式。</translation>
+    </message>
+    <message>
+        <source>The configuration of %1 is written and read back.</source>
+        <translation>%1 的配置已写入并回读。</translation>
+    </message>
+    <message>
+        <source>The configuration of %1 is read.</source>
+        <translation>%1 的配置已读取。</translation>
+    </message>
+    <message>
+        <source>The work on the configuration of %1 was stopped.</source>
+        <translation>对 %1 配置的操作已停止。</translation>
+    </message>
+    <message>
+        <source>The local device refuses this channel and rate.</source>
+        <translation>本地设备拒绝此信道和速率。</translation>
+    </message>
+    <message>
+        <source>The local device can&apos;t be tuned: is it on? Check its port, rate and format.</source>
+        <translation>无法设置本地设备的信道：它开机了吗？请检查端口、速率和格式。</translation>
+    </message>
+    <message>
+        <source>The device %1 refuses this configuration: read what it holds.</source>
+        <translation>设备 %1 拒绝此配置：请读取其当前内容。</translation>
+    </message>
+    <message>
+        <source>The device %1 doesn&apos;t confirm the new configuration: read what it holds.</source>
+        <translation>设备 %1 没有确认新配置：请读取其当前内容。</translation>
+    </message>
+    <message>
+        <source>The device %1 doesn&apos;t answer: check its address and that it is on, or give it a longer time-out.</source>
+        <translation>设备 %1 没有应答：请检查其地址以及是否开机，或延长超时。</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>Link</source>
@@ -141,6 +306,202 @@
     <message>
         <source>%1 bytes</source>
         <translation>%1 字节</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceTable</name>
+    <message>
+        <source>Channel</source>
+        <translation>信道</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>速率</translation>
+    </message>
+    <message>
+        <source>What it said</source>
+        <translation>应答内容</translation>
+    </message>
+    <message>
+        <source>Times</source>
+        <translation>次数</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangePage</name>
+    <message>
+        <source>Payload, character %1: %2.</source>
+        <translation>负载，第 %1 个字符：%2。</translation>
+    </message>
+    <message>
+        <source>There is nothing to send: type the bytes first.</source>
+        <translation>没有可发送的内容：请先输入字节。</translation>
+    </message>
+    <message>
+        <source>A payload has at most %1 bytes, not %2.</source>
+        <translation>负载最多 %1 字节，现在是 %2 字节。</translation>
+    </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Waiting for the reply ...</source>
+        <translation>正在等待应答……</translation>
+    </message>
+    <message>
+        <source>The command is on the clipboard.</source>
+        <translation>命令已复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>The command is on the clipboard. Disconnect before it runs: a port has one user.</source>
+        <translation>命令已复制到剪贴板。运行前请先断开：一个端口只能有一个使用者。</translation>
+    </message>
+    <message>
+        <source>&amp;Payload:</source>
+        <translation>负载(&amp;P)：</translation>
+    </message>
+    <message>
+        <source>Bytes as 01 02 03, or a text with the escapes \r \n \t \e \0 \\ and \x41. Enter sends it.</source>
+        <translation>形如 01 02 03 的字节，或可含转义 \r \n \t \e \0 \\ 和 \x41 的文本。按回车发送。</translation>
+    </message>
+    <message>
+        <source>hexadecimal</source>
+        <translation>十六进制</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>how the payload is typed</source>
+        <translation>负载的输入方式</translation>
+    </message>
+    <message>
+        <source>Reply, &amp;bytes at most:</source>
+        <translation>应答最多字节(&amp;B)：</translation>
+    </message>
+    <message>
+        <source>An exchange ends when so many bytes of payload have come, or after the time-out.</source>
+        <translation>收到这么多字节的负载或超时后，交互结束。</translation>
+    </message>
+    <message>
+        <source>&amp;Send</source>
+        <translation>发送(&amp;S)</translation>
+    </message>
+    <message>
+        <source>exchanges so far</source>
+        <translation>已有的交互</translation>
+    </message>
+    <message>
+        <source>Enter puts a request back into the line above.</source>
+        <translation>按回车把请求放回上面的输入行。</translation>
+    </message>
+    <message>
+        <source>the exchange chosen, as payload and on the wire</source>
+        <translation>所选交互的负载和线上内容</translation>
+    </message>
+    <message>
+        <source>Copy &amp;as command</source>
+        <translation>复制为命令(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Copies what does the same with tarnwickctl in a shell.</source>
+        <translation>复制一条在终端中用 tarnwickctl 完成同样操作的命令。</translation>
+    </message>
+    <message>
+        <source>Use a&amp;gain</source>
+        <translation>再次使用(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Clear his&amp;tory</source>
+        <translation>清空历史(&amp;T)</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeRecord</name>
+    <message>
+        <source>... and %1 bytes more</source>
+        <translation>……还有 %1 字节</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 毫秒</translation>
+    </message>
+    <message>
+        <source>Answered after %1, bytes of payload: %2.</source>
+        <translation>%1后收到应答，负载字节数：%2。</translation>
+    </message>
+    <message>
+        <source>The frame could not be sent: what is below the frame didn&apos;t take it; the log shows why.</source>
+        <translation>帧未能发送：其下层没有接收；原因见日志。</translation>
+    </message>
+    <message>
+        <source>Nothing came within %1 ms: is the device on? Check rate, format and frame, or give it a longer time-out.</source>
+        <translation>%1 毫秒内没有收到任何内容：设备开机了吗？请检查速率、格式和帧，或延长超时。</translation>
+    </message>
+    <message>
+        <source>What came is no frame of %1: check rate, format and frame.</source>
+        <translation>收到的不是 %1 的帧：请检查速率、格式和帧。</translation>
+    </message>
+    <message>
+        <source>The exchange was stopped before it was sent.</source>
+        <translation>交互在发送前已停止。</translation>
+    </message>
+    <message>
+        <source>Request, bytes of payload: %1</source>
+        <translation>请求，负载字节数：%1</translation>
+    </message>
+    <message>
+        <source>%1: sent on the wire, bytes: %2</source>
+        <translation>%1：线上发送字节数：%2</translation>
+    </message>
+    <message>
+        <source>%1: received on the wire, bytes: %2</source>
+        <translation>%1：线上接收字节数：%2</translation>
+    </message>
+    <message>
+        <source>Reply after %1, bytes of payload: %2</source>
+        <translation>%1后的应答，负载字节数：%2</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeTable</name>
+    <message>
+        <source>not sent</source>
+        <translation>未发送</translation>
+    </message>
+    <message>
+        <source>nothing in time</source>
+        <translation>超时无应答</translation>
+    </message>
+    <message>
+        <source>no frame</source>
+        <translation>不是帧</translation>
+    </message>
+    <message>
+        <source>link lost</source>
+        <translation>链路断开</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Request</source>
+        <translation>请求</translation>
+    </message>
+    <message>
+        <source>Reply</source>
+        <translation>应答</translation>
+    </message>
+    <message>
+        <source>After</source>
+        <translation>用时</translation>
     </message>
 </context>
 <context>
@@ -313,6 +674,87 @@
     <message>
         <source>&amp;Down</source>
         <translation>下移(&amp;D)</translation>
+    </message>
+</context>
+<context>
+    <name>HeatLegend</name>
+    <message>
+        <source>not in this search</source>
+        <translation>不在搜索范围</translation>
+    </message>
+    <message>
+        <source>waiting</source>
+        <translation>等待</translation>
+    </message>
+    <message>
+        <source>being searched</source>
+        <translation>正在搜索</translation>
+    </message>
+    <message>
+        <source>nobody</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>one device</source>
+        <translation>一个设备</translation>
+    </message>
+    <message>
+        <source>two</source>
+        <translation>两个</translation>
+    </message>
+    <message>
+        <source>three</source>
+        <translation>三个</translation>
+    </message>
+    <message>
+        <source>more</source>
+        <translation>更多</translation>
+    </message>
+</context>
+<context>
+    <name>HeatMapView</name>
+    <message>
+        <source>map of channels and rates</source>
+        <translation>信道与速率图</translation>
+    </message>
+    <message>
+        <source>no device found</source>
+        <translation>未找到设备</translation>
+    </message>
+</context>
+<context>
+    <name>HeatWords</name>
+    <message>
+        <source>Channel %1, %2</source>
+        <translation>信道 %1，%2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>one device answered.</source>
+        <translation>一个设备应答。</translation>
+    </message>
+    <message>
+        <source>%1 devices answered.</source>
+        <translation>%1 个设备应答。</translation>
+    </message>
+    <message>
+        <source>not in this search.</source>
+        <translation>不在此次搜索范围。</translation>
+    </message>
+    <message>
+        <source>not searched yet.</source>
+        <translation>尚未搜索。</translation>
+    </message>
+    <message>
+        <source>being searched.</source>
+        <translation>正在搜索。</translation>
+    </message>
+    <message>
+        <source>nobody answered.</source>
+        <translation>没有应答。</translation>
     </message>
 </context>
 <context>
@@ -576,6 +1018,112 @@
     </message>
 </context>
 <context>
+    <name>SearchBox</name>
+    <message>
+        <source>an address to ask for has 4 hexadecimal digits</source>
+        <translation>要询问的地址是 4 位十六进制数</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>信道</translation>
+    </message>
+    <message>
+        <source>Only address</source>
+        <translation>只搜地址</translation>
+    </message>
+    <message>
+        <source>%1, character %2: %3.</source>
+        <translation>%1，第 %2 个字符：%3. {1,?} {2:?}</translation>
+    </message>
+    <message>
+        <source>There is no rate to search: choose at least one.</source>
+        <translation>没有可搜索的速率：请至少选择一个。</translation>
+    </message>
+    <message>
+        <source>Devices:</source>
+        <translation>设备：</translation>
+    </message>
+    <message>
+        <source>cnet devices are asked on each channel and rate; Dorv modules report themselves.</source>
+        <translation>cnet 设备在每个信道和速率上被询问；Dorv 模块会自行上报。</translation>
+    </message>
+    <message>
+        <source>Ch&amp;annels:</source>
+        <translation>信道(&amp;A)：</translation>
+    </message>
+    <message>
+        <source>From 9 to 30, as in 9-12,30.</source>
+        <translation>9 到 30，如 9-12,30。</translation>
+    </message>
+    <message>
+        <source>Search at this rate.</source>
+        <translation>以此速率搜索。</translation>
+    </message>
+    <message>
+        <source>Only address:</source>
+        <translation>只搜地址：</translation>
+    </message>
+    <message>
+        <source>everybody</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Asks for this address alone, 4 hexadecimal digits.</source>
+        <translation>只询问此地址，4 位十六进制数。</translation>
+    </message>
+    <message>
+        <source>Lon&amp;g answers</source>
+        <translation>长应答(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Asks for the longer answers of devices with long addresses.</source>
+        <translation>要求长地址设备给出较长的应答。</translation>
+    </message>
+    <message>
+        <source>Listen for:</source>
+        <translation>收听时长：</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> 秒</translation>
+    </message>
+</context>
+<context>
+    <name>SearchPage</name>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Waiting for the link ...</source>
+        <translation>正在等待链路……</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
+    </message>
+    <message>
+        <source>devices found</source>
+        <translation>找到的设备</translation>
+    </message>
+    <message>
+        <source>A click, or Enter, reads the configuration of a cnet device.</source>
+        <translation>单击或按回车可读取 cnet 设备的配置。</translation>
+    </message>
+    <message>
+        <source>progress of the search</source>
+        <translation>搜索进度</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>开始(&amp;S)</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+</context>
+<context>
     <name>StackText</name>
     <message>
         <source>nothing here</source>
@@ -712,6 +1260,22 @@
     <message>
         <source>not a hexadecimal digit</source>
         <translation>不是十六进制数字</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2 is needed, or a range such as 9-30</source>
+        <translation>需要 %1 到 %2 的数，或如 9-30 的范围</translation>
+    </message>
+    <message>
+        <source>a range has two ends, as in 9-30</source>
+        <translation>范围有两端，如 9-30</translation>
+    </message>
+    <message>
+        <source>the range runs backwards</source>
+        <translation>范围前后颠倒</translation>
+    </message>
+    <message>
+        <source>an escape is one of \r \n \t \e \0 \\ and \xHH; \c ends a text</source>
+        <translation>转义为 \r \n \t \e \0 \\ 或 \xHH；\c 结束文本</translation>
     </message>
 </context>
 <context>
@@ -958,6 +1522,22 @@ The module stays in its boot code; another run completes what this one began.</s
     <message>
         <source>Fil&amp;ter the log</source>
         <translation>过滤日志(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Link in use</source>
+        <translation>链路正在使用</translation>
+    </message>
+    <message>
+        <source>A search or an exchange is under way. Stop it and close?</source>
+        <translation>正在搜索或交互。要停止并关闭吗？</translation>
+    </message>
+    <message>
+        <source>S&amp;earch</source>
+        <translation>搜索(&amp;E)</translation>
+    </message>
+    <message>
+        <source>E&amp;xchanges</source>
+        <translation>交互(&amp;X)</translation>
     </message>
 </context>
 </TS>

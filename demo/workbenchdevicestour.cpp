@@ -1,5 +1,6 @@
-// A tour of the workbench's pages for single devices that nobody has to click through: searches on a
-// cnet port, changes a word of a device, sends payloads to a port that echoes, and takes pictures.
+// A tour of the workbench's pages for single devices that nobody has to click through: searches on
+// a cnet port, changes a word of a device, sends payloads to a port that echoes, and takes
+// pictures.
 //
 //   tarnwick-workbench-devices-tour LANGUAGE PALETTE FOLDER CNET-PORT ECHO-PORT
 //

@@ -15,6 +15,10 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+namespace {
+constexpr int LEAST_ROWS = 8; // of the 13 words with their heading; a small screen has no more
+} // namespace
+
 BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)
     : QGroupBox(parent)
     , connection(connection)
@@ -28,6 +32,7 @@ BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)
     table->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont)); // of the cell being typed
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 3);
+    table->setMinimumHeight(LEAST_ROWS * table->verticalHeader()->defaultSectionSize());
 
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(place_create());

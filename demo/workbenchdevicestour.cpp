@@ -188,7 +188,7 @@ int main(int argc, char** argv)
         settings.setValue("workbench/language", words[1]);
         settings.setValue("workbench/palette", words[2]);
         settings.setValue("workbench/frame", "crc16");
-        settings.setValue("workbench/timeout", 100);
+        settings.setValue("workbench/timeout", 150);
     }
     QDir().mkpath(words[3]);
     return Tour(ini, words[3]).run(words[4], words[5]) ? 0 : 1;

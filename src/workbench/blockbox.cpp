@@ -148,7 +148,7 @@ void BlockBox::write()
 
 void BlockBox::revert()
 {
-    model.revert();
+    model.changes_drop();
 }
 
 void BlockBox::start(const CnetPlace& place, const QByteArray& block)

@@ -35,7 +35,7 @@ void BlockModel::held_set(const QByteArray& block)
     emit edited_changed();
 }
 
-void BlockModel::revert()
+void BlockModel::changes_drop()
 {
     beginResetModel();
     edited = held;
@@ -47,7 +47,7 @@ void BlockModel::revert()
 void BlockModel::clear()
 {
     held.clear();
-    revert();
+    changes_drop();
 }
 
 bool BlockModel::changed(int word) const

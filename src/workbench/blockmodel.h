@@ -17,8 +17,9 @@ public:
 
     // As read from the device. Words that were changed here stay as they are.
     void held_set(const QByteArray& block);
-    // Back to what the device holds.
-    void revert();
+    // Back to what the device holds. Not revert(), which Qt calls when the typing of one word is
+    // given up.
+    void changes_drop();
     void clear();
 
     bool is_empty() const { return held.isEmpty(); }

@@ -126,7 +126,7 @@ TEST(BlockModel, KeepsWhatWasTypedUntilItIsWrittenOrReverted)
     model.held_set(model.block()); // as after writing
     EXPECT_EQ(model.changed_words(), 0);
     type(0, "00000000");
-    model.revert();
+    model.changes_drop();
     EXPECT_EQ(model.block().mid(0, 8), QByteArray("BBBB\x01\x02\x03\x04", 8));
 }
 

@@ -3,6 +3,7 @@
 #include "workbench/cnetwords.h"
 #include "workbench/exchangerecord.h"
 #include "workbench/heatmappainter.h"
+#include "workbench/logmodel.h"
 
 #include <QImage>
 #include <QPainter>
@@ -172,4 +173,13 @@ TEST(ExchangeRecord, ShowsTheBeginningOfALongPartOnly)
     EXPECT_TRUE(text.contains("... and 63488 bytes more"));
     EXPECT_TRUE(text.contains("61 62 63 0D 0A                                   abc..\n"));
     EXPECT_LT(text.size(), 10000);
+}
+
+TEST(LogModel, ShowsTheBeginningOfALongLineAndKeepsTheWhole)
+{
+    LogModel model;
+    model.append({{0, "ttyUSB0", QString(200000, 'x') + "end"}, {0, "", "short"}});
+    EXPECT_LT(model.index(0).data().toString().size(), LogModel::MOST_SHOWN + 10);
+    EXPECT_TRUE(model.index(0).data(LogModel::WHOLE).toString().endsWith("xend"));
+    EXPECT_EQ(model.index(1).data(), model.index(1).data(LogModel::WHOLE));
 }

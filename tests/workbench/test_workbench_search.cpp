@@ -5,9 +5,11 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableView>
+#include <QToolTip>
 
 class WorkbenchSearch : public Workbench
 {
@@ -258,6 +260,12 @@ TEST_F(WorkbenchSearch, WorksByKeysAndNamesItsParts)
     EXPECT_EQ(text<QLabel>("heat_text"), "Channel 9, 500 kbps: one device answered.");
     EXPECT_EQ(QAccessible::queryAccessibleInterface(map)->text(QAccessible::Description),
               "Channel 9, 500 kbps: one device answered.");
+    const QPoint middle = map->rect().center();
+    QTest::mouseClick(map, Qt::LeftButton, {}, middle);
+    QHelpEvent hover(QEvent::ToolTip, middle, map->mapToGlobal(middle));
+    QApplication::sendEvent(map, &hover);
+    EXPECT_TRUE(QToolTip::text().startsWith("Channel "));
+    EXPECT_EQ(QToolTip::text(), text<QLabel>("heat_text"));
     QTest::keyClick(find<QTableView>("devices"), Qt::Key_Return);
     EXPECT_TRUE(says("The configuration of 12 34 is read."));
     for (QWidget* const widget : window->search().findChildren<QWidget*>()) {

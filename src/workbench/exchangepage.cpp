@@ -178,6 +178,14 @@ void ExchangePage::send()
     record_show();
 }
 
+void ExchangePage::abort()
+{
+    if (!busy())
+        return;
+    run.abort();
+    notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+}
+
 void ExchangePage::run_end(const ExchangeRecord& record)
 {
     table.append(record);

@@ -29,7 +29,8 @@ public:
 
     // Something would be lost by closing now.
     bool busy() const { return run.running(); }
-    void abort() { run.abort(); }
+    // One that has been sent ends with its reply or the time-out.
+    void abort();
     const ExchangeTable& history() const { return table; }
 
     void load(const QSettings& ini);

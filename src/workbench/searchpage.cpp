@@ -90,7 +90,7 @@ QWidget* SearchPage::run_row_create()
     bar->setObjectName("search_progress");
     bar->setValue(0);
     start_button = button_create("search_start", &SearchPage::start);
-    stop_button = button_create("search_stop", &SearchPage::stop);
+    stop_button = button_create("search_stop", &SearchPage::abort);
 
     auto* const widget = new QWidget;
     auto* const row = new QHBoxLayout(widget);
@@ -123,8 +123,8 @@ void SearchPage::connect_run()
             emit idle();
     });
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
-        if (connection.link().state() == LinkWorker::State::Closing && busy())
-            stop();
+        if (connection.link().state() == LinkWorker::State::Closing)
+            abort();
     });
 }
 
@@ -150,8 +150,12 @@ bool SearchPage::busy() const
 
 void SearchPage::abort()
 {
+    if (!busy())
+        return;
     run.abort();
     block->abort();
+    notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    stop_button->setEnabled(false);
 }
 
 void SearchPage::start()
@@ -177,13 +181,6 @@ void SearchPage::start()
         run.dorv_start(connection.link(), settings->duration_ms());
     page_set();
     stop_button->setFocus();
-}
-
-void SearchPage::stop()
-{
-    abort();
-    notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
-    stop_button->setEnabled(false);
 }
 
 void SearchPage::device_add(const FoundDevice& device)

@@ -28,6 +28,7 @@ public:
 
     // Something would be lost by closing now.
     bool busy() const;
+    // What is under way ends after its exchange.
     void abort();
     const HeatMap& map() const { return heat; }
     const DeviceTable& devices() const { return list; }
@@ -51,7 +52,6 @@ private:
     QPushButton* button_create(const char* name, void (SearchPage::*slot)());
 
     void start();
-    void stop();
     void device_add(const FoundDevice& device);
     void device_choose(const QModelIndex& index);
     void run_end(const SearchReport& report);

@@ -383,7 +383,7 @@
     </message>
     <message>
         <source>An exchange ends when so many bytes of payload have come, or after the time-out.</source>
-        <translation>收到这么多字节的负载或超时后，交互结束。</translation>
+        <translation>收到这么多字节的负载或超时后，收发结束。</translation>
     </message>
     <message>
         <source>&amp;Send</source>
@@ -391,7 +391,7 @@
     </message>
     <message>
         <source>exchanges so far</source>
-        <translation>已有的交互</translation>
+        <translation>已有的收发</translation>
     </message>
     <message>
         <source>Enter puts a request back into the line above.</source>
@@ -399,7 +399,7 @@
     </message>
     <message>
         <source>the exchange chosen, as payload and on the wire</source>
-        <translation>所选交互的负载和线上内容</translation>
+        <translation>所选收发的负载和线上内容</translation>
     </message>
     <message>
         <source>Copy &amp;as command</source>
@@ -416,6 +416,10 @@
     <message>
         <source>Clear his&amp;tory</source>
         <translation>清空历史(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
     </message>
 </context>
 <context>
@@ -446,7 +450,7 @@
     </message>
     <message>
         <source>The exchange was stopped before it was sent.</source>
-        <translation>交互在发送前已停止。</translation>
+        <translation>收发在发送前已停止。</translation>
     </message>
     <message>
         <source>Request, bytes of payload: %1</source>
@@ -1529,7 +1533,7 @@ The module stays in its boot code; another run completes what this one began.</s
     </message>
     <message>
         <source>A search or an exchange is under way. Stop it and close?</source>
-        <translation>正在搜索或交互。要停止并关闭吗？</translation>
+        <translation>正在搜索或收发。要停止并关闭吗？</translation>
     </message>
     <message>
         <source>S&amp;earch</source>
@@ -1537,7 +1541,7 @@ The module stays in its boot code; another run completes what this one began.</s
     </message>
     <message>
         <source>E&amp;xchanges</source>
-        <translation>交互(&amp;X)</translation>
+        <translation>收发(&amp;X)</translation>
     </message>
 </context>
 </TS>

@@ -1037,7 +1037,7 @@
     </message>
     <message>
         <source>%1, character %2: %3.</source>
-        <translation>%1，第 %2 个字符：%3. {1,?} {2:?}</translation>
+        <translation>%1，第 %2 个字符：%3。</translation>
     </message>
     <message>
         <source>There is no rate to search: choose at least one.</source>

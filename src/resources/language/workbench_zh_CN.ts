@@ -713,6 +713,14 @@
         <source>not a hexadecimal digit</source>
         <translation>不是十六进制数字</translation>
     </message>
+    <message>
+        <source>one of %1 is needed</source>
+        <translation>必须是 %1 之一</translation>
+    </message>
+    <message>
+        <source>%1 bytes in hexadecimal</source>
+        <translation>需要 %1 个字节的十六进制</translation>
+    </message>
 </context>
 <context>
     <name>Transfer</name>

@@ -1,6 +1,7 @@
 #include "workbench/connectionbar.h"
 
 #include "linkcfg/qlinkcfgdlg.h"
+#include "stack/shelltext.h"
 #include "workbench/frameboxes.h"
 #include "workbench/framerdialog.h"
 #include "workbench/icons.h"
@@ -28,18 +29,21 @@ ConnectionBar::ConnectionBar(LogFeed& feed, const QString& ini_path, QWidget* pa
     , ini_path(ini_path)
     , worker(feed, &recorder)
     , notice(new Notice)
+    , record_notice(new Notice)
 {
     setObjectName("connection");
     notice->setObjectName("connection_notice");
+    record_notice->setObjectName("record_notice");
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 6, 8, 4);
     layout->addWidget(texts_create());
     layout->addWidget(state_create());
+    layout->addWidget(record_notice);
     layout->addWidget(notice);
     connect(&worker, &LinkWorker::state_changed, this, &ConnectionBar::state_show);
     connect(&recorder, &LinkRecorder::changed, this, &ConnectionBar::record_show);
     connect(&recorder, &LinkRecorder::said, this, [this](bool good, const QString& sentence) {
-        notice->say(good ? Notice::Kind::Good : Notice::Kind::Problem, sentence);
+        record_notice->say(good ? Notice::Kind::Good : Notice::Kind::Problem, sentence);
     });
     retranslate();
     texts_check();
@@ -163,6 +167,8 @@ void ConnectionBar::toggle()
     if (worker.state() != LinkWorker::State::Closed)
         return worker.close();
     if (const auto stack = description()) {
+        if (!recorder.recording())
+            record_notice->clear();
         recorder.link_set(*stack);
         worker.open(*stack);
     }
@@ -180,6 +186,7 @@ void ConnectionBar::record_toggle()
         return;
     if (const auto stack = description())
         recorder.link_set(*stack);
+    record_notice->clear();
     recorder.start(dialog.selectedFiles().value(0));
 }
 
@@ -228,8 +235,8 @@ void ConnectionBar::frame_edit()
 // As the options of tarnwickctl.
 void ConnectionBar::copy() const
 {
-    QApplication::clipboard()->setText("--link " + link_text_edit->text().trimmed() + " --frame " +
-                                       frame_text_edit->text().trimmed());
+    QApplication::clipboard()->setText("--link " + shell_word(link_text_edit->text().trimmed()) +
+                                       " --frame " + shell_word(frame_text_edit->text().trimmed()));
 }
 
 void ConnectionBar::state_show()

@@ -73,4 +73,5 @@ private:
     QPushButton* record_button;
     QCheckBox* log_box;
     Notice* notice;
+    Notice* record_notice; // stays when the link opens or closes
 };

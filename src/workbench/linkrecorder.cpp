@@ -103,9 +103,8 @@ void LinkRecorder::closed(const CaptureResult& result)
     if (result)
         emit said(true, tr("The recording is in %1.").arg(path));
     else
-        emit said(
-            false,
-            tr("The recording in %1 has gaps: %2 bytes are missing.").arg(path).arg(result.lost));
+        emit said(false, tr("The recording in %1 has gaps: %2 bytes are missing.")
+                             .arg(path, QString::number(result.lost)));
     emit changed();
 }
 
@@ -121,9 +120,8 @@ void LinkRecorder::report(const CaptureReport& report)
                                     .arg(report.path));
     case CaptureReport::Kind::Recovered:
     case CaptureReport::Kind::CaughtUp:
-        return emit said(
-            report.lost == 0,
-            tr("%1 is written again; bytes that were lost: %2.").arg(report.path).arg(report.lost));
+        return emit said(report.lost == 0, tr("%1 is written again; bytes that were lost: %2.")
+                                               .arg(report.path, QString::number(report.lost)));
     }
 }
 

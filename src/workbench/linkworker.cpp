@@ -114,7 +114,11 @@ void LinkWorker::close()
 
 void LinkWorker::run(const Job& job)
 {
-    inside->post([inside = inside, job] { job(inside->stack.get()); });
+    ++jobs;
+    inside->post([this, inside = inside, job] {
+        job(inside->stack.get());
+        home.post([this] { --jobs; });
+    });
 }
 
 void LinkWorker::state_set(State state, const std::optional<LinkProblem>& problem)

@@ -39,6 +39,8 @@ public:
     void close();
     // On the link's thread, in any case but that of an early end of the worker.
     void run(const Job& job);
+    // A job is under way, or waits.
+    bool busy() const { return jobs > 0; }
 
 signals:
     void state_changed();
@@ -52,5 +54,6 @@ private:
     QThread thread;
     LinkInside* inside; // lives on the thread
     State now = State::Closed;
+    int jobs = 0;
     std::optional<LinkProblem> last_problem;
 };

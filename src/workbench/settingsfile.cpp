@@ -38,7 +38,7 @@ SettingsFile SettingsFile::parse(const QString& name, const QString& text)
         try {
             file.lines.append(line_of(line, file.lines));
         } catch (const TextError& error) {
-            return {{}, tr("%1, line %2: %3.").arg(name).arg(number).arg(error.message)};
+            return {{}, tr("%1, line %2: %3.").arg(name, QString::number(number), error.message)};
         }
     }
     if (file.lines.isEmpty())

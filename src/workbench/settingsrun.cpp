@@ -26,62 +26,46 @@ bool take(SettingsReport& report, const SettingResult& result)
 }
 } // namespace
 
-SettingsRun::~SettingsRun()
-{
-    abort();
-    left->acquire(runs);
-    home.catch_up();
-}
-
 void SettingsRun::start(LinkWorker& link, const QVector<SettingTask>& tasks)
 {
-    under_way = true;
-    abort_asked = false;
-    ++runs;
     QVector<SettingTask> ordered = tasks;
     std::stable_partition(ordered.begin(), ordered.end(),
                           [](const SettingTask& task) { return !goes_last(task); });
-    link.run([this, ordered, left = left](Stack* stack) {
-        SettingsReport report;
+    const auto run = [this, ordered](Stack* stack) {
+        report = {};
+        report.total = int(ordered.size());
+        if (stack)
+            return work(*stack, ordered);
         report.ending = SettingsEnding::Silent;
         report.link.kind = LinkTrouble::ConnectionLost;
-        if (stack)
-            report = work(*stack, ordered);
-        home.post([this, report] {
-            under_way = false;
-            emit ended(report);
-        });
-        left->release();
-    });
+    };
+    job.start(link, run, [this] { emit ended(report); });
 }
 
 // On the link's thread, as is all below.
-SettingsReport SettingsRun::work(Stack& stack, const QVector<SettingTask>& tasks)
+void SettingsRun::work(Stack& stack, const QVector<SettingTask>& tasks)
 {
     DorvCfg cfg(&stack.link());
     cfg.framer_set(&stack.top());
-    SettingsReport report;
-    report.total = int(tasks.size());
-    for (const SettingTask& task : tasks) {
-        report.kind = task.kind;
-        report.last = task.setting ? task.setting->name : QString();
-        if (abort_asked) {
+    for (const SettingTask& next : tasks) {
+        report.kind = next.kind;
+        report.last = next.setting ? next.setting->name : QString();
+        if (job.aborted()) {
             report.ending = SettingsEnding::Aborted;
             break;
         }
-        const SettingResult found = carry_out(cfg, task);
-        home.post([this, found] { emit result(found); });
+        const SettingResult found = carry_out(cfg, next);
+        job.report([this, found] { emit result(found); });
         if (!take(report, found))
             break;
     }
     report.link = stack.trouble();
-    return report;
 }
 
 template <typename Operation>
 DorvOutcome SettingsRun::repeated(DorvCfg& cfg, Operation operation) const
 {
-    for (int attempt = 0; attempt == 0 || (attempt < ATTEMPTS && !abort_asked); ++attempt) {
+    for (int attempt = 0; attempt == 0 || (attempt < ATTEMPTS && !job.aborted()); ++attempt) {
         operation();
         if (cfg.outcome() != DorvOutcome::NoReply)
             break;

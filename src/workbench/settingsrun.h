@@ -3,10 +3,7 @@
 
 #include "tools/dorvcfg.h"
 #include "tools/dorvsettings.h"
-#include "workbench/linkworker.h"
-
-#include <QSemaphore>
-#include <atomic>
+#include "workbench/linktask.h"
 
 struct SettingTask
 {
@@ -54,32 +51,27 @@ public:
     // For each question; a repeated one does no harm.
     static constexpr int ATTEMPTS = 2;
 
+    // At its end it aborts a run and waits for it.
     using QObject::QObject;
-    // Aborts a run and waits for it.
-    ~SettingsRun() override;
 
-    bool running() const { return under_way; }
+    bool running() const { return job.running(); }
     // Only while none is running, on an open link, which outlives it. The tasks are of one kind.
     // What is written is read back where the module lets it.
     void start(LinkWorker& link, const QVector<SettingTask>& tasks);
     // After the exchange under way.
-    void abort() { abort_asked = true; }
+    void abort() { job.abort(); }
 
 signals:
     void result(SettingResult result);
     void ended(SettingsReport report);
 
 private:
-    SettingsReport work(Stack& stack, const QVector<SettingTask>& tasks);
+    void work(Stack& stack, const QVector<SettingTask>& tasks);
     SettingResult carry_out(DorvCfg& cfg, const SettingTask& task) const;
     void write(DorvCfg& cfg, const SettingTask& task, SettingResult& result) const;
     void read(DorvCfg& cfg, const SettingTask& task, SettingResult& result) const;
     template <typename Operation> DorvOutcome repeated(DorvCfg& cfg, Operation operation) const;
 
-    Mailbox home; // for what comes back from the link's thread
-    bool under_way = false;
-    std::atomic<bool> abort_asked{false};
-    // One for each run that has left the link's thread.
-    const std::shared_ptr<QSemaphore> left = std::make_shared<QSemaphore>();
-    int runs = 0;
+    SettingsReport report; // of the last run
+    LinkTask job;          // goes first, as its work uses the rest
 };

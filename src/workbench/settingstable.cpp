@@ -6,12 +6,13 @@
 
 #include <QFont>
 #include <algorithm>
+#include <utility>
 
 SettingsTable::SettingsTable(QObject* parent)
     : QAbstractTableModel(parent)
 {
     for (const DorvSetting& setting : dorv_settings())
-        rows.append({&setting, {}, {}});
+        rows.append({&setting, {}, {}, {}});
 }
 
 bool SettingsTable::differs(int row) const
@@ -20,18 +21,14 @@ bool SettingsTable::differs(int row) const
     return !of_row.wanted.isEmpty() && !SettingValue::begins(of_row.held, of_row.wanted);
 }
 
-int SettingsTable::differing() const
+QVector<int> SettingsTable::differing() const
 {
-    int count = 0;
-    for (int row = 0; row < rows.size(); ++row)
-        count += differs(row);
-    return count;
-}
-
-int SettingsTable::known() const
-{
-    return int(std::count_if(rows.cbegin(), rows.cend(),
-                             [](const Row& row) { return !row.held.isEmpty(); }));
+    QVector<int> found;
+    for (int row = 0; row < rows.size(); ++row) {
+        if (differs(row))
+            found.append(row);
+    }
+    return found;
 }
 
 QString SettingsTable::problem(int row) const
@@ -105,6 +102,24 @@ void SettingsTable::result_take(const SettingResult& result)
         row.last = Last::Refused;
     }
     row_changed(at);
+}
+
+void SettingsTable::module_forget()
+{
+    for (Row& row : rows) {
+        if (!row.held.isEmpty())
+            row.seen = std::exchange(row.held, {});
+        row.last = Last::Nothing;
+    }
+    retranslate();
+}
+
+int SettingsTable::replaced_by(const SettingsFile& file) const
+{
+    return int(std::count_if(file.lines.cbegin(), file.lines.cend(), [&](const SettingLine& line) {
+        const int row = row_of(line.setting);
+        return differs(row) && rows[row].wanted != line.value;
+    }));
 }
 
 void SettingsTable::file_take(const SettingsFile& file)
@@ -239,11 +254,12 @@ QVariant SettingsTable::data(const QModelIndex& index, int role) const
 
 bool SettingsTable::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (!index.isValid() || index.column() != VALUE || role != Qt::EditRole || !editable)
+    if (!index.isValid() || index.column() != VALUE || role != Qt::EditRole)
         return false;
     Row& row = rows[index.row()];
     const QString typed = value.toString().trimmed();
-    if (typed == shown(row))
+    // What another module held is confirmed by the same text.
+    if (typed == shown(row) && !(row.wanted.isEmpty() && row.held.isEmpty()))
         return true;
     row.last = Last::Nothing;
     want(row, typed);
@@ -263,5 +279,5 @@ QVariant SettingsTable::headerData(int section, Qt::Orientation orientation, int
 Qt::ItemFlags SettingsTable::flags(const QModelIndex& index) const
 {
     const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    return index.column() == VALUE && editable ? flags | Qt::ItemIsEditable : flags;
+    return index.column() == VALUE ? flags | Qt::ItemIsEditable : flags;
 }

@@ -19,8 +19,8 @@ public:
     const DorvSetting& setting(int row) const { return *rows[row].setting; }
     // What the module isn't known to hold, though it shall.
     bool differs(int row) const;
-    int differing() const;
-    int known() const; // that the module is known to hold
+    // The rows that differ.
+    QVector<int> differing() const;
     // What is wrong with the value; empty when it can be written.
     QString problem(int row) const;
 
@@ -31,12 +31,15 @@ public:
     // What a run shows before its results come; with none at the end.
     void waiting_set(const QVector<SettingTask>& tasks);
     void result_take(const SettingResult& result);
+    // Another module may be at the link now. Values stay to be looked at, and to be written.
+    void module_forget();
 
+    // How many values that shall be written would give way to others.
+    int replaced_by(const SettingsFile& file) const;
     // Values that the module shall hold; all others stay as they are.
     void file_take(const SettingsFile& file);
     // All values that are known or wanted, and whole.
     SettingsFile file() const;
-    void editable_set(bool on) { editable = on; }
     void retranslate();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -52,6 +55,7 @@ private:
     {
         const DorvSetting* setting;
         QString held;   // as far as it is known
+        QString seen;   // what the module before held
         QString wanted; // when it isn't what is held; as typed where that is no value
         Last last = Last::Nothing;
         QString reply = {}; // of Refused
@@ -60,7 +64,7 @@ private:
     int row_of(const DorvSetting* setting) const;
     const QString& shown(const Row& row) const
     {
-        return row.wanted.isEmpty() ? row.held : row.wanted;
+        return !row.wanted.isEmpty() ? row.wanted : !row.held.isEmpty() ? row.held : row.seen;
     }
     void want(Row& row, const QString& text);
     QString text(int row, int column) const;
@@ -68,5 +72,4 @@ private:
     void row_changed(int row);
 
     QVector<Row> rows;
-    bool editable = true;
 };

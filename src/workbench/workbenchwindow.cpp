@@ -6,6 +6,7 @@
 #include "workbench/icons.h"
 #include "workbench/logdock.h"
 #include "workbench/settingkeys.h"
+#include "workbench/settingspage.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -28,6 +29,8 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     tabs->setDocumentMode(true);
     firmware_page = new FirmwarePage(*bar, feed, nullptr);
     tabs->addTab(firmware_page, QString());
+    settings_page = new SettingsPage(*bar, nullptr);
+    tabs->addTab(settings_page, QString());
     auto* const content = new QWidget;
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -37,13 +40,12 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     log = new LogDock(feed, this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     menus_create();
-    connect(
-        firmware_page, &FirmwarePage::idle, this,
-        [this] {
-            if (closing)
-                close();
-        },
-        Qt::QueuedConnection);
+    const auto close_at_last = [this] {
+        if (closing)
+            close();
+    };
+    connect(firmware_page, &FirmwarePage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(settings_page, &SettingsPage::idle, this, close_at_last, Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();
@@ -52,6 +54,7 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
 // The pages go before the connection that they work on, and both before the feed.
 WorkbenchWindow::~WorkbenchWindow()
 {
+    delete settings_page;
     delete firmware_page;
     delete bar;
     delete log;
@@ -136,19 +139,38 @@ void WorkbenchWindow::store() const
     STATE.write_if_changed(ini, saveState());
 }
 
+bool WorkbenchWindow::busy() const
+{
+    return firmware_page->busy() || settings_page->busy();
+}
+
+void WorkbenchWindow::abort()
+{
+    firmware_page->abort();
+    settings_page->abort();
+}
+
+bool WorkbenchWindow::close_confirmed()
+{
+    if (firmware_page->busy())
+        return QMessageBox::question(
+                   this, tr("Upgrade under way"),
+                   tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
+                      "code; another run completes what this one began.")) == QMessageBox::Yes;
+    return QMessageBox::question(this, tr("Settings under way"),
+                                 tr("Settings are being read or written. Stop after the one under "
+                                    "way and close?")) == QMessageBox::Yes;
+}
+
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
 {
-    if (firmware_page->busy()) {
+    if (busy()) {
         event->ignore();
         if (closing)
             return;
-        const auto answer = QMessageBox::question(
-            this, tr("Upgrade under way"),
-            tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot code; "
-               "another run completes what this one began."));
-        closing = answer == QMessageBox::Yes;
-        if (closing && firmware_page->busy())
-            return firmware_page->abort();
+        closing = close_confirmed();
+        if (closing && busy())
+            return abort();
         if (!closing)
             return;
     }
@@ -167,6 +189,7 @@ void WorkbenchWindow::retranslate()
 {
     setWindowTitle(tr("Tarnwick Workbench"));
     tabs->setTabText(0, tr("F&irmware"));
+    tabs->setTabText(1, tr("M&odule settings"));
     file_menu->setTitle(tr("&File"));
     quit_action->setText(tr("&Quit"));
     quit_action->setIcon(theme_icon("application-exit", QStyle::SP_DialogCloseButton));

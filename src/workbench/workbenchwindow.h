@@ -12,6 +12,7 @@ class FirmwarePage;
 class LogDock;
 class QActionGroup;
 class QTabWidget;
+class SettingsPage;
 
 class WorkbenchWindow : public QMainWindow
 {
@@ -24,6 +25,7 @@ public:
 
     ConnectionBar& connection() const { return *bar; }
     FirmwarePage& firmware() const { return *firmware_page; }
+    SettingsPage& settings() const { return *settings_page; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -37,6 +39,9 @@ private:
     void language_choose(const QString& value);
     void palette_choose(const QString& value);
     void check_choice(QActionGroup* group, const QString& value);
+    bool busy() const;
+    void abort();
+    bool close_confirmed();
     void load();
     void store() const;
     void retranslate();
@@ -50,6 +55,7 @@ private:
     ConnectionBar* bar;
     QTabWidget* tabs;
     FirmwarePage* firmware_page;
+    SettingsPage* settings_page;
     LogDock* log;
     QMenu* file_menu;
     QMenu* view_menu;

@@ -2,7 +2,7 @@
 # ./run.sh               installs what is missing, builds, and opens the window beside a simulated
 #                        device that echoes; without a display the window drives itself on a virtual one
 # ./run.sh upgrade-demo  gives a simulated module new firmware
-# ./run.sh workbench     opens the workbench on three simulated modules; without a display it is driven
+# ./run.sh workbench     opens the workbench on four simulated modules; without a display it is driven
 #                        on a virtual one, in both languages and palettes
 set -eu
 cd "$(dirname "$0")"
@@ -72,7 +72,7 @@ upgrade_demo() {
   echo "The module's memory holds what the file does."
 }
 
-# Three modules with old firmware, whose ports are in $ports.
+# Three modules with old firmware and a Dorv module, whose ports are in $ports.
 simulate_modules() {
   ports=""
   for number in 1 2 3; do
@@ -81,14 +81,16 @@ simulate_modules() {
       --hard-info A10203
     ports="$ports $port"
   done
+  simulate dorv
+  ports="$ports $port"
 }
 
 workbench() {
   head -c 100000 /dev/urandom >"$work/M1_2.3.bin"
   simulate_modules
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "Modules are at$ports, their new firmware is $work/M1_2.3.bin:"
-    echo "choose the first one's link, connect, choose the file, start."
+    echo "Modules are at$ports, the new firmware of the first three is $work/M1_2.3.bin:"
+    echo "choose the first one's link, connect, choose the file, start. The last one has settings."
     "$bin/src/workbench/tarnwick-workbench"
     return
   fi

@@ -7,6 +7,7 @@
 
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -58,11 +59,22 @@ QWidget* SettingsPage::table_create()
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     const int letter = view->fontMetrics().averageCharWidth();
-    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 36, 36, 34, 7, 20};
+    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 26, 32, 6};
     for (int column = 0; column < SettingsTable::COLUMNS; ++column)
         view->setColumnWidth(column, letter * LETTERS[column]);
+    hint = new QLabel;
+    hint->setObjectName("setting_hint");
+    hint->setWordWrap(true);
+    connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &SettingsPage::hint_show);
     view->setCurrentIndex(table.index(0, SettingsTable::VALUE));
-    return view;
+
+    auto* const widget = new QWidget;
+    auto* const column = new QVBoxLayout(widget);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(view, 1);
+    column->addWidget(hint);
+    return widget;
 }
 
 QPushButton* SettingsPage::button_create(const char* name, void (SettingsPage::*slot)())
@@ -115,6 +127,15 @@ void SettingsPage::connect_all()
         if (connection.link().state() == LinkWorker::State::Opening)
             table.module_forget();
     });
+}
+
+// Of the row that the keys are at.
+void SettingsPage::hint_show()
+{
+    const QModelIndex at = table.index(view->currentIndex().row(), SettingsTable::NAME);
+    const QString range = table.index(at.row(), SettingsTable::TAKES).data().toString();
+    hint->setText(at.data(Qt::ToolTipRole).toString() + "  " + range);
+    view->setAccessibleDescription(hint->text());
 }
 
 QVector<int> SettingsPage::selection() const
@@ -290,7 +311,7 @@ void SettingsPage::retranslate()
         tr("A module that is busy with radio traffic takes commands only after this."));
     read_all_button->setText(tr("Read &all"));
     read_all_button->setIcon(theme_icon("view-refresh", QStyle::SP_BrowserReload));
-    read_button->setText(tr("Read selectio&n"));
+    read_button->setText(tr("Read selection"));
     compare_button->setText(tr("Com&pare with file..."));
     compare_button->setIcon(theme_icon("document-open", QStyle::SP_DirOpenIcon));
     compare_button->setToolTip(tr("Fills the column Value from a file; what the module holds "
@@ -304,5 +325,6 @@ void SettingsPage::retranslate()
     stop_button->setText(tr("S&top"));
     stop_button->setIcon(theme_icon("process-stop", QStyle::SP_BrowserStop));
     table.retranslate();
+    hint_show();
     buttons_set();
 }

@@ -8,6 +8,7 @@
 
 class ConnectionBar;
 class Notice;
+class QLabel;
 class QProgressBar;
 class QPushButton;
 class QTableView;
@@ -53,6 +54,7 @@ private:
     void start(const QVector<SettingTask>& tasks);
     void run_end(const SettingsReport& report);
     QVector<int> selection() const;
+    void hint_show();
     void buttons_set();
     void retranslate();
 
@@ -60,6 +62,7 @@ private:
     SettingsTable table;
     SettingsRun run;
     QTableView* view;
+    QLabel* hint;
     QPushButton* read_all_button;
     QPushButton* read_button;
     QPushButton* compare_button;

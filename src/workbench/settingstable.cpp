@@ -272,7 +272,7 @@ QVariant SettingsTable::headerData(int section, Qt::Orientation orientation, int
     if (role != Qt::DisplayRole || orientation == Qt::Vertical)
         return {};
     const QString titles[COLUMNS] = {tr("Setting"), tr("Value"), tr("In the module"),
-                                     tr("Range"),   tr("Unit"),  tr("State")};
+                                     tr("State"),   tr("Range"), tr("Unit")};
     return titles[section];
 }
 

@@ -12,7 +12,7 @@ class SettingsTable : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { NAME, VALUE, HELD, TAKES, UNIT, STATE, COLUMNS };
+    enum Column { NAME, VALUE, HELD, STATE, TAKES, UNIT, COLUMNS };
 
     explicit SettingsTable(QObject* parent);
 

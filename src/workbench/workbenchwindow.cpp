@@ -189,7 +189,7 @@ void WorkbenchWindow::retranslate()
 {
     setWindowTitle(tr("Tarnwick Workbench"));
     tabs->setTabText(0, tr("F&irmware"));
-    tabs->setTabText(1, tr("M&odule settings"));
+    tabs->setTabText(1, tr("Mod&ule settings"));
     file_menu->setTitle(tr("&File"));
     quit_action->setText(tr("&Quit"));
     quit_action->setIcon(theme_icon("application-exit", QStyle::SP_DialogCloseButton));

@@ -113,7 +113,7 @@
     </message>
     <message>
         <source>Record...</source>
-        <translation>录制……</translation>
+        <translation>录制...</translation>
     </message>
     <message>
         <source>Recording into %1. Ends by %2.</source>
@@ -906,12 +906,8 @@
         <translation>全部读取(&amp;A)</translation>
     </message>
     <message>
-        <source>Read selectio&amp;n</source>
-        <translation>读取所选(&amp;N)</translation>
-    </message>
-    <message>
         <source>Com&amp;pare with file...</source>
-        <translation>与文件比较(&amp;P)……</translation>
+        <translation>与文件比较(&amp;P)...</translation>
     </message>
     <message>
         <source>Fills the column Value from a file; what the module holds otherwise is in bold.</source>
@@ -919,7 +915,7 @@
     </message>
     <message>
         <source>Sa&amp;ve to file...</source>
-        <translation>保存到文件(&amp;V)……</translation>
+        <translation>保存到文件(&amp;V)...</translation>
     </message>
     <message>
         <source>Writ&amp;e what differs</source>
@@ -944,6 +940,10 @@
     <message>
         <source>Settings in %1: %2. To be written: %3.</source>
         <translation>%1 中的参数：%2 个。待写入：%3 个。</translation>
+    </message>
+    <message>
+        <source>Read selection</source>
+        <translation>读取所选</translation>
     </message>
 </context>
 <context>
@@ -1453,8 +1453,8 @@ The module stays in its boot code; another run completes what this one began.</s
         <translation>正在读写参数。要在当前参数完成后停止并关闭吗？</translation>
     </message>
     <message>
-        <source>M&amp;odule settings</source>
-        <translation>模块参数(&amp;O)</translation>
+        <source>Mod&amp;ule settings</source>
+        <translation>模块参数(&amp;U)</translation>
     </message>
 </context>
 </TS>

@@ -318,10 +318,10 @@ void SettingsPage::retranslate()
                                   "otherwise is in bold."));
     save_button->setText(tr("Sa&ve to file..."));
     save_button->setIcon(theme_icon("document-save-as", QStyle::SP_DialogSaveButton));
-    write_all_button->setText(tr("Writ&e what differs"));
+    write_all_button->setText(tr("Write what differ&s"));
     write_all_button->setIcon(theme_icon("go-down", QStyle::SP_ArrowDown));
     write_all_button->setToolTip(tr("Writes the values in bold, and reads them back."));
-    write_button->setText(tr("Write &selection"));
+    write_button->setText(tr("Write selection"));
     stop_button->setText(tr("S&top"));
     stop_button->setIcon(theme_icon("process-stop", QStyle::SP_BrowserStop));
     table.retranslate();

@@ -918,16 +918,8 @@
         <translation>保存到文件(&amp;V)...</translation>
     </message>
     <message>
-        <source>Writ&amp;e what differs</source>
-        <translation>写入不同项(&amp;E)</translation>
-    </message>
-    <message>
         <source>Writes the values in bold, and reads them back.</source>
         <translation>写入粗体的值，并读回核对。</translation>
-    </message>
-    <message>
-        <source>Write &amp;selection</source>
-        <translation>写入所选(&amp;S)</translation>
     </message>
     <message>
         <source>S&amp;top</source>
@@ -944,6 +936,14 @@
     <message>
         <source>Read selection</source>
         <translation>读取所选</translation>
+    </message>
+    <message>
+        <source>Write what differ&amp;s</source>
+        <translation>写入不同项(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Write selection</source>
+        <translation>写入所选</translation>
     </message>
 </context>
 <context>

@@ -134,9 +134,10 @@ void UpgradeLine::table_show() const
     for (const auto& place : places) {
         const ModuleUpgrade& module = *place->module;
         const QString rest = module.failure() ? "failed    " + module.failure()->what
-                                              : QStringLiteral("upgraded  %1 bytes in %2  %3")
-                                                    .arg(QString::number(module.report().file_size),
-                                                         seconds_text(module), module.soft_info());
+                                              : QStringLiteral("upgraded  %1  %2 bytes in %3")
+                                                    .arg(module.soft_info(),
+                                                         QString::number(module.report().file_size),
+                                                         seconds_text(module));
         console.line(place->text.leftJustified(width) + "  " + rest);
     }
 }

@@ -94,9 +94,10 @@ TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
     EXPECT_EQ(good.exit, 0) << good.err.toStdString();
     const QList<QByteArray> lines = good.out.split('\n');
     ASSERT_EQ(lines.size(), 3) << good.out.toStdString();
-    EXPECT_TRUE(lines[0].contains("serial:boot ") &&
-                lines[0].contains("  upgraded  30000 bytes in "));
-    EXPECT_TRUE(lines[1].startsWith(links[1].toLatin1() + "  upgraded  30000 bytes in "));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(lines[i].startsWith(links[i].toLatin1() + ' ') &&
+                    lines[i].contains("  upgraded  M1 V1.00.000000 APP  30000 bytes in "))
+            << lines[i].toStdString();
     EXPECT_TRUE(good.err.contains("boot: Device: M1 V1")) << good.err.toStdString();
     EXPECT_TRUE(good.err.contains("100 %  60000 of 60000 bytes")) << good.err.toStdString();
     EXPECT_TRUE(file_content(log).contains(" boot ldr: device reboot"));

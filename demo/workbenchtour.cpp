@@ -162,7 +162,12 @@ private:
         value_type("devaddr", "0x26011bda");
         value_type("pwr", "256");
         auto* const table = window.findChild<QTableView*>("settings_table");
-        table->scrollToTop();
+        const auto place = [&](const char* name) {
+            return table->model()->match(table->model()->index(0, SettingsTable::NAME),
+                                         Qt::DisplayRole, name)[0];
+        };
+        table->setCurrentIndex(place("devaddr"));
+        table->scrollTo(place("pwr"), QAbstractItemView::PositionAtTop);
         shoot(window, "workbench-settings");
         value_type("pwr", "17");
         click("settings_write_differing");

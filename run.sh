@@ -2,7 +2,7 @@
 # ./run.sh               installs what is missing, builds, and opens the window beside a simulated
 #                        device that echoes; without a display the window drives itself on a virtual one
 # ./run.sh upgrade-demo  gives a simulated module new firmware
-# ./run.sh workbench     opens the workbench on three simulated modules, a cnet device with others in
+# ./run.sh workbench     opens the workbench on four simulated modules, a cnet device with others in
 #                        reach and a device that echoes; without a display it is driven on a virtual
 #                        one, in both languages and palettes
 set -eu
@@ -73,7 +73,7 @@ upgrade_demo() {
   echo "The module's memory holds what the file does."
 }
 
-# Three modules with old firmware, whose ports are in $ports.
+# Three modules with old firmware and a Dorv module, whose ports are in $ports.
 simulate_modules() {
   ports=""
   for number in 1 2 3; do
@@ -82,6 +82,8 @@ simulate_modules() {
       --hard-info A10203
     ports="$ports $port"
   done
+  simulate dorv
+  ports="$ports $port"
 }
 
 # For the pages Search and Exchanges.
@@ -97,8 +99,8 @@ workbench() {
   simulate_modules
   simulate_others
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "Modules are at$ports, their new firmware is $work/M1_2.3.bin:"
-    echo "choose the first one's link, connect, choose the file, start."
+    echo "Modules are at$ports, the new firmware of the first three is $work/M1_2.3.bin:"
+    echo "choose the first one's link, connect, choose the file, start. The last one has settings."
     echo "A cnet device for the page Search is at $cnet,"
     echo "one that echoes, for the page Exchanges, at $echo."
     "$bin/src/workbench/tarnwick-workbench"

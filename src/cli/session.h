@@ -15,6 +15,9 @@ QList<QCommandLineOption> stack_options(Needs needs);
 // The link and framers as the options say. Throws Failure when the texts are wrong.
 StackDescription stack_description(const Invocation& invocation);
 
+// One for each --link, on the same framers; at least one.
+QVector<StackDescription> stack_descriptions(const Invocation& invocation);
+
 // A log and a stack as the options say, not open yet. Throws Failure when the texts are wrong.
 struct Connection
 {

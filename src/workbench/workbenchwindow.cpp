@@ -8,6 +8,7 @@
 #include "workbench/logdock.h"
 #include "workbench/searchpage.h"
 #include "workbench/settingkeys.h"
+#include "workbench/settingspage.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -30,6 +31,8 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     tabs->setDocumentMode(true);
     firmware_page = new FirmwarePage(*bar, feed, nullptr);
     tabs->addTab(firmware_page, QString());
+    settings_page = new SettingsPage(*bar, nullptr);
+    tabs->addTab(settings_page, QString());
     search_page = new SearchPage(*bar);
     tabs->addTab(search_page, QString());
     exchange_page = new ExchangePage(*bar);
@@ -48,6 +51,7 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
             close();
     };
     connect(firmware_page, &FirmwarePage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(settings_page, &SettingsPage::idle, this, close_at_last, Qt::QueuedConnection);
     connect(search_page, &SearchPage::idle, this, close_at_last, Qt::QueuedConnection);
     connect(exchange_page, &ExchangePage::idle, this, close_at_last, Qt::QueuedConnection);
     resize(1100, 760);
@@ -60,6 +64,7 @@ WorkbenchWindow::~WorkbenchWindow()
 {
     delete exchange_page;
     delete search_page;
+    delete settings_page;
     delete firmware_page;
     delete bar;
     delete log;
@@ -150,12 +155,14 @@ void WorkbenchWindow::store() const
 
 bool WorkbenchWindow::busy() const
 {
-    return firmware_page->busy() || search_page->busy() || exchange_page->busy();
+    return firmware_page->busy() || settings_page->busy() || search_page->busy() ||
+           exchange_page->busy();
 }
 
 void WorkbenchWindow::abort()
 {
     firmware_page->abort();
+    settings_page->abort();
     search_page->abort();
     exchange_page->abort();
 }
@@ -167,6 +174,11 @@ bool WorkbenchWindow::close_confirmed()
                    this, tr("Upgrade under way"),
                    tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
                       "code; another run completes what this one began.")) == QMessageBox::Yes;
+    if (settings_page->busy())
+        return QMessageBox::question(
+                   this, tr("Settings under way"),
+                   tr("Settings are being read or written. Stop after the one under "
+                      "way and close?")) == QMessageBox::Yes;
     return QMessageBox::question(this, tr("Link in use"),
                                  tr("A search or an exchange is under way. Stop it and close?")) ==
            QMessageBox::Yes;
@@ -199,6 +211,7 @@ void WorkbenchWindow::retranslate()
 {
     setWindowTitle(tr("Tarnwick Workbench"));
     tabs->setTabText(tabs->indexOf(firmware_page), tr("F&irmware"));
+    tabs->setTabText(tabs->indexOf(settings_page), tr("Mod&ule settings"));
     tabs->setTabText(tabs->indexOf(search_page), tr("S&earch"));
     tabs->setTabText(tabs->indexOf(exchange_page), tr("E&xchanges"));
     file_menu->setTitle(tr("&File"));

@@ -13,6 +13,7 @@ class FirmwarePage;
 class LogDock;
 class QActionGroup;
 class QTabWidget;
+class SettingsPage;
 class SearchPage;
 
 class WorkbenchWindow : public QMainWindow
@@ -26,6 +27,7 @@ public:
 
     ConnectionBar& connection() const { return *bar; }
     FirmwarePage& firmware() const { return *firmware_page; }
+    SettingsPage& settings() const { return *settings_page; }
     ExchangePage& exchanges() const { return *exchange_page; }
     SearchPage& search() const { return *search_page; }
 
@@ -57,6 +59,7 @@ private:
     ConnectionBar* bar;
     QTabWidget* tabs;
     FirmwarePage* firmware_page;
+    SettingsPage* settings_page;
     SearchPage* search_page;
     ExchangePage* exchange_page;
     LogDock* log;

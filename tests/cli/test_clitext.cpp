@@ -1,6 +1,6 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
 #include "cli/cnetaddress.h"
-#include "cli/dorvsettings.h"
+#include "cli/dorvarguments.h"
 #include "cli/exchangelog.h"
 #include "cli/progress.h"
 #include "cli/typedargument.h"

@@ -25,6 +25,20 @@ TEST_F(Workbench, UpgradesAModuleOverALineWithFaults)
     EXPECT_EQ(text<QLabel>("page_size"), "4096 bytes");
 }
 
+TEST_F(Workbench, UpgradesAModuleOverTheNetworkAndSaysWhenItsConnectionIsLost)
+{
+    module_start("--listen 0");
+    type("link_text", "tcp:" + module->address);
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().contains("holds all 60000 bytes")) << qPrintable(notice());
+    EXPECT_EQ(rom(), mixed_bytes(60000));
+    module->process.kill();
+    ASSERT_TRUE(wait_until([&] { return text<QLabel>("connection_state") == "not connected"; }));
+    EXPECT_TRUE(notice("connection_notice").contains("is lost"));
+}
+
 TEST_F(Workbench, CompletesWhatAStoppedRunBegan)
 {
     module_start("--baud 460800");

@@ -264,6 +264,30 @@
         <source>Ti&amp;me-out:</source>
         <translation>超时(&amp;M)：</translation>
     </message>
+    <message>
+        <source>Record to</source>
+        <translation>录制到</translation>
+    </message>
+    <message>
+        <source>Captures (*.pcapng)</source>
+        <translation>抓包文件 (*.pcapng)</translation>
+    </message>
+    <message>
+        <source>Stop recording</source>
+        <translation>停止录制</translation>
+    </message>
+    <message>
+        <source>Record...</source>
+        <translation>录制...</translation>
+    </message>
+    <message>
+        <source>Recording into %1. Ends by %2.</source>
+        <translation>正在录制到 %1。按 %2 结束。</translation>
+    </message>
+    <message>
+        <source>Records all that passes the link into a capture (%1).</source>
+        <translation>把经过链路的所有数据录制到抓包文件（%1）。</translation>
+    </message>
 </context>
 <context>
     <name>DeviceBox</name>
@@ -590,10 +614,6 @@
         <translation>移除(&amp;V)</translation>
     </message>
     <message>
-        <source>Save res&amp;ults...</source>
-        <translation>保存结果(&amp;U)...</translation>
-    </message>
-    <message>
         <source>&amp;Start</source>
         <translation>开始(&amp;S)</translation>
     </message>
@@ -612,6 +632,10 @@
     <message>
         <source>U&amp;pgrade file:</source>
         <translation>升级文件(&amp;P)：</translation>
+    </message>
+    <message>
+        <source>Save results...</source>
+        <translation>保存结果...</translation>
     </message>
 </context>
 <context>
@@ -778,6 +802,41 @@
     <message>
         <source>Only serial and TCP/IP links can be used: choose one.</source>
         <translation>只能使用串口和 TCP/IP 链路：请选择其一。</translation>
+    </message>
+</context>
+<context>
+    <name>LinkRecorder</name>
+    <message>
+        <source>The system starts no thread for the recording: end other programs.</source>
+        <translation>系统无法为录制启动线程：请关闭其他程序。</translation>
+    </message>
+    <message>
+        <source>Recording into %1.</source>
+        <translation>正在录制到 %1。</translation>
+    </message>
+    <message>
+        <source>There is no recording (%1): choose another file.</source>
+        <translation>未能录制（%1）：请选择其他文件。</translation>
+    </message>
+    <message>
+        <source>The recording is in %1.</source>
+        <translation>录制内容已保存在 %1。</translation>
+    </message>
+    <message>
+        <source>The recording in %1 has gaps: %2 bytes are missing.</source>
+        <translation>%1 中的录制不完整：缺少 %2 字节。</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written (%2): make room, or plug the disk in.</source>
+        <translation>%1 无法写入（%2）：请腾出空间，或接上磁盘。</translation>
+    </message>
+    <message>
+        <source>The disk of %1 is too slow, and bytes are being lost: record to another one.</source>
+        <translation>%1 所在磁盘太慢，正在丢失数据：请录制到其他磁盘。</translation>
+    </message>
+    <message>
+        <source>%1 is written again; bytes that were lost: %2.</source>
+        <translation>%1 已恢复写入；丢失字节数：%2。</translation>
     </message>
 </context>
 <context>
@@ -1128,6 +1187,424 @@
     </message>
 </context>
 <context>
+    <name>SettingHints</name>
+    <message>
+        <source>Frequency of the radio.</source>
+        <translation>射频频率。</translation>
+    </message>
+    <message>
+        <source>Spreading factor: a higher one reaches farther and is slower.</source>
+        <translation>扩频因子：越大传得越远，也越慢。</translation>
+    </message>
+    <message>
+        <source>Bandwidth of the radio: a narrower one reaches farther and is slower.</source>
+        <translation>射频带宽：越窄传得越远，也越慢。</translation>
+    </message>
+    <message>
+        <source>Coding rate: how many bits go out for four of the payload.</source>
+        <translation>编码率：每 4 位载荷实际发送的位数。</translation>
+    </message>
+    <message>
+        <source>Transmit power, as the module counts it.</source>
+        <translation>发射功率，按模块自己的单位。</translation>
+    </message>
+    <message>
+        <source>Length of the preamble that is sent.</source>
+        <translation>发送前导码的长度。</translation>
+    </message>
+    <message>
+        <source>Length of the preamble that is expected.</source>
+        <translation>接收前导码的长度。</translation>
+    </message>
+    <message>
+        <source>Turns the radio&apos;s receiver off.</source>
+        <translation>关闭射频接收。</translation>
+    </message>
+    <message>
+        <source>How received payload is given out: as it is, or in hexadecimal.</source>
+        <translation>收到的载荷如何输出：原样，或十六进制。</translation>
+    </message>
+    <message>
+        <source>Turns off that the module repeats each command.</source>
+        <translation>关闭模块对命令的回显。</translation>
+    </message>
+    <message>
+        <source>Serial port of the module: bits per second, data bits, parity, stop bits. Written last; connect anew at the new rate.</source>
+        <translation>模块的串口：波特率、数据位、校验、停止位。最后写入；请用新速率重新连接。</translation>
+    </message>
+    <message>
+        <source>How serial data is packed for the radio.</source>
+        <translation>串口数据如何打包后无线发送。</translation>
+    </message>
+    <message>
+        <source>When the interrupt pin acts, and its value.</source>
+        <translation>中断引脚何时动作及其数值。</translation>
+    </message>
+    <message>
+        <source>Sleep of the module, and what wakes it; TIMEOUT is 0 with level. Written last.</source>
+        <translation>模块的休眠及唤醒方式；按电平唤醒时 TIMEOUT 为 0。最后写入。</translation>
+    </message>
+    <message>
+        <source>Address of the device in its network.</source>
+        <translation>设备在网络中的地址。</translation>
+    </message>
+    <message>
+        <source>How the device joins its network; only the way is read, not its value.</source>
+        <translation>设备的入网方式；只能读出方式，读不出数值。</translation>
+    </message>
+    <message>
+        <source>LoRaWAN class of the device.</source>
+        <translation>设备的 LoRaWAN 类别。</translation>
+    </message>
+    <message>
+        <source>Whether what is sent must be confirmed.</source>
+        <translation>发送的数据是否需要确认。</translation>
+    </message>
+    <message>
+        <source>Port number of sent data.</source>
+        <translation>发送数据的端口号。</translation>
+    </message>
+    <message>
+        <source>Index of the transmit power.</source>
+        <translation>发射功率的序号。</translation>
+    </message>
+    <message>
+        <source>Index of the data rate.</source>
+        <translation>数据速率的序号。</translation>
+    </message>
+    <message>
+        <source>How often unconfirmed data is repeated.</source>
+        <translation>无需确认的数据重复发送的次数。</translation>
+    </message>
+    <message>
+        <source>Whether the network adapts the data rate.</source>
+        <translation>是否由网络调整数据速率。</translation>
+    </message>
+    <message>
+        <source>Whether the data rate adapts while joining.</source>
+        <translation>入网时是否调整数据速率。</translation>
+    </message>
+    <message>
+        <source>The three values of the link check.</source>
+        <translation>链路检查的三个数值。</translation>
+    </message>
+    <message>
+        <source>Frequency of one channel, in Hz: the channel&apos;s number first.</source>
+        <translation>某个信道的频率，单位 Hz：先写信道号。</translation>
+    </message>
+    <message>
+        <source>Level, as the module counts it.</source>
+        <translation>级别，按模块自己的单位。</translation>
+    </message>
+    <message>
+        <source>The three values of the heartbeat.</source>
+        <translation>心跳的三个数值。</translation>
+    </message>
+    <message>
+        <source>The two limits of the power.</source>
+        <translation>功率的两个限值。</translation>
+    </message>
+    <message>
+        <source>EUI of the device, 8 bytes.</source>
+        <translation>设备 EUI，8 字节。</translation>
+    </message>
+    <message>
+        <source>EUI of the application, 8 bytes.</source>
+        <translation>应用 EUI，8 字节。</translation>
+    </message>
+    <message>
+        <source>Key of the application, 16 bytes. Keep files with it to yourself.</source>
+        <translation>应用密钥，16 字节。含有它的文件请勿外传。</translation>
+    </message>
+    <message>
+        <source>Session key of the application, 16 bytes.</source>
+        <translation>应用会话密钥，16 字节。</translation>
+    </message>
+    <message>
+        <source>Session key of the network, 16 bytes.</source>
+        <translation>网络会话密钥，16 字节。</translation>
+    </message>
+</context>
+<context>
+    <name>SettingValue</name>
+    <message>
+        <source>%1 takes: %2</source>
+        <translation>%1 的格式：%2</translation>
+    </message>
+    <message>
+        <source>%1 bytes in hexadecimal</source>
+        <translation>%1 个字节的十六进制</translation>
+    </message>
+    <message>
+        <source>0x0 to 0x%1</source>
+        <translation>0x0 到 0x%1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 到 %2</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsFile</name>
+    <message>
+        <source>there is no setting %1</source>
+        <translation>没有名为 %1 的参数</translation>
+    </message>
+    <message>
+        <source>%1 is there twice</source>
+        <translation>%1 出现了两次</translation>
+    </message>
+    <message>
+        <source>%1, line %2: %3.</source>
+        <translation>%1 第 %2 行：%3。</translation>
+    </message>
+    <message>
+        <source>There are no settings in %1.</source>
+        <translation>%1 中没有参数。</translation>
+    </message>
+    <message>
+        <source>%1 is no file.</source>
+        <translation>%1 不是文件。</translation>
+    </message>
+    <message>
+        <source>The file %1 can&apos;t be read (%2).</source>
+        <translation>文件 %1 无法读取（%2）。</translation>
+    </message>
+    <message>
+        <source>%1 is too large for a file of settings.</source>
+        <translation>%1 太大，不像参数文件。</translation>
+    </message>
+    <message>
+        <source>The file %1 can&apos;t be written (%2): choose another place.</source>
+        <translation>文件 %1 无法写入（%2）：请换个位置。</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsPage</name>
+    <message>
+        <source>Nothing of the selection can be read: select other rows.</source>
+        <translation>所选参数都不可读：请选择其他行。</translation>
+    </message>
+    <message>
+        <source>There is nothing to write: type a value, or compare with a file.</source>
+        <translation>没有要写入的值：请输入一个值，或与文件比较。</translation>
+    </message>
+    <message>
+        <source>Nothing is written, as a value has a mistake. %1: %2.</source>
+        <translation>有一个值不正确，未写入任何参数。%1：%2。</translation>
+    </message>
+    <message>
+        <source>There is no link to a module: connect first.</source>
+        <translation>没有到模块的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>The link works for another page: wait for its end, or stop it.</source>
+        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
+    </message>
+    <message>
+        <source>Settings are no payload: disconnect, and choose a frame without dorv.</source>
+        <translation>参数不是载荷：请断开连接，并选择不含 dorv 的帧。</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
+    </message>
+    <message>
+        <source>Compare with file</source>
+        <translation>与文件比较</translation>
+    </message>
+    <message>
+        <source>Settings (%1)</source>
+        <translation>参数文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Values not written yet</source>
+        <translation>有未写入的值</translation>
+    </message>
+    <message>
+        <source>Settings that are typed, not written, and different in the file: %1. Take the values of the file?</source>
+        <translation>已输入但未写入、且与文件不同的参数：%1 个。改用文件中的值吗？</translation>
+    </message>
+    <message>
+        <source>Settings in %1: %2. To be written: %3.</source>
+        <translation>%1 中的参数：%2 个。待写入：%3 个。</translation>
+    </message>
+    <message>
+        <source>There are no values to save: read all, or type some.</source>
+        <translation>没有可保存的值：请先读取全部，或输入一些值。</translation>
+    </message>
+    <message>
+        <source>Save to file</source>
+        <translation>保存到文件</translation>
+    </message>
+    <message>
+        <source>Settings in %1: %2.</source>
+        <translation>%1 中的参数：%2 个。</translation>
+    </message>
+    <message>
+        <source>settings of the module</source>
+        <translation>模块的参数</translation>
+    </message>
+    <message>
+        <source>settings read or written</source>
+        <translation>已读写的参数</translation>
+    </message>
+    <message>
+        <source>&amp;Begin command mode</source>
+        <translation>进入命令模式(&amp;B)</translation>
+    </message>
+    <message>
+        <source>A module that is busy with radio traffic takes commands only after this.</source>
+        <translation>正忙于无线收发的模块只有在此之后才接受命令。</translation>
+    </message>
+    <message>
+        <source>Read &amp;all</source>
+        <translation>全部读取(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Read selection</source>
+        <translation>读取所选</translation>
+    </message>
+    <message>
+        <source>Com&amp;pare with file...</source>
+        <translation>与文件比较(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Fills the column Value from a file; what the module holds otherwise is in bold.</source>
+        <translation>用文件填写“值”一列；与模块不同的以粗体显示。</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve to file...</source>
+        <translation>保存到文件(&amp;V)...</translation>
+    </message>
+    <message>
+        <source>Write what differ&amp;s</source>
+        <translation>写入不同项(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Writes the values in bold, and reads them back.</source>
+        <translation>写入粗体的值，并读回核对。</translation>
+    </message>
+    <message>
+        <source>Write selection</source>
+        <translation>写入所选</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsTable</name>
+    <message>
+        <source>waiting</source>
+        <translation>等待中</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>被拒绝：%1</translation>
+    </message>
+    <message>
+        <source>reads back as something else</source>
+        <translation>读回的值不同</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>echoed</source>
+        <translation>被回显</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>不同</translation>
+    </message>
+    <message>
+        <source>read</source>
+        <translation>已读取</translation>
+    </message>
+    <message>
+        <source>written, and read back</source>
+        <translation>已写入并读回</translation>
+    </message>
+    <message>
+        <source>written</source>
+        <translation>已写入</translation>
+    </message>
+    <message>
+        <source>can only be written</source>
+        <translation>只能写入</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>参数</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>In the module</source>
+        <translation>模块中的值</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>范围</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsVerdict</name>
+    <message>
+        <source>Settings written: %1 of %2.</source>
+        <translation>已写入参数：%1/%2。</translation>
+    </message>
+    <message>
+        <source>Settings read: %1 of %2.</source>
+        <translation>已读取参数：%1/%2。</translation>
+    </message>
+    <message>
+        <source>The module takes commands.</source>
+        <translation>模块已可接受命令。</translation>
+    </message>
+    <message>
+        <source>The module refuses the command mode.</source>
+        <translation>模块拒绝进入命令模式。</translation>
+    </message>
+    <message>
+        <source>%1 The column State says what became of the others.</source>
+        <translation>%1其余参数的情况见“状态”一列。</translation>
+    </message>
+    <message>
+        <source>The module doesn&apos;t answer: check that it is on, the rate, the format, and the frame, which mostly is none.</source>
+        <translation>模块无应答：请检查它是否开机，以及速率、格式和帧（通常为 none）。</translation>
+    </message>
+    <message>
+        <source>The module doesn&apos;t answer for %1: begin the command mode, and check the rate, the format, and the frame, which mostly is none.</source>
+        <translation>模块对 %1 无应答：请进入命令模式，并检查速率、格式和帧（通常为 none）。</translation>
+    </message>
+    <message>
+        <source>Stopped. %1</source>
+        <translation>已停止。%1</translation>
+    </message>
+    <message>
+        <source>The module repeats what it is sent: type off for the setting echo, and write it alone.</source>
+        <translation>模块会回显收到的内容：请把参数 echo 填为 off，并单独写入它。</translation>
+    </message>
+</context>
+<context>
     <name>StackText</name>
     <message>
         <source>nothing here</source>
@@ -1280,6 +1757,14 @@
     <message>
         <source>an escape is one of \r \n \t \e \0 \\ and \xHH; \c ends a text</source>
         <translation>转义为 \r \n \t \e \0 \\ 或 \xHH；\c 结束文本</translation>
+    </message>
+    <message>
+        <source>one of %1 is needed</source>
+        <translation>必须是 %1 之一</translation>
+    </message>
+    <message>
+        <source>%1 bytes in hexadecimal</source>
+        <translation>需要 %1 个字节的十六进制</translation>
     </message>
 </context>
 <context>
@@ -1542,6 +2027,18 @@ The module stays in its boot code; another run completes what this one began.</s
     <message>
         <source>E&amp;xchanges</source>
         <translation>收发(&amp;X)</translation>
+    </message>
+    <message>
+        <source>Settings under way</source>
+        <translation>正在读写参数</translation>
+    </message>
+    <message>
+        <source>Settings are being read or written. Stop after the one under way and close?</source>
+        <translation>正在读写参数。要在当前参数完成后停止并关闭吗？</translation>
+    </message>
+    <message>
+        <source>Mod&amp;ule settings</source>
+        <translation>模块参数(&amp;U)</translation>
     </message>
 </context>
 </TS>

@@ -78,7 +78,7 @@ SettingResult SettingsRun::carry_out(DorvCfg& cfg, const SettingTask& task) cons
     SettingResult result;
     result.setting = task.setting;
     result.kind = task.kind;
-    if (task.kind == SettingTask::Kind::CommandMode) {
+    if (!task.setting) {
         result.outcome = repeated(cfg, [&] { cfg.command_mode_enter(); });
         result.reply = cfg.reply();
         return result;

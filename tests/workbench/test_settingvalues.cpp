@@ -84,7 +84,9 @@ TEST_F(SettingsTableTest, ShowsWhatTheModuleHoldsAndKeepsWhatIsTyped)
     };
     for (const auto& expected : rows) {
         table.module_forget();
-        table.file_take({{{find_dorv_setting(expected.name), {}}}, {}}); // nothing is wanted
+        SettingsFile nothing_wanted;
+        nothing_wanted.lines.append({find_dorv_setting(expected.name), {}});
+        table.file_take(nothing_wanted);
         type(expected.name, expected.typed);
         result(expected.name, expected.kind, expected.outcome, expected.held,
                expected.back_differs);

@@ -1,9 +1,12 @@
 #include "workbench/settingspage.h"
 #include "workbenchtest.h"
 
+#include <QAccessible>
+#include <QClipboard>
 #include <QTabWidget>
 #include <QTableView>
 #include <captures.h>
+#include <set>
 
 class WorkbenchSettings : public Workbench
 {
@@ -14,7 +17,7 @@ protected:
         module = std::make_unique<Simulated>("dorv --settings " + sandbox.path("dorv") + options);
         configure("workbench/link", "serial:" + module->address + ",115200,8N1");
         configure("workbench/frame", "none");
-        configure("workbench/timeout", 200); // each read of a setting takes that long
+        configure("workbench/timeout", 300); // each read of a setting takes that long
         window_start();
         find<QTabWidget>("pages")->setCurrentIndex(1);
     }
@@ -158,6 +161,40 @@ TEST_F(WorkbenchSettings, AsksBeforeItClosesDuringARunAndStopsCleanly)
     EXPECT_TRUE(wait_until([&] { return !window->isVisible(); }));
     EXPECT_TRUE(said().startsWith("Stopped. Settings read: ")) << qPrintable(said());
     EXPECT_EQ(questions, 2);
+}
+
+TEST_F(WorkbenchSettings, WorksByKeysAloneAndCopiesTheLinkForAShell)
+{
+    dorv_start();
+    find<QTabWidget>("pages")->setCurrentIndex(0);
+    QApplication::setActiveWindow(window.get());
+    const auto press = [&](Qt::Key key) { QTest::keyClick(window.get(), key, Qt::AltModifier); };
+    press(Qt::Key_U);
+    press(Qt::Key_C);
+    ASSERT_TRUE(wait_until([&] { return text<QLabel>("connection_state") == "connected"; }));
+    press(Qt::Key_B);
+    EXPECT_TRUE(wait_until([&] { return said() == "The module takes commands."; }));
+    press(Qt::Key_A);
+    EXPECT_TRUE(wait_until([&] { return said() == "Settings read: 10 of 10."; }));
+    std::set<QWidget*> reached;
+    for (int step = 0; step < 60; ++step) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        reached.insert(QApplication::focusWidget());
+    }
+    for (const char* const name : {"record", "settings_table", "command_mode", "settings_read",
+                                   "settings_compare", "settings_save", "settings_write"})
+        EXPECT_EQ(reached.count(find<QWidget>(name)), 1u) << name;
+    for (QWidget* const widget : reached)
+        EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
+            << widget->metaObject()->className() << qPrintable(widget->objectName());
+    press(Qt::Key_C);
+    ASSERT_TRUE(wait_until([&] { return text<QLabel>("connection_state") == "not connected"; }));
+    type("link_text", "serial:/dev/my port,9600,8N1");
+    press(Qt::Key_Y);
+    EXPECT_TRUE(wait_until([&] {
+        return QApplication::clipboard()->text() ==
+               "--link 'serial:/dev/my port,9600,8N1' --frame none";
+    })) << qPrintable(QApplication::clipboard()->text());
 }
 
 TEST_F(WorkbenchSettings, RecordsWhatPassesTheLinkAndSaysWhereAndWhyNot)

@@ -85,7 +85,7 @@ TEST_F(SettingsTableTest, ShowsWhatTheModuleHoldsAndKeepsWhatIsTyped)
     for (const auto& expected : rows) {
         table.module_forget();
         SettingsFile nothing_wanted;
-        nothing_wanted.lines.append({find_dorv_setting(expected.name), {}});
+        nothing_wanted.lines.append(SettingLine{find_dorv_setting(expected.name), {}});
         table.file_take(nothing_wanted);
         type(expected.name, expected.typed);
         result(expected.name, expected.kind, expected.outcome, expected.held,

@@ -20,7 +20,7 @@ int main(int argc, char** argv)
     if (channels == 0)
         channels = (1U << CNET_CHANNELS) - 1;
     // The time-out is how long each channel is listened to after the last answer.
-    QLinkSerial link(words[1], {BAUD115200, DATA_8, PAR_NONE, STOP_1, FLOW_OFF, 300}, false);
+    QLinkSerial link(words[1], {BAUD115200, DATA_8, PAR_NONE, STOP_1, FLOW_OFF, 500}, false);
     if (link.open() != 0) {
         std::fprintf(stderr, "can't open %s\n", qPrintable(words[1]));
         return 1;

@@ -6,7 +6,7 @@ namespace {
 const char OVERVIEW[] =
     "tarnwick-sim plays a device on a virtual serial port, which tarnwick lists like a real one.\n"
     "\n"
-    "Usage: tarnwick-sim DEVICE [options]\n"
+    "Usage: tarnwick-sim DEVICE [FILE] [options]\n"
     "       tarnwick-sim help [DEVICE]\n"
     "       tarnwick-sim --version\n"
     "\n"
@@ -16,6 +16,8 @@ const char OVERVIEW[] =
     "  boot   a module whose firmware can be replaced through its boot code\n"
     "  cnet   a radio device with others in reach, to be configured and searched for\n"
     "  dorv   a radio module with AT commands that remembers its settings\n"
+    "  replay a capture FILE: what was received comes again at the same times\n"
+    "  answer a capture FILE: requests get the answers that the recorded device gave\n"
     "\n"
     "It prints the path of its port, runs until Ctrl-C, and takes the port away with it.\n"
     "\n"
@@ -24,7 +26,8 @@ const char OVERVIEW[] =
     "  tarnwick-sim boot --image rom.bin --module M1 --frame rtu:1 --verbose\n"
     "  tarnwick-sim boot --listen 4001 --drop 0.01 --double 0.01 --seed 7\n"
     "  tarnwick-sim cnet --device 12,1,0x1234 --device 30,2,0x1235\n"
-    "  tarnwick-sim dorv --settings module.txt\n";
+    "  tarnwick-sim dorv --settings module.txt\n"
+    "  tarnwick-sim answer field.pcapng --verbose\n";
 
 const QList<QCommandLineOption> COMMON = {
     {"name", "Name of the port in the folder of virtual ports; the device's kind if not given.",
@@ -34,14 +37,17 @@ const QList<QCommandLineOption> COMMON = {
      "port"},
     {"baud", "Carry bytes as slowly as a line of that rate does; 0 for no delay.", "bits/s", "0"},
     {"seed", "Start of all chances and texts: the same seed gives the same run.", "number", "1"},
-    {"drop", "Chance, 0 to 1, that a frame (echo and talk: a byte) is lost.", "chance", "0"},
-    {"corrupt", "Chance that one bit of a frame (echo and talk: a byte) is turned.", "chance", "0"},
-    {"double", "Chance that a frame (echo and talk: a byte) arrives twice.", "chance", "0"},
-    {"reorder", "Chance that a frame (echo and talk: a byte) arrives after the next one.", "chance",
+    {"drop", "Chance, 0 to 1, that a frame (echo, talk and replay: a byte) is lost.", "chance",
      "0"},
+    {"corrupt", "Chance that one bit of a frame (echo, talk and replay: a byte) is turned.",
+     "chance", "0"},
+    {"double", "Chance that a frame (echo, talk and replay: a byte) arrives twice.", "chance", "0"},
+    {"reorder", "Chance that a frame (echo, talk and replay: a byte) arrives after the next one.",
+     "chance", "0"},
     {"delay", "Hold answers back for this time.", "ms", "0"},
     {"delay-chance", "Chance that --delay holds back an answer.", "chance", "1"},
-    {"silent-after", "Fall silent after so many frames (echo and talk: bytes).", "count", "-1"},
+    {"silent-after", "Fall silent after so many frames (echo, talk and replay: bytes).", "count",
+     "-1"},
 };
 
 const QList<QCommandLineOption> TALK = {
@@ -92,6 +98,23 @@ const QList<QCommandLineOption> DORV = {
     {"settings", "File that keeps the settings from one run to the next.", "file"},
     {"partner", "A module in reach sends every payload back."},
     {"neighbours", "So many modules in reach announce themselves, over and over.", "count", "0"},
+};
+
+const QCommandLineOption CAPTURE_PORT = {
+    "port", "The port in the capture, by its name or the end of it; needed if there are several.",
+    "name"};
+
+const QList<QCommandLineOption> REPLAY = {
+    CAPTURE_PORT,
+    {"speed", "Play so many times as fast; 0 for as fast as it is taken.", "factor", "1"},
+    {"most-silence", "Cut longer silences to this; 0 for none.", "ms", "0"},
+};
+
+const QList<QCommandLineOption> ANSWER = {
+    CAPTURE_PORT,
+    {"gap", "A silence that ends a request.", "ms", "100"},
+    {"delays", "Answers come after the recorded time, not at once."},
+    {"near", "Give unknown requests the answer to the nearest one."},
 };
 
 void read_common(const OptionValues& values, Options& options)
@@ -256,12 +279,36 @@ void read_dorv(const OptionValues& values, Options& options)
     options.dorv.neighbours = int(values.integer("neighbours", 0, 1000));
 }
 
+void read_replay(const OptionValues& values, Options& options)
+{
+    options.capture_port = values.text("port");
+    options.replay.speed = values.real("speed", 0, 1e6);
+    constexpr double SLOWEST = 0.001; // else a silence of years has no number
+    if (options.replay.speed > 0 && options.replay.speed < SLOWEST)
+        throw OptionMistake{
+            QStringLiteral("--speed %1: 0, or a number from %2 to 1000000, is needed")
+                .arg(values.text("speed"), QString::number(SLOWEST))};
+    options.replay.most_silence =
+        std::chrono::milliseconds(values.integer("most-silence", 0, INT32_MAX));
+}
+
+void read_answer(const OptionValues& values, Options& options)
+{
+    read_module(values, options);
+    options.capture_port = values.text("port");
+    options.answer.gap = std::chrono::milliseconds(values.integer("gap", 1, 3'600'000));
+    options.answer.delays = values.has("delays");
+    options.answer.near = values.has("near");
+    options.exchange.pause = options.answer.gap;
+}
+
 struct DeviceOptions
 {
     const char* name = nullptr;
     const char* what = nullptr;
     QList<QCommandLineOption> own;
     void (*read)(const OptionValues&, Options&) = nullptr;
+    bool of_capture = false; // takes its FILE
 };
 
 const DeviceOptions DEVICES[] = {
@@ -271,6 +318,10 @@ const DeviceOptions DEVICES[] = {
      read_boot},
     {"cnet", "A cnet radio device with others in reach.", CNET + MODULE, read_cnet},
     {"dorv", "A Dorv radio module with AT commands.", DORV + MODULE, read_dorv},
+    {"replay", "What was received in a capture comes again at the same times.", REPLAY, read_replay,
+     true},
+    {"answer", "Requests get the answers that the device gave in a capture.", ANSWER + MODULE,
+     read_answer, true},
 };
 
 const char NEVER_COUNTED[] = "-1";
@@ -290,7 +341,8 @@ QList<QCommandLineOption> with_defaults_added(QList<QCommandLineOption> options)
 // The parser would begin with the path by which the program was called.
 QString help_text(const QCommandLineParser& parser, const DeviceOptions& device)
 {
-    return QStringLiteral("Usage: tarnwick-sim %1 [options]\n").arg(device.name) +
+    return QStringLiteral("Usage: tarnwick-sim %1 %2[options]\n")
+               .arg(device.name, device.of_capture ? "FILE " : "") +
            parser.helpText().section('\n', 1);
 }
 
@@ -321,10 +373,16 @@ ParsedOptions parse_device_options(const DeviceOptions& device, const QStringLis
         return {{}, help_text(parser, device), true};
     if (!known)
         return refused(parser.errorText());
-    if (!parser.positionalArguments().isEmpty())
-        return refused("unexpected: " + parser.positionalArguments().join(' '));
-
+    QStringList words = parser.positionalArguments();
     ParsedOptions parsed;
+    if (device.of_capture) {
+        if (words.isEmpty())
+            return refused("name the capture, as in tarnwick-sim " + QString(device.name) +
+                           " session.pcapng");
+        parsed.options.capture = words.takeFirst();
+    }
+    if (!words.isEmpty())
+        return refused("unexpected: " + words.join(' '));
     parsed.options.device = device.name;
     try {
         read_common(OptionValues(parser), parsed.options);

@@ -2,11 +2,13 @@
 # ./run.sh               installs what is missing, builds, and opens the window beside a simulated
 #                        device that echoes; without a display the window drives itself on a virtual one
 # ./run.sh upgrade-demo  gives a simulated module new firmware
+# ./run.sh workbench     opens the workbench on three simulated modules; without a display it is driven
+#                        on a virtual one, in both languages and palettes
 set -eu
 cd "$(dirname "$0")"
 case "${1:-}" in
-  "" | upgrade-demo) ;;
-  *) echo "usage: run.sh [upgrade-demo]" >&2; exit 2 ;;
+  "" | upgrade-demo | workbench) ;;
+  *) echo "usage: run.sh [upgrade-demo|workbench]" >&2; exit 2 ;;
 esac
 
 packaging/install-packages.sh run
@@ -20,11 +22,22 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ]; then # as where nobody has logged in; virtual 
   mkdir -p -m 700 "$XDG_RUNTIME_DIR"
 fi
 
+simulators=""
+end_simulators() {
+  for simulator in $simulators; do
+    kill "$simulator" 2>/dev/null || true
+    wait "$simulator" 2>/dev/null || true
+  done
+  simulators=""
+}
+trap end_simulators EXIT
+
 # Starts a simulated device for as long as this script runs; its port is in $port.
 simulate() {
+  : >"$work/port"
   "$bin/src/simulator/tarnwick-sim" "$@" >"$work/port" &
   simulator=$!
-  trap 'kill "$simulator" 2>/dev/null; wait "$simulator" 2>/dev/null || true' EXIT
+  simulators="$simulators $simulator"
   while ! [ -s "$work/port" ] && kill -0 "$simulator" 2>/dev/null; do sleep 0.05; done
   port=$(head -n 1 "$work/port")
   [ -n "$port" ]
@@ -59,7 +72,43 @@ upgrade_demo() {
   echo "The module's memory holds what the file does."
 }
 
+# Three modules with old firmware, whose ports are in $ports.
+simulate_modules() {
+  ports=""
+  for number in 1 2 3; do
+    rm -f "$work/module$number.bin"
+    simulate boot --name "module$number" --image "$work/module$number.bin" --baud 115200 \
+      --hard-info A10203
+    ports="$ports $port"
+  done
+}
+
+workbench() {
+  head -c 100000 /dev/urandom >"$work/M1_2.3.bin"
+  simulate_modules
+  if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo "Modules are at$ports, their new firmware is $work/M1_2.3.bin:"
+    echo "choose the first one's link, connect, choose the file, start."
+    "$bin/src/workbench/tarnwick-workbench"
+    return
+  fi
+  echo "No display: the workbench runs on a virtual one. What it says:"
+  for look in "en_US light 1" "en_US dark 2" "zh_CN light 2" "zh_CN dark 1"; do
+    # shellcheck disable=SC2086 # a word each
+    set -- $look
+    pictures=$work/pictures/$1-$2-scale$3
+    echo
+    # shellcheck disable=SC2086 # a word each
+    LC_ALL=C.UTF-8 QT_SCALE_FACTOR=$3 xvfb-run -a -s "-screen 0 2400x1800x24" \
+      "$bin/demo/tarnwick-workbench-tour" "$1" "$2" "$work/M1_2.3.bin" "$pictures" $ports
+    echo "Its pictures are in $pictures"
+    end_simulators
+    simulate_modules
+  done
+}
+
 case "${1:-}" in
   upgrade-demo) upgrade_demo ;;
+  workbench) workbench ;;
   *) window ;;
 esac

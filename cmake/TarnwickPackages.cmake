@@ -20,8 +20,9 @@ hexadecimal, with time stamps and frames, and saves it as it came. It sends
 typed text, hexadecimal bytes, files and a list of prepared strings, and works
 out their checksums. Its user interface comes in Chinese and English.
 .
-From the shell, tarnwickctl upgrades, configures and searches for radio
-modules, and tarnwick-sim plays them.")
+The workbench puts new firmware into radio modules, several at once, and shows
+how that goes. From the shell, tarnwickctl upgrades, configures and searches
+for radio modules, and tarnwick-sim plays them.")
 
 set(CPACK_DEBIAN_DEVEL_PACKAGE_NAME libtarnwick-dev)
 set(CPACK_DEBIAN_DEVEL_PACKAGE_SECTION libdevel)

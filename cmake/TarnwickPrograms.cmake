@@ -18,7 +18,7 @@ function(tarnwick_install_compressed file name)
   install(FILES ${compressed} DESTINATION ${INSTALL_DESTINATION} COMPONENT ${INSTALL_COMPONENT})
 endfunction()
 
-foreach(program tarnwick tarnwickctl tarnwick-sim)
+foreach(program tarnwick tarnwick-workbench tarnwickctl tarnwick-sim)
   if(TARGET ${program})
     install(TARGETS ${program} COMPONENT tarnwick)
     tarnwick_install_compressed(${packaging}/man/${program}.1 ${program}.1
@@ -32,7 +32,7 @@ endforeach()
 if(NOT TARNWICK_GUI)
   return()
 endif()
-install(FILES ${packaging}/tarnwick.desktop
+install(FILES ${packaging}/tarnwick.desktop ${packaging}/tarnwick-workbench.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT tarnwick)
 install(FILES ${packaging}/org.tarnwick.Tarnwick.metainfo.xml
   DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT tarnwick)

@@ -50,20 +50,22 @@ for program in tarnwickctl tarnwick-sim; do
   test -s "$usr/share/bash-completion/completions/$program"
   test -s "$usr/share/man/man1/$program.1.gz"
 done
-# The window, until it has drawn itself on the offscreen platform, and then until it is asked to end.
+# Each window, until it has drawn itself on the offscreen platform, and then until it is asked to end.
 home=$build/home
 rm -rf "$home"
 mkdir -p "$home"
-(cd "$home" && HOME=$home QT_QPA_PLATFORM=offscreen exec "$usr/bin/tarnwick") &
-window=$!
-for _ in $(seq 300); do
-  grep -q libqoffscreen "/proc/$window/maps" 2>/dev/null && break
-  sleep 0.1
+for program in tarnwick tarnwick-workbench; do
+  (cd "$home" && HOME=$home QT_QPA_PLATFORM=offscreen exec "$usr/bin/$program") &
+  window=$!
+  for _ in $(seq 300); do
+    grep -q libqoffscreen "/proc/$window/maps" 2>/dev/null && break
+    sleep 0.1
+  done
+  grep -q libqoffscreen "/proc/$window/maps" || { echo "$program doesn't come up" >&2; exit 1; }
+  sleep 1
+  kill "$window" || { echo "$program ended by itself" >&2; exit 1; }
+  wait "$window" || [ $? = 143 ]
 done
-grep -q libqoffscreen "/proc/$window/maps" || { echo "the window doesn't come up" >&2; exit 1; }
-sleep 1
-kill "$window" || { echo "the window ended by itself" >&2; exit 1; }
-wait "$window" || [ $? = 143 ]
 
 echo "Examples"
 cmake -S "$usr/share/doc/libtarnwick-dev/examples" -B "$build/example" --fresh \

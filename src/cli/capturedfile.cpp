@@ -1,6 +1,6 @@
 #include "cli/capturedfile.h"
 
-#include "cli/typedtext.h"
+#include "stack/typedtext.h"
 
 #include <QDateTime>
 #include <cmath>

@@ -1,5 +1,7 @@
 #include "cli/capturedframes.h"
 
+#include "cli/typedargument.h"
+
 namespace {
 constexpr int LONGEST_GAP_MS = 600'000;
 constexpr std::int64_t NS_IN_MS = 1'000'000;

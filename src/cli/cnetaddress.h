@@ -1,7 +1,7 @@
 // Addresses and settings of cnet devices as typed texts. What doesn't fit throws TextError.
 #pragma once
 
-#include "cli/typedtext.h"
+#include "stack/typedtext.h"
 
 struct CnetAddress
 {

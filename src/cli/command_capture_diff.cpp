@@ -1,6 +1,7 @@
 // tarnwickctl capture diff: the first exchange in which two sessions differ.
 #include "cli/capturedframes.h"
-#include "cli/typedtext.h"
+#include "cli/typedargument.h"
+#include "stack/typedtext.h"
 
 #include <deque>
 

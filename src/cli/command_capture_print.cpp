@@ -1,6 +1,6 @@
 // tarnwickctl capture print and export: the records of a capture as lines, and its bytes.
 #include "cli/capturedframes.h"
-#include "cli/typedtext.h"
+#include "stack/typedtext.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 // tarnwickctl cnet info, get, set, value: settings of cnet devices.
 #include "cli/cnetaddress.h"
 #include "cli/session.h"
+#include "cli/typedargument.h"
 
 #include <QFile>
 #include <QJsonArray>

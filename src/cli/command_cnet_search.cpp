@@ -3,6 +3,7 @@
 #include "cli/cnetaddress.h"
 #include "cli/progress.h"
 #include "cli/session.h"
+#include "cli/typedargument.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 // tarnwickctl dorv mode, reboot, reset, search, rssi, quality: a Dorv module itself.
 #include "cli/session.h"
-#include "cli/typedtext.h"
 #include "framers/qframerchan.h"
+#include "stack/typedtext.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -136,7 +136,7 @@ void run_search(Invocation& invocation)
     if (invocation.interrupts.raised())
         throw Failure{ExitCode::Interrupted, "the search was stopped", {}, result};
     if (stack.lost()) {
-        Failure failure = stack.no_answer("the search ended early", {});
+        Failure failure = no_answer(stack, "the search ended early", {});
         failure.partial_result = result;
         throw failure;
     }

@@ -1,7 +1,7 @@
 // tarnwickctl frame: payload through a stack of framers, by hand.
 #include "cli/session.h"
-#include "cli/typedtext.h"
 #include "framers/qframer.h"
+#include "stack/typedtext.h"
 
 #include <QElapsedTimer>
 
@@ -27,9 +27,8 @@ QByteArray payload_to_send(const Invocation& invocation)
 void send(Connection& connection, const QByteArray& payload)
 {
     if (connection.stack.top().write(payload.constData(), int(payload.size())) <= 0)
-        throw connection.stack.no_answer(
-            "the frame could not be sent",
-            "The device under the framer didn't take it; -v shows why.");
+        throw no_answer(connection.stack, "the frame could not be sent",
+                        "The device under the framer didn't take it; -v shows why.");
 }
 
 void run_send(Invocation& invocation)
@@ -61,8 +60,9 @@ void run_exchange(Invocation& invocation)
     const qint64 elapsed_ms = clock.elapsed();
     invocation.interrupts.check();
     if (count <= 0)
-        throw stack.no_answer("no answer", "Is the device on? Check the rate, the format and "
-                                           "--frame, or wait longer with --timeout.");
+        throw no_answer(stack, "no answer",
+                        "Is the device on? Check the rate, the format and "
+                        "--frame, or wait longer with --timeout.");
     answer.truncate(count);
     if (invocation.has("raw"))
         invocation.console.bytes(answer);

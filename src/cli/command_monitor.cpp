@@ -1,13 +1,15 @@
 // tarnwickctl monitor: a terminal in a shell.
 #include "cli/invocation.h"
-#include "cli/portadvice.h"
+#include "cli/linkfailure.h"
 #include "cli/session.h"
-#include "cli/typedtext.h"
+#include "cli/typedargument.h"
 
 #include "framers/qframer.h"
 #include "monitor/serialwire.h"
 #include "monitor/session.h"
 #include "monitor/socketwire.h"
+#include "stack/portproblem.h"
+#include "stack/typedtext.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -187,7 +189,7 @@ std::unique_ptr<Wire> make_wire(const Invocation& invocation, const StackDescrip
         const auto find = [name = link.port] {
             try {
                 return full_port_name(name);
-            } catch (const Failure&) {
+            } catch (const LinkProblem&) {
                 return name; // a second adapter of the kind came: neither is taken
             }
         };
@@ -239,8 +241,8 @@ private:
 Failure open_failure(const LinkDescription& link, const WireFault& fault)
 {
     if (link.kind == LinkKind::Serial)
-        return port_failure(fault.name, fault.code, fault.text);
-    Failure failure = network_failure(fault.name);
+        return open_failure(port_problem(fault.name, fault.code, fault.text));
+    Failure failure = open_failure(LinkProblem{LinkTrouble::NoConnection, fault.name});
     failure.what += ": " + fault.text;
     return failure;
 }
@@ -286,7 +288,7 @@ SessionOptions session_options(const Invocation& invocation, const StackDescript
     const bool framed = !stack.framers.isEmpty() && stack.framers[0].kind != FramerKind::None;
     if (framed)
         options.framers = [framers = stack.framers](QLink& link) {
-            return make_framers(link, framers);
+            return std::make_unique<FramerStack>(link, framers);
         };
     // A frame ends by itself.
     const LineEnding ending = options.ending.value_or(framed ? LineEnding::None : LineEnding::Cr);

@@ -1,7 +1,6 @@
 // tarnwickctl ports: the serial ports of this machine.
 #include "cli/invocation.h"
-#include "cli/portadvice.h"
-
+#include "cli/linkfailure.h"
 #include "serialport/portdetails.h"
 
 #include <QFileInfo>
@@ -34,6 +33,14 @@ struct ListedPort
     PortBar bar;
 };
 
+QString shown(const QVector<PortHolder>& holders)
+{
+    QStringList programs;
+    for (const PortHolder& holder : holders)
+        programs.append(shown(holder));
+    return programs.join(", ");
+}
+
 // Why the port can't be opened and what to do; empty when nothing is in the way.
 QString obstacle(const ListedPort& listed)
 {
@@ -41,7 +48,7 @@ QString obstacle(const ListedPort& listed)
     case PortBar::Rights:
         return "you have no right to it. " + rights_advice(listed.port.portName);
     case PortBar::Locked:
-        return "another program has locked it. " + busy_advice(listed.holders);
+        return "another program has locked it. " + busy_advice(shown(listed.holders));
     case PortBar::Missing:
         return "the device is no longer there";
     case PortBar::NoPort:

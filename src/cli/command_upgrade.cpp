@@ -211,7 +211,7 @@ Failure Upgrade::failure() const
     if (outcome.ending == LoaderEnding::FileNotRead)
         return {code, "the file " + settings.file + ": " + why, {}};
     const Stack& stack = connection.stack;
-    const Failure lost = stack.no_answer("the upgrade failed", {});
+    const Failure lost = no_answer(stack, "the upgrade failed", {});
     if (lost.code == ExitCode::Link)
         return {lost.code, lost.what, lost.advice + ' ' + RERUN};
     if (reason == LoaderReason::ZeroSize)
@@ -219,12 +219,12 @@ Failure Upgrade::failure() const
 
     switch (outcome.ending) {
     case LoaderEnding::NoInfo:
-        return stack.no_answer("the device doesn't say what it is",
-                               "Is the device on? Check the port, its rate and format, and "
-                               "--frame; -v shows every exchange.");
+        return no_answer(stack, "the device doesn't say what it is",
+                         "Is the device on? Check the port, its rate and format, and "
+                         "--frame; -v shows every exchange.");
     case LoaderEnding::NoBootInfo:
-        return stack.no_answer("the device was told to start its boot code",
-                               "It may take longer: try again with a --reset-wait of 5000.");
+        return no_answer(stack, "the device was told to start its boot code",
+                         "It may take longer: try again with a --reset-wait of 5000.");
     case LoaderEnding::NotInBoot:
         return {ExitCode::Refused, "the device didn't start its boot code",
                 "Try again; a longer --reset-wait may help."};

@@ -1,6 +1,6 @@
 #include "cli/dorvsettings.h"
 
-#include "cli/typedtext.h"
+#include "cli/typedargument.h"
 #include "tools/dorvcfg.h"
 
 #include <tuple>

@@ -1,7 +1,7 @@
 #include "cli/exchangelog.h"
 
 #include "cli/failure.h"
-#include "cli/typedtext.h"
+#include "stack/exchangetext.h"
 
 #include <QDateTime>
 
@@ -18,23 +18,17 @@ ExchangeLog::ExchangeLog(Console& console, bool verbose, const QString& file)
 
 void ExchangeLog::sent(const QByteArray& bytes, int result)
 {
-    const bool complete = result == bytes.size();
-    write("> " + shown_both(bytes) +
-          (complete ? QString() : QStringLiteral("  (result %1)").arg(result)));
+    write(sent_text(bytes, result));
 }
 
 void ExchangeLog::received(const QByteArray& bytes, int result)
 {
-    if (result < 0)
-        write(QStringLiteral("< error %1").arg(result));
-    else
-        write(bytes.isEmpty() ? QString("< nothing in time") : "< " + shown_both(bytes));
+    write(received_text(bytes, result));
 }
 
 void ExchangeLog::note(const QString& text)
 {
-    QString one_line = text;
-    write(one_line.replace('\r', "\\r").replace('\n', "\\n"));
+    write(note_text(text));
 }
 
 void ExchangeLog::write(const QString& text)

@@ -7,21 +7,22 @@
 #pragma once
 
 #include "cli/console.h"
+#include "stack/exchangesink.h"
 
 #include <QFile>
 #include <QMutex>
 
-// Any thread may call it; lines of different threads don't mix.
-class ExchangeLog
+// Lines of different threads don't mix.
+class ExchangeLog : public ExchangeSink
 {
 public:
     // Lines go to the console with `verbose`, and after what is already in the file, if one is
     // named. Throws Failure when the file can't be opened.
     ExchangeLog(Console& console, bool verbose, const QString& file);
 
-    void sent(const QByteArray& bytes, int result);
-    void received(const QByteArray& bytes, int result);
-    void note(const QString& text);
+    void sent(const QByteArray& bytes, int result) override;
+    void received(const QByteArray& bytes, int result) override;
+    void note(const QString& text) override;
 
 private:
     void write(const QString& text);

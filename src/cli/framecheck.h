@@ -2,7 +2,7 @@
 #pragma once
 
 #include "capture/capturerecord.h"
-#include "cli/stacktext.h"
+#include "stack/stacktext.h"
 
 struct FrameVerdict
 {

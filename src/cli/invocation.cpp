@@ -1,6 +1,6 @@
 #include "cli/invocation.h"
 
-#include "cli/typedtext.h"
+#include "cli/typedargument.h"
 
 #include <QFile>
 #include <limits>

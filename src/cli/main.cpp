@@ -1,6 +1,7 @@
 // tarnwickctl: the device library from a shell.
 #include "cli/failure.h"
 #include "cli/invocation.h"
+#include "cli/linkfailure.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -109,6 +110,16 @@ void print_help(const QList<Command>& commands, const QStringList& words, Consol
     print(text, {{"help", text}}, console);
 }
 
+// Throws Failure, also of a link.
+void run_with_link(const Command& command, Invocation& invocation)
+{
+    try {
+        command.run(invocation);
+    } catch (const LinkProblem& problem) {
+        throw open_failure(problem);
+    }
+}
+
 void run_command(const Command& command, const QStringList& words, Console& console)
 {
     QCommandLineParser parser;
@@ -120,7 +131,7 @@ void run_command(const Command& command, const QStringList& words, Console& cons
     Interrupts interrupts;
     Invocation invocation(command, parser, parser.positionalArguments(), console, interrupts);
     try {
-        command.run(invocation);
+        run_with_link(command, invocation);
     } catch (Failure& failure) {
         // Whatever an exchange failed with, the user had already asked for the end.
         if (interrupts.raised())

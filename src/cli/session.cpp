@@ -1,6 +1,6 @@
 #include "cli/session.h"
 
-#include "cli/typedtext.h"
+#include "cli/typedargument.h"
 
 namespace {
 constexpr int LONGEST_TIMEOUT_MS = 600'000;
@@ -88,7 +88,7 @@ Failure CnetSession::failure(const QString& what) const
 {
     if (cfg.outcome() == CnetOutcome::Refused)
         return {ExitCode::Refused, what + ": the device refused", {}};
-    return connection.stack.no_answer(what, NO_CNET_ANSWER_ADVICE);
+    return no_answer(connection.stack, what, NO_CNET_ANSWER_ADVICE);
 }
 
 DorvSession::DorvSession(const Invocation& invocation)
@@ -110,7 +110,7 @@ Failure DorvSession::failure(const QString& what) const
         return {ExitCode::Refused, what + ": the module echoes what it is sent",
                 "Turn that off first, with `tarnwickctl dorv set echo off`."};
     default:
-        return connection.stack.no_answer(what, NO_DORV_ANSWER_ADVICE);
+        return no_answer(connection.stack, what, NO_DORV_ANSWER_ADVICE);
     }
 }
 

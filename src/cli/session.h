@@ -1,8 +1,10 @@
 // The ways from a command to its device: connection and tool, and why an operation failed.
 #pragma once
 
+#include "cli/exchangelog.h"
 #include "cli/invocation.h"
-#include "cli/stack.h"
+#include "cli/linkfailure.h"
+#include "stack/stack.h"
 #include "tools/cnetcfg.h"
 #include "tools/dorvcfg.h"
 

@@ -4,20 +4,17 @@
 
 #include "monitor/inbox.h"
 #include "monitor/wire.h"
+#include "stack/framerstack.h"
 
 #include <functional>
 #include <memory>
 #include <thread>
-#include <vector>
 
 class DescriptorLink;
 class QFramer;
-class QLink;
 
-// The framers on a link, the lowest first; the last is the top. They may belong to the thread that
-// makes them.
-using FramerStack = std::vector<std::unique_ptr<QFramer>>;
-using MakeFramers = std::function<FramerStack(QLink&)>;
+// The framers on a link. They may belong to the thread that makes them.
+using MakeFramers = std::function<std::unique_ptr<FramerStack>(QLink&)>;
 
 struct ReaderSettings
 {

@@ -91,8 +91,8 @@ void Reader::run_stream()
 void Reader::run_frames()
 {
     DescriptorLink link(wire, settings.timeout_ms, settings.gap_ms, settings.record);
-    const FramerStack framers = settings.framers(link);
-    QFramer& top = *framers.back();
+    const std::unique_ptr<FramerStack> framers = settings.framers(link);
+    QFramer& top = framers->top();
     pollfd waiting[] = {{wire.descriptor(), POLLIN, 0}, {wake, POLLIN, 0}};
     while (!link.has_gone()) {
         if (!link.has_waiting() && ::poll(waiting, 2, -1) < 0)

@@ -1,6 +1,8 @@
 // The firmware upgrader: brings a module into its boot code and has its flash match a file.
 #pragma once
 
+#include <QByteArray>
+#include <QMetaType>
 #include <QString>
 #include <QThread>
 #include <atomic>
@@ -62,6 +64,28 @@ struct LoaderOutcome
     std::uint32_t offset = 0;   // in the file, of the packet that was sent last
     std::uint32_t refusals = 0; // of that packet by the module
 };
+
+// What a run knows of a page of the file.
+//
+//   state    when
+//   Equal    the module holds it already
+//   Differs  the module holds something else; also of a page whose sending was aborted
+//   Sending  its first packet is about to go out
+//   Sent     the module has accepted all its packets
+//   Failed   its check or one of its packets was given up
+enum class LoaderPage : int { Equal, Differs, Sending, Sent, Failed };
+Q_DECLARE_METATYPE(LoaderPage)
+
+// What a module says of itself.
+struct LoaderDevice
+{
+    QString soft_info; // as in dev_soft_info_set
+    QByteArray hard_info;
+    bool in_boot = false;
+    int rom_page_size = 0; // bytes
+    int mtu = 0;           // most payload bytes of a data packet, as the module reports it
+};
+Q_DECLARE_METATYPE(LoaderDevice)
 
 // The parts of a run that take time.
 enum class LoaderPhase { EnterBoot, Send, Verify };
@@ -156,6 +180,10 @@ signals:
     // The last signal of a run whose file was read; outcome() is what became of it.
     void upgrade_done();
     void phase_begun(LoaderPhase phase);
+    // What has become of the page whose first byte is at this offset.
+    void page_state(quint32 offset, LoaderPage state);
+    // After each information exchange that succeeds, before the checks on the firmware's name.
+    void device_found(LoaderDevice device);
     // After each information exchange: what runs on the device, or "N/A".
     void dev_soft_info_set(QString info);
     // After each information exchange: opaque bytes that are good only while the signal is
@@ -179,6 +207,9 @@ private:
     std::uint32_t quiet_ms() const;
     int info_refusal(const std::uint8_t* reply, int size);
     void zero_report(std::uint32_t page_size, std::uint32_t mtu);
+    void device_report(const DeviceInfo& info);
+    bool page_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n,
+                   std::uint32_t total);
     int firmware_check(const QString& module_name);
     void hard_info_report(const DeviceInfo& info);
 

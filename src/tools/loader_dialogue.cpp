@@ -96,6 +96,7 @@ int Loader::dev_info_get()
     mtu = info.mtu;
     dev_in_boot = info.in_boot;
     emit log(tr("ldr: device ROM page size %1B, MTU %2B").arg(rom_page_size).arg(mtu));
+    device_report(info);
     const int result = info.name ? firmware_check(*info.name) : 0;
     if (result == 0)
         mtu = std::min(mtu, pack_len);
@@ -131,6 +132,14 @@ void Loader::zero_report(std::uint32_t page_size, std::uint32_t mtu)
     last.reason = LoaderReason::ZeroSize;
     emit log(
         tr("ldr: device ROM page size %1B, MTU %2B: neither may be 0").arg(page_size).arg(mtu));
+}
+
+void Loader::device_report(const DeviceInfo& info)
+{
+    emit device_found(
+        {soft_info(info),
+         QByteArray(reinterpret_cast<const char*>(info.hard_info), info.hard_info_size),
+         info.in_boot, info.rom_page_size, info.mtu});
 }
 
 int Loader::firmware_check(const QString& module_name)
@@ -296,12 +305,30 @@ bool Loader::file_send(const std::uint8_t* data, std::uint32_t size)
         const std::uint32_t n = std::min(rom_page_size, size - offset);
         const int verdict = block_verify_retry(data + offset, offset, n, false);
         if (verdict == BLOCK_DIFFERS) {
-            if (!block_send(data + offset, offset, n, size))
+            if (!page_send(data + offset, offset, n, size))
                 return false;
         } else if (verdict != 0) {
+            if (verdict != TOOL_ABORTED)
+                emit page_state(offset, LoaderPage::Failed);
             return false;
+        } else {
+            emit page_state(offset, LoaderPage::Equal);
         }
         offset += n;
     }
     return true;
+}
+
+// A page that differs. True on an abort too, like block_send.
+bool Loader::page_send(const std::uint8_t* data, std::uint32_t offset, std::uint32_t n,
+                       std::uint32_t total)
+{
+    emit page_state(offset, LoaderPage::Differs);
+    emit page_state(offset, LoaderPage::Sending);
+    const bool sent = block_send(data, offset, n, total);
+    if (abort_flag)
+        emit page_state(offset, LoaderPage::Differs);
+    else
+        emit page_state(offset, sent ? LoaderPage::Sent : LoaderPage::Failed);
+    return sent;
 }

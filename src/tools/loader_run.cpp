@@ -24,6 +24,10 @@ Loader::Loader(QFramer* framer, QObject* parent)
     : QThread(parent)
     , framer(framer)
 {
+    // For receivers on other threads.
+    qRegisterMetaType<LoaderPhase>();
+    qRegisterMetaType<LoaderPage>();
+    qRegisterMetaType<LoaderDevice>();
 }
 
 Loader::~Loader()

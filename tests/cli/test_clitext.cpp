@@ -1,10 +1,12 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
-#include "cli/boundedcnet.h"
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
+#include "cli/exchangelog.h"
 #include "cli/progress.h"
-#include "cli/stack.h"
+#include "cli/typedargument.h"
 #include "framers/qframernull.h"
+#include "stack/boundedcnet.h"
+#include "stack/stack.h"
 
 #include <gtest/gtest.h>
 #include <memorylink.h>
@@ -163,10 +165,10 @@ TEST(CliStack, WhatCannotStartLeavesNothingOpenAndNobodyWaiting)
     ExchangeLog log(console, false, {});
     Stack stack({parse_link(QString("tcp:127.0.0.1:1")), {}, 1000}, log);
     char byte = 0;
-    EXPECT_THROW(stack.open(), Failure);
+    EXPECT_THROW(stack.open(), LinkProblem);
     EXPECT_EQ(stack.top().read(&byte, 1), FRAMER_CLOSED);
     QThread refused;
     EXPECT_THROW(stack.run_worker(
                      refused, [] {}, [] {}),
-                 Failure);
+                 LinkProblem);
 }

@@ -2,8 +2,8 @@
 // text.
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
-#include "cli/stacktext.h"
 #include "fuzzing.h"
+#include "stack/stacktext.h"
 #include "terminal/rowtable.h"
 #include "terminal/sendtext.h"
 

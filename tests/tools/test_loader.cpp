@@ -29,6 +29,42 @@ TEST(Loader, UpgradesByteForByteAndSendsOnlyTheDifferingPages)
     EXPECT_EQ(run.flash(), firmware());
 }
 
+TEST(Loader, ReportsTheModuleAndEachPage)
+{
+    const struct
+    {
+        const char* fault; // the hexadecimal start of the request that gets no answer
+        bool abort;
+        const char* states; // the letter of each after its page
+    } rows[] = {{"-", false, "0D 0G 0S 1E 2D 2G 2S"},
+                {"6500000800", false, "0D 0G 0F"},
+                {"6400001000", false, "0D 0G 0S 1F"},
+                {"-", true, "0D 0G 0D"}};
+    for (const auto& row : rows) {
+        LoaderRun run;
+        file_write(run.settings.image, firmware().replace(100, 1, "X").replace(9000, 1, "X"));
+        run.fault = [&](const QByteArray& request) {
+            if (row.abort && request.startsWith("e"))
+                run.loader.abort();
+            return request.toHex().startsWith(row.fault) ? QByteArray("") : QByteArray();
+        };
+        QStringList states;
+        LoaderDevice device;
+        const auto add = [&](quint32 offset, LoaderPage state) {
+            states += QString::number(offset / 4096) + "EDGSF"[int(state)];
+        };
+        const auto take = [&](const LoaderDevice& found) { device = found; };
+        QObject::connect(&run.loader, &Loader::page_state, &run.loader, add, Qt::DirectConnection);
+        QObject::connect(&run.loader, &Loader::device_found, &run.loader, take,
+                         Qt::DirectConnection);
+        run.run();
+        EXPECT_EQ(states.join(' '), row.states);
+        EXPECT_EQ(device.soft_info, "M1 V1.02.030405 BOOT");
+        EXPECT_EQ(device.hard_info, "\xA1\x02\x03\x04\x05");
+        EXPECT_TRUE(device.in_boot && device.rom_page_size == 4096 && device.mtu == 1024);
+    }
+}
+
 TEST(Loader, VerifiesAnEmptyFileAndSkipsBootEntryOfADeviceInBoot)
 {
     LoaderRun run;

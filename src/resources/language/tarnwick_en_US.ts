@@ -691,11 +691,11 @@ Please select the right firmware</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cnet: not a valid data frame, nbytes=%1</source>
+        <source>cnet: frame not from target (%1H)</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>cnet: frame not from target (%1H)</source>
+        <source>cnet: not a valid data frame, nbytes=%1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

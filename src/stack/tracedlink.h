@@ -1,8 +1,8 @@
-// A link that passes everything to another one and logs each exchange.
+// A link that passes everything to another one and reports each exchange.
 #pragma once
 
-#include "cli/exchangelog.h"
 #include "links/qlink.h"
+#include "stack/exchangesink.h"
 
 #include <atomic>
 #include <cstdint>
@@ -11,7 +11,7 @@ class TracedLink final : public QLink
 {
 public:
     // `lower` and `log` outlive it.
-    TracedLink(QLink& lower, ExchangeLog& log)
+    TracedLink(QLink& lower, ExchangeSink& log)
         : lower(lower)
         , log(log)
     {
@@ -41,7 +41,7 @@ private:
     int note_received(const char* buffer, int result);
 
     QLink& lower;
-    ExchangeLog& log;
+    ExchangeSink& log;
     std::atomic<std::int64_t> sent{0};
     std::atomic<bool> quiet{true};
     std::atomic<int> error{0};

@@ -1,4 +1,4 @@
-#include "cli/stacktext.h"
+#include "stack/stacktext.h"
 
 #include "framers/qframerchan.h"
 #include "links/tcpip_cfg.h"
@@ -50,8 +50,9 @@ int named(const Piece& piece, const Named (&table)[SIZE], const QString& expecte
             return row.value;
         names.append(row.name);
     }
-    const QString got = piece.text.isEmpty() ? "nothing here" : '"' + piece.text + "\" is unknown";
-    throw piece.error(got + ": " + expected + " is one of " + names.join(", "));
+    const QString got = piece.text.isEmpty() ? StackText::tr("nothing here")
+                                             : StackText::tr("\"%1\" is unknown").arg(piece.text);
+    throw piece.error(StackText::tr("%1: %2 is one of %3").arg(got, expected, names.join(", ")));
 }
 
 int number(const Piece& piece, std::int64_t least, std::int64_t most, const QString& expected)
@@ -59,7 +60,7 @@ int number(const Piece& piece, std::int64_t least, std::int64_t most, const QStr
     const auto value = number_in(piece.text, least, most);
     if (!value)
         throw piece.error(
-            QStringLiteral("%1 is a number from %2 to %3").arg(expected).arg(least).arg(most));
+            StackText::tr("%1 is a number from %2 to %3").arg(expected).arg(least).arg(most));
     return int(*value);
 }
 
@@ -80,10 +81,11 @@ Head split_head(const Piece& piece)
 
 void read_format(const Piece& piece, PortSettings& settings)
 {
-    settings.DataBits =
-        DataBitsType(number(piece.mid(0, 1), DATA_5, DATA_8, "a count of data bits"));
-    settings.Parity = ParityType(named(piece.mid(1, 1), PARITIES, "the parity"));
-    settings.StopBits = StopBitsType(named(piece.mid(2), STOP_BITS, "the number of stop bits"));
+    settings.DataBits = DataBitsType(
+        number(piece.mid(0, 1), DATA_5, DATA_8, StackText::tr("a count of data bits")));
+    settings.Parity = ParityType(named(piece.mid(1, 1), PARITIES, StackText::tr("the parity")));
+    settings.StopBits =
+        StopBitsType(named(piece.mid(2), STOP_BITS, StackText::tr("the number of stop bits")));
 }
 
 void read_serial(const Piece& rest, LinkDescription& link)
@@ -91,21 +93,22 @@ void read_serial(const Piece& rest, LinkDescription& link)
     const QVector<Piece> pieces = rest.split(',');
     link.port = pieces[0].text;
     if (link.port.isEmpty())
-        throw pieces[0].error("the name of a port is missing, such as /dev/ttyUSB0");
+        throw pieces[0].error(StackText::tr("the name of a port is missing, such as /dev/ttyUSB0"));
     if (pieces.size() > 1)
-        link.settings.BaudRate =
-            BaudRateType(number(pieces[1], 1, HIGHEST_BAUD, "the rate in bits per second"));
+        link.settings.BaudRate = BaudRateType(
+            number(pieces[1], 1, HIGHEST_BAUD, StackText::tr("the rate in bits per second")));
     if (pieces.size() > 2)
         read_format(pieces[2], link.settings);
     if (pieces.size() > 3)
-        link.settings.FlowControl = FlowType(named(pieces[3], FLOWS, "the flow control"));
+        link.settings.FlowControl =
+            FlowType(named(pieces[3], FLOWS, StackText::tr("the flow control")));
     if (pieces.size() > 4)
-        throw pieces[4].error("nothing is expected after the flow control");
+        throw pieces[4].error(StackText::tr("nothing is expected after the flow control"));
 }
 
 int port_number(const Piece& piece)
 {
-    return number(piece, 1, 65535, "a port");
+    return number(piece, 1, 65535, StackText::tr("a port"));
 }
 
 bool is_dotted_address(const QString& host)
@@ -125,26 +128,28 @@ void read_network(const Piece& rest, LinkDescription& link)
     const bool bracketed = rest.text.startsWith('[');
     const int bracket = bracketed ? rest.text.indexOf(']') : -1;
     if (bracketed && bracket < 0)
-        throw rest.error_after("the closing bracket of the IPv6 address is missing");
+        throw rest.error_after(StackText::tr("the closing bracket of the IPv6 address is missing"));
     if (colon < 0 || colon < bracket)
-        throw rest.error_after("the port is missing, as in " + rest.text + ":4001");
+        throw rest.error_after(
+            StackText::tr("the port is missing, as in %1").arg(rest.text + ":4001"));
 
     Piece host = rest.mid(0, colon);
     if (bracketed && bracket != colon - 1)
         throw rest.mid(bracket + 1, colon - bracket - 1)
-            .error("a colon and the port follow the bracket");
+            .error(StackText::tr("a colon and the port follow the bracket"));
     if (bracketed)
         host = rest.mid(1, bracket - 1);
     else if (host.text.contains(':'))
-        throw host.error("an IPv6 address is written in brackets, as in [::1]:4001");
+        throw host.error(StackText::tr("an IPv6 address is written in brackets, as in [::1]:4001"));
     if (host.text.isEmpty())
-        throw host.error("the host is missing");
+        throw host.error(StackText::tr("the host is missing"));
     if (host.text.size() > LONGEST_HOST)
-        throw host.error(QStringLiteral("a host has at most %1 characters").arg(LONGEST_HOST));
+        throw host.error(StackText::tr("a host has at most %1 characters").arg(LONGEST_HOST));
     const bool raw = link.kind == LinkKind::RawTcp || link.kind == LinkKind::RawUdp;
     if (raw && !is_dotted_address(host.text))
-        throw host.error("raw sockets take an IPv4 address such as 10.0.0.5; names work with tcp: "
-                         "and udp:");
+        throw host.error(
+            StackText::tr("raw sockets take an IPv4 address such as 10.0.0.5; names work with tcp: "
+                          "and udp:"));
     link.host = host.text;
     link.remote_port = port_number(rest.mid(colon + 1));
 }
@@ -157,14 +162,15 @@ LinkDescription parse_link(const Piece& text)
     const bool looks_like_port =
         !head.rest && (text.text.startsWith('/') || text.text.startsWith("COM"));
     if (looks_like_port)
-        throw text.error("the kind of link is missing: write serial:" + text.text);
+        throw text.error(
+            StackText::tr("the kind of link is missing: write serial:%1").arg(text.text));
     LinkDescription link;
-    link.kind = LinkKind(named(head.word, LINK_KINDS, "the kind of link"));
+    link.kind = LinkKind(named(head.word, LINK_KINDS, StackText::tr("the kind of link")));
     if (!head.rest)
         throw text.error_after(
             link.kind == LinkKind::Serial
-                ? "a colon and the port are missing, as in serial:/dev/ttyUSB0"
-                : "a colon and the address are missing, as in tcp:10.0.0.5:4001");
+                ? StackText::tr("a colon and the port are missing, as in serial:/dev/ttyUSB0")
+                : StackText::tr("a colon and the address are missing, as in tcp:10.0.0.5:4001"));
     if (link.kind == LinkKind::Serial)
         read_serial(*head.rest, link);
     else if (link.kind == LinkKind::Broadcast)
@@ -188,34 +194,38 @@ FramerDescription read_framer(const Piece& text)
     const Head head = split_head(text);
     FramerDescription framer;
     framer.piece = text;
-    framer.kind = FramerKind(named(head.word, FRAMER_KINDS, "a framer"));
+    framer.kind = FramerKind(named(head.word, FRAMER_KINDS, StackText::tr("a framer")));
     const auto argument = [&](const char* example) {
         if (!head.rest)
-            throw text.error_after(QStringLiteral("more is needed, as in %1").arg(example));
+            throw text.error_after(StackText::tr("more is needed, as in %1").arg(example));
         return *head.rest;
     };
     switch (framer.kind) {
     case FramerKind::Rtu:
-        framer.number = number(argument("rtu:1"), 0, 255, "the address");
+        framer.number = number(argument("rtu:1"), 0, 255, StackText::tr("the address"));
         break;
     case FramerKind::Chan:
-        framer.prefix = hex_argument(argument("chan:05"), 1, LONGEST_PREFIX,
-                                     "a prefix has 1 to 16 bytes, as in chan:05 or chan:1234");
+        framer.prefix =
+            hex_argument(argument("chan:05"), 1, LONGEST_PREFIX,
+                         StackText::tr("a prefix has 1 to 16 bytes, as in chan:05 or chan:1234"));
         break;
     case FramerKind::Cnet: {
-        const QByteArray target = hex_argument(
-            argument("cnet:1234"), 2, 2, "a target has 4 hexadecimal digits, as in cnet:1234");
+        const QByteArray target =
+            hex_argument(argument("cnet:1234"), 2, 2,
+                         StackText::tr("a target has 4 hexadecimal digits, as in cnet:1234"));
         framer.number = std::uint8_t(target[0]) << 8 | std::uint8_t(target[1]);
         break;
     }
     case FramerKind::Dorv:
-        framer.number = head.rest ? named(*head.rest, DORV_MODES, "the mode") : DORV_RADIO;
+        framer.number =
+            head.rest ? named(*head.rest, DORV_MODES, StackText::tr("the mode")) : DORV_RADIO;
         break;
     case FramerKind::None:
     case FramerKind::Crc16:
     case FramerKind::Rwlt:
         if (head.rest)
-            throw head.rest->error("nothing is expected after " + head.word.text);
+            throw head.rest->error(
+                StackText::tr("nothing is expected after %1").arg(head.word.text));
         break;
     }
     return framer;
@@ -230,6 +240,58 @@ QVector<FramerDescription> parse_framers(const Piece& text)
     return framers;
 }
 
+namespace {
+template <std::size_t size> QString name_of(int value, const Named (&table)[size])
+{
+    const Named* row = std::find_if(std::begin(table), std::end(table),
+                                    [&](const Named& row) { return row.value == value; });
+    return row == std::end(table) ? QString() : QString(row->name);
+}
+} // namespace
+
+QString link_text(const LinkDescription& link)
+{
+    const QString kind = name_of(int(link.kind), LINK_KINDS) + ':';
+    if (link.kind == LinkKind::Broadcast)
+        return kind + QString::number(link.remote_port);
+    if (link.kind != LinkKind::Serial)
+        return kind + (link.host.contains(':') ? '[' + link.host + ']' : link.host) + ':' +
+               QString::number(link.remote_port);
+    const PortSettings& settings = link.settings;
+    const QString format = QString::number(settings.DataBits) + name_of(settings.Parity, PARITIES) +
+                           name_of(settings.StopBits, STOP_BITS);
+    const QString text = kind + link.port + ',' + QString::number(settings.BaudRate) + ',' + format;
+    return settings.FlowControl == FLOW_OFF ? text
+                                            : text + ',' + name_of(settings.FlowControl, FLOWS);
+}
+
+QString link_name(const LinkDescription& link)
+{
+    if (link.kind == LinkKind::Serial)
+        return link.port.section('/', -1);
+    const QString host = link.kind == LinkKind::Broadcast ? QString("broadcast") : link.host;
+    return host + ':' + QString::number(link.remote_port);
+}
+
+QString framers_text(const QVector<FramerDescription>& framers)
+{
+    QStringList texts;
+    for (const FramerDescription& framer : framers) {
+        const QString name = name_of(int(framer.kind), FRAMER_KINDS);
+        if (framer.kind == FramerKind::Rtu)
+            texts += name + ':' + QString::number(framer.number);
+        else if (framer.kind == FramerKind::Chan)
+            texts += name + ':' + QString::fromLatin1(framer.prefix.toHex());
+        else if (framer.kind == FramerKind::Cnet)
+            texts += name + QStringLiteral(":%1").arg(framer.number, 4, 16, QChar('0'));
+        else if (framer.kind == FramerKind::Dorv)
+            texts += name + ':' + name_of(framer.number, DORV_MODES);
+        else
+            texts += name;
+    }
+    return texts.isEmpty() ? QString("none") : texts.join('+');
+}
+
 void check_fit(const LinkDescription& link, const QVector<FramerDescription>& framers)
 {
     bool on_link = true;
@@ -237,10 +299,12 @@ void check_fit(const LinkDescription& link, const QVector<FramerDescription>& fr
         if (framer.kind == FramerKind::Dorv) {
             // It reads lines from the link itself and wants each write to be taken as it is.
             if (!on_link)
-                throw framer.piece.error("dorv works only directly on the link: write it first");
+                throw framer.piece.error(
+                    StackText::tr("dorv works only directly on the link: write it first"));
             if (link.kind == LinkKind::Tcp || link.kind == LinkKind::Udp)
-                throw framer.piece.error("dorv waits for lines, which tcp: and udp: links don't; "
-                                         "use rawtcp: or rawudp:");
+                throw framer.piece.error(
+                    StackText::tr("dorv waits for lines, which tcp: and udp: links don't; "
+                                  "use rawtcp: or rawudp:"));
         }
         on_link = on_link && framer.kind == FramerKind::None;
     }

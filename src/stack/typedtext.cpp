@@ -1,4 +1,4 @@
-#include "cli/typedtext.h"
+#include "stack/typedtext.h"
 
 #include "checksum/hextext.h"
 
@@ -60,15 +60,16 @@ QByteArray parse_hex_bytes(const Piece& piece)
             continue;
         const int digit = hex_digit(text[i].toLatin1());
         if (separator)
-            throw piece.mid(i - 1, 1).error("a byte has two hexadecimal digits");
+            throw piece.mid(i - 1, 1).error(StackText::tr("a byte has two hexadecimal digits"));
         if (digit < 0)
-            throw piece.mid(i, 1).error("not a hexadecimal digit");
+            throw piece.mid(i, 1).error(StackText::tr("not a hexadecimal digit"));
         if (high >= 0)
             bytes.append(char(high << 4 | digit));
         high = high < 0 ? digit : -1;
     }
     if (high >= 0)
-        throw piece.mid(int(text.size()) - 1).error("a byte has two hexadecimal digits");
+        throw piece.mid(int(text.size()) - 1)
+            .error(StackText::tr("a byte has two hexadecimal digits"));
     return bytes;
 }
 

@@ -1,17 +1,9 @@
-#include "cli/stack.h"
+#include "stack/stack.h"
 
-#include "cli/boundedcnet.h"
-#include "cli/portadvice.h"
-#include "framers/qframerchan.h"
-#include "framers/qframercrc16.h"
-#include "framers/qframerdorv.h"
-#include "framers/qframernull.h"
-#include "framers/qframerrtu.h"
-#include "framers/qframerrwlt.h"
 #include "links/qlinkserial.h"
 #include "links/qlinktcpip.h"
 #include "links/qlinkwinsock.h"
-#include "serialport/qextserialenumerator.h"
+#include "stack/portproblem.h"
 
 #include <QEventLoop>
 #include <QFileInfo>
@@ -38,69 +30,15 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     }
     return settings;
 }
-
-using Framers = std::vector<std::unique_ptr<QFramer>>;
-
-// Puts a new framer on top.
-template <typename Framer> Framer& add(Framers& framers)
-{
-    QFramer* const lower = framers.back().get();
-    auto framer = std::make_unique<Framer>(lower);
-    Framer& added = *framer;
-    framers.push_back(std::move(framer));
-    return added;
-}
-
-void add_framer(Framers& framers, const FramerDescription& framer, QLink& link)
-{
-    switch (framer.kind) {
-    case FramerKind::None:
-        break;
-    case FramerKind::Crc16:
-        add<QFramerCrc16>(framers);
-        break;
-    case FramerKind::Rtu:
-        add<QFramerRtu>(framers).slave_set(std::uint8_t(framer.number));
-        break;
-    case FramerKind::Chan:
-        add<QFramerChan>(framers).chan_set(framer.prefix.constData(),
-                                           unsigned(framer.prefix.size()));
-        break;
-    case FramerKind::Cnet:
-        add<BoundedCnet>(framers).target_set(std::uint16_t(framer.number));
-        break;
-    case FramerKind::Rwlt:
-        add<QFramerRwlt>(framers);
-        break;
-    case FramerKind::Dorv: {
-        auto& dorv = add<QFramerDorv>(framers);
-        dorv.link_set(&link);
-        dorv.raw_set(framer.number == DORV_RAW);
-        if (framer.number != DORV_RAW)
-            dorv.mode_set(framer.number);
-        break;
-    }
-    }
-}
 } // namespace
 
-std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
-                                                   const QVector<FramerDescription>& descriptions)
-{
-    std::vector<std::unique_ptr<QFramer>> framers;
-    framers.push_back(std::make_unique<QFramerNull>(&link));
-    for (const FramerDescription& description : descriptions)
-        add_framer(framers, description, link);
-    return framers;
-}
-
-Stack::Stack(const StackDescription& description, ExchangeLog& log)
+Stack::Stack(const StackDescription& description, ExchangeSink& log)
     : description(description.link)
     , log(log)
 {
     add_link(description.timeout_ms);
-    framers = make_framers(*traced, description.framers);
-    for (const auto& framer : framers)
+    framers = std::make_unique<FramerStack>(*traced, description.framers);
+    for (const auto& framer : framers->all())
         QObject::connect(
             framer.get(), &QFramer::log, framer.get(),
             [&log](const QString& text) { log.note(text); }, Qt::DirectConnection);
@@ -110,8 +48,6 @@ Stack::~Stack()
 {
     if (traced->is_open())
         traced->close();
-    while (!framers.empty())
-        framers.pop_back();
 }
 
 void Stack::add_link(int timeout_ms)
@@ -139,7 +75,7 @@ void Stack::add_link(int timeout_ms)
 void Stack::open()
 {
     if (traced->open() != 0)
-        throw open_failure();
+        throw open_problem();
 }
 
 void Stack::run_worker(QThread& worker, const std::function<void()>& start,
@@ -166,22 +102,27 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
     start();
     // The system may refuse another thread, and that one signals nothing.
     if (!worker.isRunning() && !worker.isFinished())
-        throw Failure{ExitCode::Link, "the system starts no thread for the link",
-                      "End other programs, or raise the limits that `ulimit -a` shows."};
+        throw LinkProblem{LinkTrouble::NoThread, target()};
     loop.exec();
     worker.wait();
     while (!given_back.load(std::memory_order_acquire))
         QThread::yieldCurrentThread();
     if (!opened)
-        throw open_failure();
+        throw open_problem();
 }
 
-Failure Stack::open_failure() const
+LinkProblem Stack::open_problem() const
 {
     if (const auto* serial = qobject_cast<const QLinkSerial*>(link_object.get()))
-        return port_failure(description.port, serial->open_error(), serial->open_error_text());
-    return network_failure(
-        QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port)));
+        return port_problem(description.port, serial->open_error(), serial->open_error_text());
+    return {LinkTrouble::NoConnection, target()};
+}
+
+QString Stack::target() const
+{
+    if (description.kind == LinkKind::Serial)
+        return description.port;
+    return QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
 }
 
 bool Stack::port_gone() const
@@ -190,17 +131,11 @@ bool Stack::port_gone() const
            !QFileInfo::exists(description.port);
 }
 
-Failure Stack::no_answer(const QString& what, const QString& advice) const
+LinkProblem Stack::trouble() const
 {
     if (port_gone())
-        return {ExitCode::Link, what + ": the port " + description.port + " has gone",
-                "Plug the adapter in again, and start anew."};
+        return {LinkTrouble::PortGone, target()};
     if (traced->failed())
-        return {ExitCode::Link, what + ": the connection is lost",
-                "Check the cable or the network, and start anew."};
-    if (!traced->silent())
-        return {ExitCode::BadAnswer, what + ": what came is no answer to it",
-                "The rate, the format or --frame may be wrong, or the line is noisy; -v shows the "
-                "bytes."};
-    return {ExitCode::NoAnswer, what + ": nothing came in time", advice};
+        return {LinkTrouble::ConnectionLost, target()};
+    return {traced->silent() ? LinkTrouble::NoAnswer : LinkTrouble::BadAnswer, target()};
 }

@@ -1,4 +1,4 @@
-#include "cli/tracedlink.h"
+#include "stack/tracedlink.h"
 
 int TracedLink::open()
 {

@@ -21,8 +21,8 @@
 //                                                 radio if not given
 #pragma once
 
-#include "cli/typedtext.h"
 #include "serialport/qextserialport.h"
+#include "stack/typedtext.h"
 
 enum class LinkKind { Serial, Tcp, Udp, RawTcp, RawUdp, Broadcast };
 
@@ -51,6 +51,12 @@ struct FramerDescription
 // What doesn't fit throws TextError.
 LinkDescription parse_link(const Piece& text);
 QVector<FramerDescription> parse_framers(const Piece& text);
+
+// What parse_link and parse_framers take for the same. Rate and format are always written.
+QString link_text(const LinkDescription& link);
+// The port's last part, or host and port: "ttyUSB0", "10.0.0.5:4001".
+QString link_name(const LinkDescription& link);
+QString framers_text(const QVector<FramerDescription>& framers);
 
 // Throws TextError, with its place in the text of the framers, when they don't work on that link.
 void check_fit(const LinkDescription& link, const QVector<FramerDescription>& framers);

@@ -1,15 +1,21 @@
 // Texts that a user typed: their parts, what these mean, and where a mistake is.
 #pragma once
 
-#include "cli/failure.h"
-
 #include <QByteArray>
+#include <QCoreApplication>
+#include <QString>
 #include <QVector>
 #include <cstdint>
 #include <optional>
 
-// A mistake in a text. Thrown by the functions that parse one; parse_argument makes a Failure of
-// it.
+// The context of what these functions say of mistakes. A program without a catalogue says it in
+// English.
+struct StackText
+{
+    Q_DECLARE_TR_FUNCTIONS(StackText)
+};
+
+// A mistake in a text. Thrown by the functions that parse one.
 struct TextError
 {
     QString message;
@@ -49,16 +55,3 @@ QString shown_both(const QByteArray& bytes);
 
 // The text, and under it a caret at the mistake's place, each line indented by two blanks.
 QString pointed_at(const QString& text, const TextError& error);
-
-// What parse(text) returns. When it throws a TextError: throws a Failure of usage that points at
-// the mistake. `name` is the option or argument that the text was given for.
-template <typename Parse>
-auto parse_argument(const QString& name, const QString& text, Parse parse,
-                    const QString& advice = {})
-{
-    try {
-        return parse(text);
-    } catch (const TextError& error) {
-        throw usage_failure(name + ": " + error.message + '\n' + pointed_at(text, error), advice);
-    }
-}

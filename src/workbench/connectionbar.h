@@ -1,0 +1,71 @@
+// The connection that the pages work on: its link, its frame, and whether it is open.
+#pragma once
+
+#include "workbench/linkworker.h"
+
+#include <QWidget>
+
+class FrameBoxes;
+class Notice;
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSettings;
+class QSpinBox;
+
+class ConnectionBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // The link dialog keeps its settings in `ini_path`. `feed` outlives the bar.
+    ConnectionBar(LogFeed& feed, const QString& ini_path, QWidget* parent);
+
+    LinkWorker& link() { return worker; }
+    // What the texts mean; nothing, and a sentence in the bar, when they have a mistake.
+    std::optional<StackDescription> description();
+    // Asks by the link dialog; nothing when it is cancelled, or after a sentence in the bar.
+    std::optional<LinkDescription> link_ask();
+    int timeout_ms() const;
+
+    void load(const QSettings& ini);
+    void store(QSettings& ini) const;
+
+signals:
+    // A text or the time-out, without a mistake.
+    void description_changed();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    QLineEdit* edit_create(const char* name, const QString& text);
+    QWidget* texts_create();
+    QWidget* state_create();
+    void toggle();
+    void link_choose();
+    void frame_edit();
+    void copy() const;
+    void texts_check();
+    void state_show();
+    void retranslate();
+
+    LogFeed& feed;
+    const QString ini_path;
+    LinkWorker worker;
+    QLabel* link_label;
+    QLineEdit* link_text_edit;
+    QPushButton* link_button;
+    QLabel* frame_label;
+    QLineEdit* frame_text_edit;
+    QPushButton* frame_button;
+    QPushButton* copy_button;
+    QLabel* timeout_label;
+    QSpinBox* timeout_box;
+    FrameBoxes* boxes;
+    QPushButton* connect_button;
+    QLabel* state_label;
+    QCheckBox* log_box;
+    Notice* notice;
+};

@@ -1,0 +1,376 @@
+#include "linkcfg/qlinkcfgdlg.h"
+#include "workbench/connectionbar.h"
+#include "workbench/firmwarepage.h"
+#include "workbench/workbenchwindow.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QTableView>
+#include <QTimer>
+#include <QToolButton>
+#include <gtest/gtest.h>
+#include <plainsettings.h>
+#include <set>
+#include <simulated.h>
+
+class Workbench : public testing::Test
+{
+protected:
+    Workbench()
+    {
+        configure("workbench/language", "en_US");
+        configure("upgrade/reset_wait", 200);
+        configure("upgrade/verify_wait", 100);
+        configure("workbench/frame", "crc16");
+        file_write(sandbox.path("M1_2.bin"), mixed_bytes(60000));
+        answers.setInterval(1);
+        QObject::connect(&answers, &QTimer::timeout, &answers, [this] { answer(); });
+        answers.start();
+    }
+    ~Workbench() override
+    {
+        window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void configure(const QString& key, const QVariant& value)
+    {
+        QSettings(ini(), QSettings::IniFormat).setValue(key, value);
+    }
+    QString ini() const { return sandbox.path("workbench.ini"); }
+    void window_start()
+    {
+        window = std::make_unique<WorkbenchWindow>(ini());
+        window->show();
+        QCoreApplication::sendPostedEvents(); // the language comes by one
+    }
+    // A module of this name, and the window on its port.
+    void module_start(const QString& options = {})
+    {
+        module = std::make_unique<Simulated>("boot --image " + sandbox.path("rom") +
+                                             " --start-time 1 " + options);
+        configure("workbench/link", "serial:" + module->address + ",115200,8N1");
+        configure("workbench/firmware", sandbox.path("M1_2.bin"));
+        window_start();
+    }
+    bool connect_module()
+    {
+        click("connect");
+        return wait_until([&] { return text<QLabel>("connection_state") == "connected"; });
+    }
+    bool run_end()
+    {
+        return wait_until([&] { return !window->firmware().busy(); }, 6 * PATIENCE_MS);
+    }
+    const UpgradeModule& first() const { return window->firmware().modules().module(0); }
+    int percent() const { return find<QProgressBar>("progress")->value(); }
+    int pages(PageState state) const { return first().pages().count_of(state); }
+    QByteArray rom() const { return file_content(sandbox.path("rom")); }
+
+    template <typename Widget> Widget* find(const char* name) const
+    {
+        Widget* const widget = window->findChild<Widget*>(name);
+        if (!widget)
+            throw std::runtime_error(std::string("no widget ") + name);
+        return widget;
+    }
+    void click(const char* name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+    template <typename Widget> QString text(const char* name) const
+    {
+        return find<Widget>(name)->text();
+    }
+    void type(const char* name, const QString& text) { find<QLineEdit>(name)->setText(text); }
+    QString notice(const char* name = "firmware_notice") const
+    {
+        return find<QWidget>(name)->findChild<QLabel*>("notice_text")->text();
+    }
+
+    // Answers each modal dialog.
+    void answer()
+    {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        if (auto* const box = qobject_cast<QMessageBox*>(dialog)) {
+            ++questions;
+            box->button(yes ? QMessageBox::Yes : QMessageBox::No)->click();
+        } else if (auto* const files = qobject_cast<QFileDialog*>(dialog)) {
+            files->findChild<QLineEdit*>("fileNameEdit")->setText(chosen);
+            QMetaObject::invokeMethod(files, "accept", Qt::QueuedConnection);
+        } else if (auto* const link = qobject_cast<QLinkCfgDlg*>(dialog)) {
+            auto* const ports = link->findChild<QComboBox*>("portComboBox");
+            ports->setCurrentIndex(ports->findText(chosen));
+            link->accept();
+        }
+    }
+
+    Sandbox sandbox;
+    std::unique_ptr<Simulated> module;
+    QTimer answers;
+    int questions = 0;
+    bool yes = true;
+    QString chosen; // the file or port that is asked for
+    std::unique_ptr<WorkbenchWindow> window;
+};
+
+TEST_F(Workbench, UpgradesAModuleOverALineWithFaults)
+{
+    configure("workbench/timeout", 60);
+    module_start("--drop 0.005 --corrupt 0.005 --seed 3 --hard-info A102");
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().contains("holds all 60000 bytes")) << qPrintable(notice());
+    EXPECT_EQ(rom(), mixed_bytes(60000));
+    EXPECT_EQ(pages(PageState::Sent), 15);
+    EXPECT_EQ(percent(), 100);
+    EXPECT_EQ(text<QLabel>("soft_info"), "M1 V1.00.000000 BOOT");
+    EXPECT_EQ(text<QLabel>("hard_info"), "A1 02");
+    EXPECT_EQ(text<QLabel>("page_size"), "4096 bytes");
+}
+
+TEST_F(Workbench, CompletesWhatAStoppedRunBegan)
+{
+    module_start("--baud 460800");
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(wait_until([&] { return percent() >= 33; }));
+    click("stop");
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().startsWith("The upgrade was stopped.")) << qPrintable(notice());
+    EXPECT_EQ(first().stage_text(), "stopped");
+    EXPECT_GT(pages(PageState::Unknown), 0);
+    EXPECT_EQ(pages(PageState::Sending), 0);
+    click("start");
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(first().good());
+    EXPECT_GE(pages(PageState::Equal), 5);
+    EXPECT_EQ(rom(), mixed_bytes(60000));
+}
+
+TEST_F(Workbench, RefusesFirmwareOfAnotherModule)
+{
+    module_start("--module M7");
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().startsWith("Wrong firmware: M1_2.bin is not for the module M7."));
+    EXPECT_TRUE(rom().isEmpty());
+    EXPECT_EQ(text<QLabel>("connection_state"), "connected");
+}
+
+TEST_F(Workbench, SurvivesAPortThatGoesInTheMiddle)
+{
+    module_start("--baud 460800");
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(wait_until([&] { return pages(PageState::Sent) >= 3; }));
+    module->process.kill();
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().contains("has gone") || notice().contains("is lost"))
+        << qPrintable(notice());
+    ASSERT_TRUE(wait_until([&] { return text<QLabel>("connection_state") == "not connected"; }));
+    EXPECT_TRUE(notice("connection_notice").contains("connect anew"));
+    EXPECT_GE(pages(PageState::Sent), 3);
+    click("start");
+    EXPECT_TRUE(notice().startsWith("There is no link")) << qPrintable(notice());
+    EXPECT_EQ(questions, 0);
+}
+
+TEST_F(Workbench, UpgradesSeveralModulesAtOnceAndSavesTheirResults)
+{
+    module_start();
+    const Simulated second("boot --name second --image " + sandbox.path("rom2"));
+    const Simulated third("boot --name third --module M7");
+    for (const Simulated* const other : {&second, &third}) {
+        chosen = other->address;
+        click("module_add");
+    }
+    ASSERT_EQ(window->firmware().modules().count(), 3);
+    ASSERT_TRUE(connect_module());
+    click("start");
+    EXPECT_EQ(window->firmware().modules().running(), 3);
+    ASSERT_TRUE(run_end());
+    EXPECT_TRUE(notice().startsWith("2 of 3 modules hold the file")) << qPrintable(notice());
+    EXPECT_EQ(file_content(sandbox.path("rom2")), mixed_bytes(60000));
+    chosen = sandbox.path("results.csv");
+    click("results_save");
+    const QList<QByteArray> lines = file_content(chosen).split('\n');
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_TRUE(lines[2].startsWith("\"serial:" + second.address.toLocal8Bit() +
+                                    ",115200,8N1\","
+                                    "crc16,M1_2.bin,M1 V1.00.000000 BOOT,upgraded,60000,"));
+    EXPECT_TRUE(lines[3].contains(",failed,"));
+}
+
+TEST_F(Workbench, SaysBadInputInOneSentenceInTheWindow)
+{
+    file_write(sandbox.path("empty.bin"), {});
+    file_write(sandbox.path("file"), "x");
+    module_start();
+    const struct
+    {
+        const char* widget;
+        QString typed;
+        const char* button;
+        const char* notice;
+        const char* sentence;
+    } rows[] = {
+        {"firmware_file", "", "start", "firmware_notice", "Choose a firmware file first."},
+        {"firmware_file", sandbox.path("empty.bin"), "start", "firmware_notice", "is empty"},
+        {"firmware_file", sandbox.path("M1_2.bin"), "start", "firmware_notice", "There is no link"},
+        {"link_text", "serial:/dev/none", "connect", "connection_notice", "There is no port"},
+        {"link_text", "serial:" + sandbox.path("file"), "connect", "connection_notice",
+         "is no serial port"},
+        {"link_text", "tcp:127.0.0.1:1", "connect", "connection_notice", "There is no connection"},
+        {"link_text", "serial", "connect", "connection_notice", "Link, character 7"},
+        {"frame_text", "crc17", "connect", "connection_notice", "Link, character 7"},
+    };
+    for (const auto& row : rows) {
+        type(row.widget, row.typed);
+        click(row.button);
+        EXPECT_TRUE(wait_until([&] { return notice(row.notice).contains(row.sentence); }))
+            << row.sentence << ": " << qPrintable(notice(row.notice));
+    }
+    EXPECT_EQ(questions, 0);
+}
+
+TEST_F(Workbench, NamesWhoHoldsAPortAndLeavesItAlone)
+{
+    module_start();
+    LogFeed feed;
+    LinkWorker other(feed);
+    other.open(*window->connection().description());
+    ASSERT_TRUE(wait_until([&] { return other.state() == LinkWorker::State::Open; }));
+    click("connect");
+    EXPECT_TRUE(wait_until([&] { return notice("connection_notice").contains("in use"); }));
+    EXPECT_EQ(other.state(), LinkWorker::State::Open);
+}
+
+TEST_F(Workbench, AsksBeforeItClosesDuringARunAndAbortsCleanly)
+{
+    module_start("--baud 115200");
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(wait_until([&] { return pages(PageState::Sent) >= 1; }));
+    yes = false;
+    window->close();
+    EXPECT_TRUE(window->isVisible() && window->firmware().busy());
+    yes = true;
+    window->close();
+    EXPECT_TRUE(wait_until([&] { return !window->isVisible(); }));
+    EXPECT_EQ(questions, 2);
+    EXPECT_EQ(first().verdict().what, "The upgrade was stopped.");
+    window.reset();
+    window_start();
+    EXPECT_EQ(text<QLineEdit>("firmware_file"), sandbox.path("M1_2.bin"));
+}
+
+TEST_F(Workbench, SpeaksTheLanguageChosenInTheMenuAtOnceAndNextTime)
+{
+    window_start();
+    const auto choose = [&](const QString& language) {
+        for (QAction* const action : window->findChildren<QAction*>())
+            if (action->text() == language)
+                action->trigger();
+        QCoreApplication::sendPostedEvents(); // the change of language is among them
+    };
+    EXPECT_EQ(text<QPushButton>("start"), "&Start");
+    choose("中文");
+    EXPECT_EQ(text<QPushButton>("start"), "开始(&S)");
+    EXPECT_EQ(text<QPushButton>("connect"), "连接(&C)");
+    choose("深色(&A)");
+    EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 100);
+    window->close();
+    window.reset();
+    window_start();
+    EXPECT_EQ(text<QLabel>("connection_state"), "未连接");
+    EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 100);
+    choose("跟随桌面(&D)"); // of both menus; the desktop of a test speaks English
+    choose("&Light");
+    EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 200);
+}
+
+TEST_F(Workbench, WorksByKeysAlone)
+{
+    module_start();
+    QApplication::setActiveWindow(window.get());
+    QTest::keyClick(window.get(), Qt::Key_C, Qt::AltModifier);
+    ASSERT_TRUE(wait_until([&] { return text<QLabel>("connection_state") == "connected"; }));
+    std::set<QWidget*> reached;
+    for (int step = 0; step < 60; ++step) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window.get(),
+                        Qt::Key_Tab);
+        reached.insert(QApplication::focusWidget());
+    }
+    for (const char* const name : {"connect", "firmware_file", "firmware_choose", "modules",
+                                   "page_map", "packet", "verify_wait", "start", "log_find"})
+        EXPECT_EQ(reached.count(find<QWidget>(name)), 1u) << name;
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::AltModifier);
+    ASSERT_TRUE(wait_until([&] { return !notice().isEmpty(); }));
+    EXPECT_TRUE(first().good()) << qPrintable(notice());
+    // A screen reader has a name for each.
+    for (QWidget* const widget : reached)
+        EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
+            << widget->metaObject()->className() << qPrintable(widget->objectName());
+}
+
+TEST_F(Workbench, FiltersTheLogAndFindsInIt)
+{
+    module_start();
+    ASSERT_TRUE(connect_module());
+    click("start");
+    ASSERT_TRUE(run_end());
+    auto* const view = find<QListView>("log_view");
+    const auto rows = [&] { return view->model()->rowCount(); };
+    ASSERT_TRUE(wait_until([&] {
+        return view->model()->index(rows() - 1, 0).data().toString().contains("ldr: total took");
+    }));
+    const int all = rows();
+    type("log_filter", "device reboot");
+    EXPECT_EQ(rows(), 1);
+    type("log_filter", "");
+    EXPECT_EQ(rows(), all);
+    type("log_find", "module name: M1");
+    QTest::keyClick(find<QLineEdit>("log_find"), Qt::Key_Return);
+    EXPECT_TRUE(view->currentIndex().data().toString().contains("ldr: module name: M1"));
+}
+
+TEST_F(Workbench, EditsFramersAsBoxesAndTakesADroppedFile)
+{
+    window_start();
+    type("frame_text", "crc16+chan:05");
+    QTimer::singleShot(0, window.get(), [] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        auto* const list = dialog->findChild<QListWidget*>("framers");
+        ASSERT_EQ(list->count(), 2);
+        list->item(1)->setText("chan:1234");
+        list->setCurrentRow(1);
+        for (QPushButton* const button : dialog->findChildren<QPushButton*>())
+            if (button->text() == "&Up")
+                button->click();
+        qobject_cast<QDialog*>(dialog)->accept();
+    });
+    click("frame_edit");
+    EXPECT_EQ(text<QLineEdit>("frame_text"), "chan:1234+crc16");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(sandbox.path("M1_2.bin"))});
+    QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window->firmware(), &enter);
+    QDropEvent drop(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window->firmware(), &drop);
+    EXPECT_EQ(text<QLabel>("firmware_size"), "60000 bytes");
+    // Qt fades the field's button in, by an object that lives as long as that takes.
+    const auto* const clear = find<QLineEdit>("firmware_file")->findChild<QToolButton*>();
+    EXPECT_TRUE(wait_until([&] { return clear->property("opacity") == 1; }));
+}

@@ -14,7 +14,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QSysInfo>
 #include <cmath>
 
 namespace {
@@ -163,14 +162,8 @@ RecordSettings record_settings(const Invocation& invocation, const LinkDescripti
 {
     RecordSettings record;
     record.path = invocation.text("record");
-    record.section.system = QSysInfo::prettyProductName();
-    record.section.application = QString(PcapngSection::OWN_APPLICATION) + " tarnwickctl monitor";
-    record.section.comments =
-        QStringList("--link " + invocation.text("link") + " --frame " + invocation.text("frame"));
-    record.interface.name = name;
-    record.interface.description = invocation.text("link");
-    if (link.kind == LinkKind::Serial)
-        record.interface.speed = std::uint64_t(link.settings.BaudRate);
+    record.section = record_section(invocation);
+    record.interface = record_port(invocation, link, name);
     return record;
 }
 

@@ -77,10 +77,10 @@ void Answering::learn(CapturedPort& port)
     }
     learn(exchange);
     if (left_out > 0)
-        note(QStringLiteral("%1 received bytes are left out, as they answer no request")
-                 .arg(left_out));
+        notes(QStringLiteral("%1 received bytes are left out, as they answer no request")
+                  .arg(left_out));
     if (incomplete > 0)
-        note(QStringLiteral("%1 requests are left out, as bytes are missing").arg(incomplete));
+        notes(QStringLiteral("%1 requests are left out, as bytes are missing").arg(incomplete));
 }
 
 void Answering::learn(const Exchange& exchange)
@@ -123,14 +123,14 @@ Answer Answering::answer(const QByteArray& request)
     auto found = known.find(request);
     if (found == known.end()) {
         if (!settings.near) {
-            note("unknown, no answer: " + shown(request));
+            notes("unknown, no answer: " + shown(request));
             return {};
         }
         int distance = 0;
         found = nearest(request, distance);
-        note(QStringLiteral("unknown: %1; the answer is that to the nearest, which differs in %2 "
-                            "bytes: %3")
-                 .arg(shown(request), QString::number(distance), shown(found->first)));
+        notes(QStringLiteral("unknown: %1; the answer is that to the nearest, which differs in %2 "
+                             "bytes: %3")
+                  .arg(shown(request), QString::number(distance), shown(found->first)));
     }
     Answers& answers = found->second;
     const Answer& given = answers.all[answers.next];
@@ -138,8 +138,8 @@ Answer Answering::answer(const QByteArray& request)
     return given;
 }
 
-std::map<QByteArray, Answering::Answers>::iterator
-Answering::nearest(const QByteArray& request, int& distance)
+std::map<QByteArray, Answering::Answers>::iterator Answering::nearest(const QByteArray& request,
+                                                                      int& distance)
 {
     auto best = known.begin();
     distance = INT_MAX;
@@ -151,10 +151,4 @@ Answering::nearest(const QByteArray& request, int& distance)
         }
     }
     return best;
-}
-
-void Answering::note(const QString& text) const
-{
-    if (notes)
-        notes(text);
 }

@@ -20,9 +20,9 @@ struct AnswerSettings
 //   - text typed slowly is a request for each key, with the answer at the last one
 // What was received before the first request is left out, and so is an exchange with missing bytes.
 //
-// What a request is, in what arrives: the longest one of the capture that it begins with, as soon as
-// it can't become a longer one, at the latest after a silence of the gap. Without any such, all up
-// to that silence is one unknown request.
+// What a request is, in what arrives: the longest one of the capture that it begins with, as soon
+// as it can't become a longer one, at the latest after a silence of the gap. Without any such, all
+// up to that silence is one unknown request.
 //
 // A request that occurs several times in the capture gets its answers in that order, and after the
 // last the first again: a whole session can be repeated.
@@ -49,7 +49,6 @@ private:
     void learn(const Exchange& exchange);
     int longest_known(const QByteArray& heard) const;
     std::map<QByteArray, Answers>::iterator nearest(const QByteArray& request, int& distance);
-    void note(const QString& text) const;
 
     const AnswerSettings settings;
     const Journal notes;

@@ -33,36 +33,41 @@ CapturedPort::CapturedPort(const QString& name, const QString& port, const Journ
 void CapturedPort::read_amounts(const Journal& notes)
 {
     reader = std::make_unique<CaptureReader>(file);
-    bool is_capture = false;
+    QStringList damages;
     int damaged = 0;
+    bool is_capture = false;
     for (auto found = reader->next(); found != CaptureReader::Found::End; found = reader->next()) {
         is_capture |= found != CaptureReader::Found::Damage;
-        if (found == CaptureReader::Found::Damage && ++damaged <= NOTES_MAX && notes) {
-            const CaptureDamage& damage = reader->damage();
-            notes(QStringLiteral("%1 is damaged at byte %2, %3 bytes: %4; what is good is played")
-                      .arg(file.fileName(), QString::number(damage.offset),
-                           QString::number(damage.length), damage.reason));
-        }
-        if (found != CaptureReader::Found::Record)
-            continue;
-        const CaptureRecord& record = reader->record();
-        const QString name = name_of(record.port);
-        auto row = std::find_if(amounts.begin(), amounts.end(),
-                                [&](const CapturedAmount& known) { return known.port == name; });
-        if (row == amounts.end())
-            row = amounts.insert(amounts.end(), {name, 0, 0});
-        if (record.event == CaptureEvent::DataSent)
-            row->sent += record.bytes.size();
-        if (record.event == CaptureEvent::DataReceived)
-            row->received += record.bytes.size();
+        if (found == CaptureReader::Found::Damage && ++damaged <= NOTES_MAX)
+            damages += QStringLiteral("%1 is damaged at byte %2, %3 bytes: %4")
+                           .arg(file.fileName(), QString::number(reader->damage().offset),
+                                QString::number(reader->damage().length), reader->damage().reason);
+        if (found == CaptureReader::Found::Record)
+            count(reader->record());
     }
     if (!is_capture)
         fail(QStringLiteral("%1 is no capture: it has no pcapng section; `tarnwickctl monitor "
                             "--record` makes captures")
                  .arg(file.fileName()));
-    if (damaged > NOTES_MAX && notes)
-        notes(QStringLiteral("%1 places are damaged in all; `tarnwickctl capture verify` lists them")
-                  .arg(damaged));
+    if (damaged > 0)
+        damages += QStringLiteral("what is good is played; `tarnwickctl capture verify` lists all "
+                                  "%1 damaged places")
+                       .arg(damaged);
+    for (const QString& damage : qAsConst(damages))
+        notes(damage);
+}
+
+void CapturedPort::count(const CaptureRecord& record)
+{
+    const QString name = name_of(record.port);
+    auto row = std::find_if(amounts.begin(), amounts.end(),
+                            [&](const CapturedAmount& known) { return known.port == name; });
+    if (row == amounts.end())
+        row = amounts.insert(amounts.end(), {name, 0, 0});
+    if (record.event == CaptureEvent::DataSent)
+        row->sent += record.bytes.size();
+    if (record.event == CaptureEvent::DataReceived)
+        row->received += record.bytes.size();
 }
 
 void CapturedPort::choose(const QString& port)
@@ -107,7 +112,9 @@ void CapturedPort::read_block()
         ended = true;
         break;
     case CaptureReader::Found::Damage:
-        add(CapturedPiece::Kind::Missing, latest(), {});
+        // After a torn end nothing can lack what was in it.
+        if (reader->damage().kind == CaptureDamage::Kind::Block)
+            add(CapturedPiece::Kind::Missing, latest(), {});
         break;
     case CaptureReader::Found::Record:
         if (name_of(reader->record().port) == chosen.port)

@@ -45,6 +45,7 @@ public:
 
 private:
     void read_amounts(const Journal& notes);
+    void count(const CaptureRecord& record);
     void choose(const QString& port);
     void read_block();
     void add(CapturedPiece::Kind kind, std::chrono::nanoseconds time, const QByteArray& bytes);

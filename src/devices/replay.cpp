@@ -7,8 +7,8 @@ namespace {
 constexpr int UNHEARD = 4096;
 }
 
-Replay::Replay(std::unique_ptr<CapturedPort> port, const ReplaySettings& settings, const FaultSettings& faults,
-               Journal notes)
+Replay::Replay(std::unique_ptr<CapturedPort> port, const ReplaySettings& settings,
+               const FaultSettings& faults, Journal notes)
     : port(std::move(port))
     , settings(settings)
     , faults(faults)
@@ -37,7 +37,7 @@ QByteArray Replay::transmit(int most, Time now)
         started = piece->bytes;
         faults.send_bytes(started);
         read_next();
-        if (!piece && notes)
+        if (!piece)
             notes(QStringLiteral("the end of %1: %2 bytes")
                       .arg(port->file_name(), QString::number(port->amount().received)));
     }

@@ -18,8 +18,8 @@ public:
     static constexpr std::chrono::milliseconds LATE_MOST{200};
 
     // Throws std::runtime_error when nothing was received. What happens is reported in `notes`.
-    Replay(std::unique_ptr<CapturedPort> port, const ReplaySettings& settings, const FaultSettings& faults,
-           Journal notes);
+    Replay(std::unique_ptr<CapturedPort> port, const ReplaySettings& settings,
+           const FaultSettings& faults, Journal notes);
 
     // What is said to it goes unheard.
     int room() const override;

@@ -50,8 +50,8 @@ LinkRecord::LinkRecord(const Invocation& invocation, const LinkDescription& link
 {
     if (!invocation.has("record"))
         return;
-    const CaptureResult result = writer.open(invocation.text("record"), record_section(invocation),
-                                             CaptureExisting::Append);
+    const CaptureResult result =
+        writer.open(invocation.text("record"), record_section(invocation), CaptureExisting::Append);
     if (!result)
         throw Failure{ExitCode::File, result.error, result.advice};
     port = writer.add_port(record_port(invocation, link, name_of(link)));

@@ -156,11 +156,8 @@ TEST_F(Recordings, EachRequestGetsTheAnswerOfTheRecordedDevice)
 
 TEST_F(Recordings, WhatWasReceivedComesAgainAtItsTimes)
 {
-    const std::vector<Event> events = {{0, '>', "open"},
-                                       {10, '<', "one"},
-                                       {30, '<', "two"},
-                                       {20, '>', "x"},
-                                       {2030, '<', "three"}};
+    const std::vector<Event> events = {
+        {0, '>', "open"}, {10, '<', "one"}, {30, '<', "two"}, {20, '>', "x"}, {2030, '<', "three"}};
     ReplaySettings twice, no_pace, short_silence;
     twice.speed = 2;
     no_pace.speed = 0;

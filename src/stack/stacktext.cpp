@@ -241,7 +241,7 @@ QVector<FramerDescription> parse_framers(const Piece& text)
 }
 
 namespace {
-template <std::size_t size> QString name_of(int value, const Named (&table)[size])
+template <std::size_t SIZE> QString name_of(int value, const Named (&table)[SIZE])
 {
     const Named* row = std::find_if(std::begin(table), std::end(table),
                                     [&](const Named& row) { return row.value == value; });

@@ -80,6 +80,7 @@ private:
     bool connect();
     void lose();
     void try_again();
+    void note_open();
     SessionResult finish();
 
     // session_send_posix.cpp: what goes out

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <random>
+#include <sched.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -63,8 +64,16 @@ std::int64_t now_ns()
     return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
 }
 
+// Where we may, what other programs do is kept out of it.
+void ask_for_real_time()
+{
+    const sched_param priority = {5};
+    sched_setscheduler(0, SCHED_FIFO, &priority);
+}
+
 [[noreturn]] void record_until_killed(int port, const QString& path, Progress& progress)
 {
+    ask_for_real_time();
     const SystemWatch watch(QFileInfo(path).path().toStdString(), progress.delays);
     CaptureWriter writer;
     if (!writer.open(path, {}))

@@ -188,7 +188,7 @@ TEST_F(TarnwickCtl, TheManPagesAndTheCompletionsKnowWhatTheHelpNames)
 {
     const QString help = CtlRun("--help").out;
     QString simulator_help;
-    for (const char* device : {"echo", "talk", "boot", "cnet", "dorv"}) {
+    for (const char* device : {"echo", "talk", "boot", "cnet", "dorv", "replay", "answer"}) {
         Simulated simulator(QString("help ") + device);
         EXPECT_EQ(simulator.wait(), 0);
         simulator_help += simulator.out;

@@ -84,6 +84,10 @@ bool Output::flush()
     if (text.isEmpty() && !redraw)
         return true;
     write_log(text);
+    if (screen_left) {
+        text.clear();
+        return true;
+    }
     if (!wanted && !drawn) {
         const bool good = screen.write(text);
         text.clear();

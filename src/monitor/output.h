@@ -33,6 +33,8 @@ public:
 
     // Writes what there is. False when stdout takes no more.
     bool flush();
+    // What comes from now on is for the log alone.
+    void leave_screen() { screen_left = true; }
     // Ends open lines, and gives the colours back.
     bool finish();
 
@@ -46,6 +48,7 @@ private:
     View shown;
     std::unique_ptr<LogFile> log;
     bool log_failing = false;
+    bool screen_left = false;
     QByteArray text; // shown and not yet written
     QString label;
     QString typed;

@@ -81,6 +81,7 @@ private:
     void lose();
     void try_again();
     void note_open();
+    void show_rest();
     SessionResult finish();
 
     // session_send_posix.cpp: what goes out

@@ -256,10 +256,38 @@ void Session::note_open()
     note(wire.name() + " is open" + (screen.has_keys() ? hint : QString()));
 }
 
+// What was read and not yet shown: who reads stdout and the log get all of it, while a person at a
+// slow terminal does not wait for more than a batch. Another signal cuts it short.
+void Session::show_rest()
+{
+    bool end = false;
+    const QVector<Chunk> rest = backlog.mid(backlog_at) + inbox.take(end);
+    std::int64_t left = 0;
+    for (const Chunk& chunk : rest)
+        left += chunk.bytes.size();
+    if (left > BATCH && screen.is_terminal())
+        output->leave_screen();
+    int shown = 0;
+    for (const Chunk& chunk : rest) {
+        if (chunk.note.isEmpty())
+            output->add(chunk);
+        else
+            note(chunk.note);
+        shown += int(chunk.bytes.size());
+        if (shown < BATCH)
+            continue;
+        shown = 0;
+        if (!output->flush() || signal_inbox.take() != 0)
+            return;
+    }
+}
+
 SessionResult Session::finish()
 {
     reader.reset();
     wire.close();
+    if (output)
+        show_rest();
     const CaptureResult recording = recorder.close();
     if (!recording)
         end_with(SessionEnd::FileFailed, recording.error, recording.advice);

@@ -1,240 +1,28 @@
-// The polled port where ports are no file descriptors: a QSerialPort on an I/O thread of its own,
-// with a guarded buffer in between.
+// The polled port where ports are no file descriptors: a SerialPump moves the bytes on an I/O
+// thread of its own, with a guarded buffer in between.
 #include "serialport/polledport.h"
 
 #include "serialport/modemlines.h"
-#include "serialport/portwatch.h"
-#include "serialport/tty.h"
+#include "serialport/serialpump_windows.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QEventLoop>
 #include <QThread>
+#include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 
 using std::chrono::milliseconds;
 
-// The I/O thread never waits, so it answers sooner unless the machine is stuck.
-static constexpr milliseconds TURN_LIMIT(1000);
-
-class SerialPump;
-
-// What the driving thread and the I/O thread share; every field is guarded by `mutex`.
-struct PolledState
-{
-    std::mutex mutex;
-    std::condition_variable changed;
-    QByteArray received;
-    QByteArray outgoing;        // what the I/O thread has not yet taken
-    qint64 in_flight = 0;       // bytes taken by the I/O thread and not yet written
-    SerialPump* pump = nullptr; // set while the I/O thread serves the port
-    bool settled = false;       // the open has succeeded or failed
-    bool closing = false;
-    bool withdraw = false; // the driver gave up on what has not been written
-    bool discard = false;  // the driver wants nothing of what has arrived
-    bool lost = false;
-    PortFailure failure;
-};
-
-// Lives on the I/O thread and moves bytes between the QSerialPort and the shared state.
-class SerialPump : public QObject
-{
-    Q_OBJECT
-
-public:
-    SerialPump(const QString& name, const PortSettings& settings, PolledState& state);
-
-    bool open(QIODevice::OpenMode mode, const LinesAtOpen& lines);
-    // Serves the port until the driver asks for the close.
-    void run();
-    // Takes what the driver has left in the state: bytes to write, a withdrawal, room for more
-    // input.
-    Q_INVOKABLE void turn();
-    // Keeps why the operation failed; whether it didn't.
-    bool call(const std::function<PortFailure(QSerialPort&)>& operation);
-
-private:
-    void withdraw_output();
-    void discard_input();
-    void drain_and_close();
-    void fetch();
-    void append_received(const QByteArray& data);
-    void count_written(qint64 bytes);
-    void handle_error(QSerialPort::SerialPortError error);
-    void fail(const PortFailure& failure);
-
-    const QString name;
-    const PortSettings settings;
-    PolledState& state;
-    TtyDescriptor lock;
-    QSerialPort serial;
-    QEventLoop loop;
-};
-
-SerialPump::SerialPump(const QString& name, const PortSettings& settings, PolledState& state)
-    : name(name)
-    , settings(settings)
-    , state(state)
-{
-    tty_settings_prepare(serial, name, settings);
-    serial.setReadBufferSize(PolledPort::AHEAD_LIMIT);
-}
-
-bool SerialPump::open(QIODevice::OpenMode mode, const LinesAtOpen& lines)
-{
-    // Without one no event loop runs, and the pump would spin.
-    PortFailure failure;
-    if (!QCoreApplication::instance())
-        failure = {QSerialPort::OpenError,
-                   PortTexts::tr("a polled port needs a QCoreApplication on this system")};
-    if (!failure)
-        failure = lock.open(serial, mode);
-    if (!failure)
-        failure = tty_settings_open(serial, settings, mode, lock);
-    if (failure) {
-        fail(failure);
-        return false;
-    }
-    call([&](QSerialPort& port) { return lines_apply(port, lines); });
-    connect(&serial, &QSerialPort::readyRead, this, &SerialPump::fetch);
-    connect(&serial, &QSerialPort::bytesWritten, this, &SerialPump::count_written);
-    connect(&serial, &QSerialPort::errorOccurred, this, &SerialPump::handle_error);
-    return true;
-}
-
-void SerialPump::run()
-{
-    loop.exec();
-    serial.disconnect(this);
-    if (serial.isOpen())
-        drain_and_close();
-}
-
-void SerialPump::drain_and_close()
-{
-    const QDeadlineTimer end(qMax(0L, settings.Timeout_Millisec));
-    while (serial.bytesToWrite() > 0 && !end.hasExpired() &&
-           serial.waitForBytesWritten(int(end.remainingTime())))
-        ;
-    serial.clear(QSerialPort::Output);
-    serial.close();
-}
-
-void SerialPump::turn()
-{
-    if (serial.isOpen())
-        fetch();
-    QByteArray data;
-    bool withdraw = false;
-    bool discard = false;
-    {
-        const std::lock_guard lock(state.mutex);
-        if (state.closing)
-            loop.quit();
-        if (!serial.isOpen())
-            return;
-        withdraw = state.withdraw;
-        discard = state.discard;
-        data.swap(state.outgoing);
-        state.in_flight += data.size();
-    }
-    // The port is called without the lock: what it signals takes the lock itself.
-    if (discard)
-        discard_input();
-    if (withdraw)
-        withdraw_output();
-    if (!data.isEmpty())
-        serial.write(data);
-}
-
-bool SerialPump::call(const std::function<PortFailure(QSerialPort&)>& operation)
-{
-    if (!serial.isOpen())
-        return false;
-    const PortFailure failure = operation(serial);
-    if (failure)
-        fail(failure);
-    return !failure;
-}
-
-void SerialPump::withdraw_output()
-{
-    serial.clear(QSerialPort::Output);
-    const std::lock_guard lock(state.mutex);
-    state.withdraw = false;
-    state.in_flight = 0;
-    state.changed.notify_all();
-}
-
-void SerialPump::discard_input()
-{
-    serial.clear(QSerialPort::Input);
-    const std::lock_guard lock(state.mutex);
-    state.discard = false;
-    state.received.clear();
-    state.changed.notify_all();
-}
-
-void SerialPump::fetch()
-{
-    qint64 room = 0;
-    {
-        const std::lock_guard lock(state.mutex);
-        room = PolledPort::AHEAD_LIMIT - state.received.size();
-    }
-    append_received(serial.read(room));
-}
-
-void SerialPump::append_received(const QByteArray& data)
-{
-    const std::lock_guard lock(state.mutex);
-    state.received += data;
-    state.changed.notify_all();
-}
-
-void SerialPump::count_written(qint64 bytes)
-{
-    const std::lock_guard lock(state.mutex);
-    state.in_flight = qMax(0LL, state.in_flight - bytes);
-    state.changed.notify_all();
-}
-
-void SerialPump::handle_error(QSerialPort::SerialPortError error)
-{
-    if (error == QSerialPort::NoError || !serial.isOpen())
-        return;
-    if (!tty_lost(serial, error)) {
-        fail({error, serial.errorString()});
-        return;
-    }
-    fail({QSerialPort::ResourceError, PortTexts::tr("the device has gone")});
-    append_received(serial.readAll());
-    {
-        const std::lock_guard lock(state.mutex);
-        state.lost = true;
-        state.changed.notify_all();
-    }
-    // Left open it would repeat the error in a busy loop.
-    serial.disconnect(this);
-    serial.close();
-    emit PortWatch::instance().lost(name);
-}
-
-void SerialPump::fail(const PortFailure& failure)
-{
-    const std::lock_guard lock(state.mutex);
-    state.failure = failure;
-}
-
 namespace {
+
+// The I/O thread never waits, so it answers sooner unless the machine is stuck.
+constexpr milliseconds TURN_LIMIT(1000);
+
 // Calls the I/O thread; to be called with the state locked.
 void wake(const PolledState& state)
 {
     if (state.pump)
         QMetaObject::invokeMethod(state.pump, "turn", Qt::QueuedConnection);
 }
+
 } // namespace
 
 PolledPort::PolledPort(const QString& name, const PortSettings& settings)
@@ -417,5 +205,3 @@ QSerialPort::SerialPortError PolledPort::error()
     const std::lock_guard lock(state->mutex);
     return state->failure.code;
 }
-
-#include "polledport_windows.moc"

@@ -2,6 +2,7 @@
 // text.
 #include "cli/cnetaddress.h"
 #include "cli/dorvsettings.h"
+#include "cli/failure.h"
 #include "fuzzing.h"
 #include "stack/stacktext.h"
 #include "terminal/rowtable.h"

@@ -1,6 +1,7 @@
 // The real program on pseudo-terminals: one is its port, another its terminal.
 #include "pty.h"
 #include "sandbox.h"
+#include "serialport/filedescriptor.h"
 #include "wait.h"
 
 #include <QDir>
@@ -8,9 +9,11 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -314,5 +317,30 @@ TEST_F(Monitor, OutputLogAndRecordHoldTheSession)
     ASSERT_EQ(names.size(), 1);
     EXPECT_EQ(file_content(sandbox.path(names[0])), out);
     EXPECT_GE(file_content(record).count("hi\r"), 2);
+}
+
+TEST_F(Monitor, ASlowReaderGetsWhatWasReadBeforeTheEnd)
+{
+    const QString pipe = sandbox.path("pipe"), record = sandbox.path("it.pcapng");
+    ASSERT_EQ(::mkfifo(pipe.toLocal8Bit(), 0600), 0);
+    const FileDescriptor reader(::open(pipe.toLocal8Bit(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    QProcess process;
+    process.setStandardOutputFile(pipe);
+    process.start(TARNWICKCTL,
+                  {"monitor", "--link", "serial:adapter", "--wait", "--record", record});
+    const QByteArray sent(1'000'000, 'x');
+    ASSERT_TRUE(port->write(sent));
+    ASSERT_TRUE(wait_until([&] { return QFileInfo(record).size() > sent.size(); }));
+    process.terminate();
+    QByteArray bytes(65536, '\0');
+    int count = 0;
+    ASSERT_TRUE(wait_until([&] {
+        const bool ended = process.state() == QProcess::NotRunning;
+        ssize_t got = 0;
+        while ((got = ::read(reader.number(), bytes.data(), std::size_t(bytes.size()))) > 0)
+            count += int(got);
+        return ended;
+    }));
+    EXPECT_EQ(count, sent.size());
 }
 } // namespace

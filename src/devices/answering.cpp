@@ -45,6 +45,12 @@ Answering::Answering(CapturedPort& port, const AnswerSettings& settings, Journal
                 .arg(port.file_name(), port.amount().port)
                 .toStdString());
     learn(port);
+    if (known.empty())
+        throw std::runtime_error(
+            QStringLiteral("in %1 bytes are missing in each request, so nothing has an answer; "
+                           "`tarnwickctl capture print` shows what is there")
+                .arg(port.file_name())
+                .toStdString());
 }
 
 void Answering::learn(CapturedPort& port)

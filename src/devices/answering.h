@@ -29,8 +29,8 @@ struct AnswerSettings
 class Answering : public Module
 {
 public:
-    // Throws std::runtime_error when nothing was sent. What is unknown, and what of the capture is
-    // left out, is reported in `notes`.
+    // Throws std::runtime_error when nothing was sent, or no request is whole. What is unknown, and
+    // what of the capture is left out, is reported in `notes`.
     Answering(CapturedPort& port, const AnswerSettings& settings, Journal notes);
 
     int request_size(const QByteArray& heard, bool silence) const override;

@@ -96,7 +96,7 @@ void CapturedPort::choose(const QString& port)
 
 std::optional<CapturedPiece> CapturedPort::next()
 {
-    while (!ended && (waiting.empty() || latest() - waiting.front().time < OUT_OF_ORDER))
+    while (!ended && (waiting.empty() || latest - waiting.front().time < OUT_OF_ORDER))
         read_block();
     if (waiting.empty())
         return std::nullopt;
@@ -114,7 +114,7 @@ void CapturedPort::read_block()
     case CaptureReader::Found::Damage:
         // After a torn end nothing can lack what was in it.
         if (reader->damage().kind == CaptureDamage::Kind::Block)
-            add(CapturedPiece::Kind::Missing, latest(), {});
+            add(CapturedPiece::Kind::Missing, latest, {});
         break;
     case CaptureReader::Found::Record:
         if (name_of(reader->record().port) == chosen.port)
@@ -153,19 +153,14 @@ void CapturedPort::add(CapturedPiece::Kind kind, std::chrono::nanoseconds time,
 
 std::chrono::nanoseconds CapturedPort::time_of(std::int64_t time_ns)
 {
-    if (!zero_ns)
-        zero_ns = latest_ns = time_ns;
-    const std::chrono::nanoseconds back(latest_ns - time_ns);
-    if (back > OUT_OF_ORDER)
-        *zero_ns -= back.count();
-    if (back > OUT_OF_ORDER || back.count() < 0)
-        latest_ns = time_ns;
-    return std::chrono::nanoseconds(std::max<std::int64_t>(time_ns - *zero_ns, 0));
-}
-
-std::chrono::nanoseconds CapturedPort::latest() const
-{
-    return std::chrono::nanoseconds(latest_ns - zero_ns.value_or(latest_ns));
+    time_ns = std::clamp<std::int64_t>(time_ns, 0, CapturedPiece::MOST_TIME.count());
+    const std::chrono::nanoseconds step(time_ns - latest_ns.value_or(time_ns));
+    if (latest_ns && -OUT_OF_ORDER <= step && step.count() <= 0)
+        return std::max(latest + step, std::chrono::nanoseconds(0));
+    latest_ns = time_ns;
+    if (step.count() > 0)
+        latest = std::min(latest + step, CapturedPiece::MOST_TIME);
+    return latest;
 }
 
 QString CapturedPort::name_of(std::uint32_t port) const

@@ -11,6 +11,9 @@
 
 struct CapturedPiece
 {
+    // A file may have any stamps. Two of these can be added.
+    static constexpr std::chrono::nanoseconds MOST_TIME{INT64_MAX / 2};
+
     enum class Kind { Sent, Received, Missing };
 
     Kind kind = Kind::Missing;
@@ -51,15 +54,14 @@ private:
     void add(CapturedPiece::Kind kind, std::chrono::nanoseconds time, const QByteArray& bytes);
     void add(const CaptureRecord& record);
     std::chrono::nanoseconds time_of(std::int64_t time_ns);
-    std::chrono::nanoseconds latest() const;
     QString name_of(std::uint32_t port) const;
 
     QFile file;
     QVector<CapturedAmount> amounts;
     CapturedAmount chosen;
     std::unique_ptr<CaptureReader> reader;
-    std::optional<std::int64_t> zero_ns; // where the times of pieces begin
-    std::int64_t latest_ns = 0;
-    std::deque<CapturedPiece> waiting; // by their times
+    std::optional<std::int64_t> latest_ns; // by the recorder's clock
+    std::chrono::nanoseconds latest{0};    // the same, as the time of a piece
+    std::deque<CapturedPiece> waiting;     // by their times
     bool ended = false;
 };

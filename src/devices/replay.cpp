@@ -62,7 +62,7 @@ void Replay::read_next()
     while (piece && piece->kind != CapturedPiece::Kind::Received);
     if (!piece)
         return;
-    due += played(piece->time - last_recorded);
+    due = std::min(due + played(piece->time - last_recorded), CapturedPiece::MOST_TIME);
     last_recorded = std::max(last_recorded, piece->time);
 }
 
@@ -72,5 +72,8 @@ std::chrono::nanoseconds Replay::played(std::chrono::nanoseconds recorded) const
         return std::chrono::nanoseconds(0);
     if (settings.most_silence.count() > 0)
         recorded = std::min<std::chrono::nanoseconds>(recorded, settings.most_silence);
-    return std::chrono::nanoseconds(std::int64_t(double(recorded.count()) / settings.speed));
+    const double ns = double(recorded.count()) / settings.speed;
+    return ns < double(CapturedPiece::MOST_TIME.count())
+               ? std::chrono::nanoseconds(std::int64_t(ns))
+               : CapturedPiece::MOST_TIME;
 }

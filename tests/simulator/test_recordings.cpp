@@ -181,6 +181,7 @@ TEST_F(Recordings, SaysWhyACaptureIsNoDevice)
     file_write(file, two_ports);
     file_write(sandbox.path("text"), "just text");
     file_write(sandbox.path("empty"), capture_of({}));
+    file_write(sandbox.path("lost"), capture_of({{0, '>', "a"}, {1, '!', ""}, {2, '<', "b"}}));
     const std::tuple<QString, int, const char*> rows[] = {
         {"replay " + file, 1, "choose one with --port: /dev/ttyUSB0, /dev/ttyUSB1"},
         {"replay --port ttyUSB2 " + file, 1, "no port \"ttyUSB2\""},
@@ -189,6 +190,7 @@ TEST_F(Recordings, SaysWhyACaptureIsNoDevice)
         {"replay " + sandbox.path("text"), 1, "is no capture"},
         {"replay " + sandbox.path("none"), 1, "can't be read: No such file"},
         {"replay " + sandbox.path("empty"), 1, "holds no bytes"},
+        {"answer --near " + sandbox.path("lost"), 1, "missing in each request"},
         {"replay", 2, "name the capture"},
         {"replay --speed 0.0001 " + file, 2, "from 0.001"},
         {"echo " + file, 2, "unexpected"},

@@ -61,6 +61,11 @@ function(tarnwick_test name)
   cmake_parse_arguments(TEST "THREADS" "PROCESSORS" "SOURCES;LINKS" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LINKS} tarnwick_testsupport GTest::gmock)
+  if(NOT MSVC)
+    # A test program takes twice as long to optimise as it takes to run. No optimiser, no fortified
+    # calls.
+    target_compile_options(${name} PRIVATE -O0 -U_FORTIFY_SOURCE)
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 300
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp second_deadlock_stack=1")

@@ -4,6 +4,7 @@
 #include "cli/exchangelog.h"
 #include "cli/invocation.h"
 #include "cli/linkfailure.h"
+#include "cli/linkrecord.h"
 #include "stack/stack.h"
 #include "tools/cnetcfg.h"
 #include "tools/dorvcfg.h"
@@ -15,12 +16,15 @@ QList<QCommandLineOption> stack_options(Needs needs);
 // The link and framers as the options say. Throws Failure when the texts are wrong.
 StackDescription stack_description(const Invocation& invocation);
 
-// A log and a stack as the options say, not open yet. Throws Failure when the texts are wrong.
+// A log, a record and a stack as the options say, not open yet. Throws Failure when the texts are
+// wrong.
 struct Connection
 {
     explicit Connection(const Invocation& invocation);
 
+    StackDescription description;
     ExchangeLog log;
+    LinkRecord record; // of what passes the stack's link
     Stack stack;
 };
 

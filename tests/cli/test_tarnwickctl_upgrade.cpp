@@ -50,6 +50,23 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
     EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run after the other
 }
 
+TEST_F(CtlUpgrade, ARecordedUpgradeIsTheModuleOfTheNextOnes)
+{
+    const QString command = upgrade(firmware_file("M1_2.bin", 20000)) + " --record ";
+    const QString first = sandbox.path("first.pcapng"), again = sandbox.path("again.pcapng");
+    {
+        const Simulated sim(module());
+        ASSERT_EQ(CtlRun(command + first).exit, 0);
+    }
+    const Simulated answering("answer --name boot " + first);
+    const CtlRun second(command + again);
+    EXPECT_TRUE(second.out.contains("20000 bytes sent and verified")) << second.err.toStdString();
+    const CtlRun difference("capture diff " + first + ' ' + again);
+    EXPECT_EQ(difference.exit, 0) << difference.out.toStdString();
+    EXPECT_EQ(CtlRun("capture info " + first).out.count("\nport"), 1);
+    EXPECT_EQ(CtlRun(command + "/dev/null/x").exit, 6);
+}
+
 // What goes wrong, and that the right command puts it right.
 TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
 {

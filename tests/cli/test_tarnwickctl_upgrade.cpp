@@ -106,8 +106,8 @@ TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
     const QString links[] = {"serial:boot", "tcp:" + network.address, "serial:other",
                              "tcp:127.0.0.1:1"};
     const QString two = upgrade(file, links[0] + " --link " + links[1]);
-    const QString log = sandbox.path("log");
-    const CtlRun good(two + " --log " + log);
+    const QString log = sandbox.path("log"), record = sandbox.path("both.pcapng");
+    const CtlRun good(two + " --log " + log + " --record " + record);
     EXPECT_EQ(good.exit, 0) << good.err.toStdString();
     const QList<QByteArray> lines = good.out.split('\n');
     ASSERT_EQ(lines.size(), 3) << good.out.toStdString();
@@ -118,6 +118,7 @@ TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
     EXPECT_TRUE(good.err.contains("boot: Device: M1 V1")) << good.err.toStdString();
     EXPECT_TRUE(good.err.contains("100 %  60000 of 60000 bytes")) << good.err.toStdString();
     EXPECT_TRUE(file_content(log).contains(" boot ldr: device reboot"));
+    EXPECT_EQ(CtlRun("capture info " + record).out.count("\nport"), 2);
     for (const char* const image : {"rom1", "rom2"})
         EXPECT_EQ(file_content(sandbox.path(image)), file_content(file));
 

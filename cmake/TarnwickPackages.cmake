@@ -40,6 +40,7 @@ else()
   set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "qt6-base-dev, qt6-serialport-dev")
 endif()
 string(APPEND CPACK_DEBIAN_TARNWICK_PACKAGE_RECOMMENDS ", fonts-noto-cjk")
+set(CPACK_DEBIAN_TARNWICK_PACKAGE_SUGGESTS "wireshark")
 
 foreach(component_and_package tarnwick:tarnwick devel:libtarnwick-dev)
   string(REPLACE ":" ";" pair ${component_and_package})

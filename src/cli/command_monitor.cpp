@@ -15,7 +15,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QSysInfo>
 #include <cmath>
 
 namespace {
@@ -164,14 +163,8 @@ RecordSettings record_settings(const Invocation& invocation, const LinkDescripti
 {
     RecordSettings record;
     record.path = invocation.text("record");
-    record.section.system = QSysInfo::prettyProductName();
-    record.section.application = QString(PcapngSection::OWN_APPLICATION) + " tarnwickctl monitor";
-    record.section.comments =
-        QStringList("--link " + invocation.text("link") + " --frame " + invocation.text("frame"));
-    record.interface.name = name;
-    record.interface.description = invocation.text("link");
-    if (link.kind == LinkKind::Serial)
-        record.interface.speed = std::uint64_t(link.settings.BaudRate);
+    record.section = record_section(invocation);
+    record.interface = record_port(link, invocation.text("link"), name);
     return record;
 }
 
@@ -273,6 +266,16 @@ void report_end(const SessionResult& result, const LinkDescription& link, const 
     }
 }
 
+// A framer writes its frame in one go, and what surrounds it may end with a silence.
+void expect_no_pacing(const Invocation& invocation)
+{
+    for (const char* option : {"char-delay", "line-delay"})
+        if (invocation.has(option))
+            throw usage_failure(QString("--") + option + ": frames go out whole, without pauses",
+                                "Leave out --frame, or pause in what writes to standard input: "
+                                "each line of it is a frame.");
+}
+
 SessionOptions session_options(const Invocation& invocation, const StackDescription& stack)
 {
     SessionOptions options;
@@ -287,10 +290,12 @@ SessionOptions session_options(const Invocation& invocation, const StackDescript
     options.most_ns = session_limit(invocation);
     options.timeout_ms = stack.timeout_ms;
     const bool framed = !stack.framers.isEmpty() && stack.framers[0].kind != FramerKind::None;
-    if (framed)
+    if (framed) {
+        expect_no_pacing(invocation);
         options.framers = [framers = stack.framers](QLink& link) {
             return std::make_unique<FramerStack>(link, framers);
         };
+    }
     // A frame ends by itself.
     const LineEnding ending = options.ending.value_or(framed ? LineEnding::None : LineEnding::Cr);
     options.script = script_of(invocation, ending);

@@ -44,7 +44,7 @@ void check_different(QStringList links)
 }
 
 void upgrade_one(const StackDescription& stack, const QString& file,
-                 const UpgradeSettings& settings, ExchangeLog& log, Invocation& invocation)
+                 const UpgradeSettings& settings, ExchangeSink& log, Invocation& invocation)
 {
     Console& console = invocation.console;
     const auto show = [&console](const Progress& progress) {
@@ -77,13 +77,17 @@ void run_upgrade(Invocation& invocation)
     check_firmware_file(file);
     ExchangeLog log(invocation.console, invocation.has("verbose"), invocation.text("log"));
     const QVector<StackDescription> stacks = stack_descriptions(invocation);
-    if (invocation.has("verbose"))
-        invocation.console.use_plain_progress();
-    if (stacks.size() == 1)
-        return upgrade_one(stacks[0], file, settings, log, invocation);
     const QStringList links = invocation.texts("link");
     check_different(links);
-    UpgradeLine(stacks, links, file, settings, log, invocation.console).run(invocation.interrupts);
+    RecordFile record_file(invocation);
+    if (invocation.has("verbose"))
+        invocation.console.use_plain_progress();
+    if (stacks.size() == 1) {
+        LinkRecord record(record_file, stacks[0].link, links[0], log);
+        return upgrade_one(stacks[0], file, settings, record, invocation);
+    }
+    UpgradeLine(stacks, links, file, settings, {log, record_file, invocation.console})
+        .run(invocation.interrupts);
 }
 } // namespace
 

@@ -17,6 +17,7 @@ public:
     Invocation(const Command& command, const QCommandLineParser& parser, QStringList arguments,
                Console& console, Interrupts& interrupts);
 
+    const QString& command_name() const { return command.name; }
     int argument_count() const { return int(arguments.size()); }
     QString argument(int index, const QString& name) const;
     QStringList arguments_from(int index) const { return arguments.mid(index); }

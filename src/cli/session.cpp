@@ -71,6 +71,7 @@ QList<QCommandLineOption> stack_options(Needs needs)
         {"timeout", "How long to wait for an answer, and for a connection.", "ms", "500"},
         {{"v", "verbose"}, "Show every exchange on stderr."},
         {"log", "Append every exchange to a file.", "file"},
+        {"record", "Record all bytes with their times into a capture (pcapng).", "file"},
     };
     const QCommandLineOption frame(
         "frame",
@@ -86,8 +87,11 @@ QList<QCommandLineOption> stack_options(Needs needs)
 }
 
 Connection::Connection(const Invocation& invocation)
-    : log(invocation.console, invocation.has("verbose"), invocation.text("log"))
-    , stack(stack_description(invocation), log)
+    : description(stack_description(invocation))
+    , log(invocation.console, invocation.has("verbose"), invocation.text("log"))
+    , file(invocation)
+    , record(file, description.link, invocation.text("link"), log)
+    , stack(description, record)
 {
     if (invocation.has("verbose"))
         invocation.console.use_plain_progress();

@@ -4,6 +4,7 @@
 #include "cli/exchangelog.h"
 #include "cli/invocation.h"
 #include "cli/linkfailure.h"
+#include "cli/linkrecord.h"
 #include "stack/stack.h"
 #include "tools/cnetcfg.h"
 #include "tools/dorvcfg.h"
@@ -18,12 +19,16 @@ StackDescription stack_description(const Invocation& invocation);
 // One for each --link, on the same framers; at least one.
 QVector<StackDescription> stack_descriptions(const Invocation& invocation);
 
-// A log and a stack as the options say, not open yet. Throws Failure when the texts are wrong.
+// A log, a record and a stack as the options say, not open yet. Throws Failure when the texts are
+// wrong.
 struct Connection
 {
     explicit Connection(const Invocation& invocation);
 
+    StackDescription description;
     ExchangeLog log;
+    RecordFile file;
+    LinkRecord record; // of what passes the stack's link
     Stack stack;
 };
 

@@ -51,10 +51,10 @@ QJsonObject module_object(const QString& link, const ModuleUpgrade& module)
 } // namespace
 
 UpgradeLine::UpgradeLine(const QVector<StackDescription>& links, const QStringList& texts,
-                         const QString& file, const UpgradeSettings& settings, ExchangeLog& log,
-                         Console& console)
+                         const QString& file, const UpgradeSettings& settings,
+                         const UpgradeOutputs& outputs)
     : file(file)
-    , console(console)
+    , console(outputs.console)
 {
     QStringList names;
     for (const StackDescription& stack : links)
@@ -65,9 +65,11 @@ UpgradeLine::UpgradeLine(const QVector<StackDescription>& links, const QStringLi
         auto place = std::make_unique<Place>();
         place->text = texts[i];
         place->name = names[i];
-        place->log = std::make_unique<NamedLog>(log, names[i]);
-        place->module =
-            std::make_unique<ModuleUpgrade>(links[i], file, settings, *place->log, watch(*place));
+        place->log = std::make_unique<NamedLog>(outputs.log, names[i]);
+        place->record =
+            std::make_unique<LinkRecord>(outputs.record, links[i].link, texts[i], *place->log);
+        place->module = std::make_unique<ModuleUpgrade>(links[i], file, settings, *place->record,
+                                                        watch(*place));
         places.push_back(std::move(place));
     }
 }

@@ -2,18 +2,27 @@
 #pragma once
 
 #include "cli/exchangelog.h"
+#include "cli/linkrecord.h"
 #include "cli/moduleupgrade.h"
 
 #include <memory>
 #include <vector>
 
+// Who takes what is exchanged and said. All outlive the line.
+struct UpgradeOutputs
+{
+    ExchangeLog& log;
+    RecordFile& record;
+    Console& console;
+};
+
 class UpgradeLine
 {
 public:
-    // A module at each link; the texts are what was typed for them. `log` and `console` outlive it.
+    // A module at each link; the texts are what was typed for them.
     UpgradeLine(const QVector<StackDescription>& links, const QStringList& texts,
-                const QString& file, const UpgradeSettings& settings, ExchangeLog& log,
-                Console& console);
+                const QString& file, const UpgradeSettings& settings,
+                const UpgradeOutputs& outputs);
 
     // Until the last one has ended. Throws Failure, with the code of the first link whose module
     // doesn't hold the file.
@@ -25,6 +34,7 @@ private:
         QString text; // of the link
         QString name; // in notes
         std::unique_ptr<ExchangeSink> log;
+        std::unique_ptr<LinkRecord> record; // passes on to the log
         std::unique_ptr<ModuleUpgrade> module;
         Progress progress;
     };

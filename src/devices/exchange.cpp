@@ -8,11 +8,10 @@ constexpr int LIMIT = 131072; // far more than any request has
 
 // Real modules take a few bytes' time of silence for the end of a frame. A host that shares its
 // processor with others may pause for longer in the middle of a write, so there is a lower bound.
-std::chrono::nanoseconds pause_within_request(int baud)
+std::chrono::nanoseconds pause_within_request(int baud, std::chrono::nanoseconds shortest)
 {
     using namespace std::chrono;
     constexpr int BITS = 4 * 10;
-    const nanoseconds shortest = milliseconds(5);
     return baud > 0 ? std::max(shortest, BITS * nanoseconds(seconds(1)) / baud) : shortest;
 }
 } // namespace
@@ -23,7 +22,7 @@ Exchange::Exchange(std::unique_ptr<Module> module, const ExchangeSettings& setti
     , settings(settings)
     , faults(faults)
     , journal(std::move(journal))
-    , longest_pause(pause_within_request(settings.baud))
+    , longest_pause(pause_within_request(settings.baud, settings.pause))
 {
 }
 

@@ -16,6 +16,7 @@ struct ExchangeSettings
     std::chrono::milliseconds start_time{50}; // ignores input for so long after a reset
     std::int64_t reboot_after = -1;           // the request that meets a failing supply; one time
     std::int64_t cut_after = -1;              // the request at which the line is cut; one time
+    std::chrono::milliseconds pause{5};       // within a request, at least
 };
 
 class Exchange : public Device

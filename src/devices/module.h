@@ -11,8 +11,8 @@ using Journal = std::function<void(const QString&)>;
 
 struct Reply
 {
-    QByteArray bytes;                   // one frame or one line
-    std::chrono::milliseconds after{0}; // from the request, or from the reply before it
+    QByteArray bytes;                  // one frame or one line
+    std::chrono::nanoseconds after{0}; // from the request, or from the reply before it
 };
 
 struct Answer

@@ -80,6 +80,7 @@ private:
     bool connect();
     void lose();
     void try_again();
+    void note_open();
     void show_rest();
     SessionResult finish();
 

@@ -80,11 +80,8 @@ bool Session::begin()
     if (!reader) {
         note("waiting for " + wire.name() + ": " + wire.fault().text);
         wait.begin(wire.folders(), time_now_ns());
-    } else if (screen.has_keys()) {
-        note(wire.name() + " is open; " + shown_key(options.prefix) + " ? lists the keys, " +
-             shown_key(options.prefix) + " q quits");
-    } else if (options.view.json) {
-        note(wire.name() + " is open");
+    } else if (screen.has_keys() || options.view.json) {
+        note_open();
     }
     ask(Asking::Nothing);
     return true;
@@ -240,12 +237,23 @@ void Session::try_again()
     const std::int64_t now = time_now_ns();
     if (!wait.is_time(now))
         return;
+    const bool was_open = opened_ns != 0;
     if (!connect()) {
         wait.failed(wire.present(), now);
         return;
     }
     wait.end();
-    note(wire.name() + " is back");
+    if (was_open)
+        note(wire.name() + " is back");
+    else
+        note_open();
+}
+
+void Session::note_open()
+{
+    const QString key = shown_key(options.prefix);
+    const QString hint = "; " + key + " ? lists the keys, " + key + " q quits";
+    note(wire.name() + " is open" + (screen.has_keys() ? hint : QString()));
 }
 
 // What was read and not yet shown: who reads stdout and the log get all of it, while a person at a

@@ -1,12 +1,12 @@
 #include "simulator/options.h"
 
-#include "simulator/optionvalues.h"
+#include "simulator/readoptions.h"
 
 namespace {
 const char OVERVIEW[] =
     "tarnwick-sim plays a device on a virtual serial port, which tarnwick lists like a real one.\n"
     "\n"
-    "Usage: tarnwick-sim DEVICE [options]\n"
+    "Usage: tarnwick-sim DEVICE [FILE] [options]\n"
     "       tarnwick-sim help [DEVICE]\n"
     "       tarnwick-sim --version\n"
     "\n"
@@ -16,6 +16,8 @@ const char OVERVIEW[] =
     "  boot   a module whose firmware can be replaced through its boot code\n"
     "  cnet   a radio device with others in reach, to be configured and searched for\n"
     "  dorv   a radio module with AT commands that remembers its settings\n"
+    "  replay a capture FILE: what was received comes again at the same times\n"
+    "  answer a capture FILE: requests get the answers that the recorded device gave\n"
     "\n"
     "It prints the path of its port, runs until Ctrl-C, and takes the port away with it.\n"
     "\n"
@@ -24,7 +26,8 @@ const char OVERVIEW[] =
     "  tarnwick-sim boot --image rom.bin --module M1 --frame rtu:1 --verbose\n"
     "  tarnwick-sim boot --listen 4001 --drop 0.01 --double 0.01 --seed 7\n"
     "  tarnwick-sim cnet --device 12,1,0x1234 --device 30,2,0x1235\n"
-    "  tarnwick-sim dorv --settings module.txt\n";
+    "  tarnwick-sim dorv --settings module.txt\n"
+    "  tarnwick-sim answer field.pcapng --verbose\n";
 
 const QList<QCommandLineOption> COMMON = {
     {"name", "Name of the port in the folder of virtual ports; the device's kind if not given.",
@@ -34,14 +37,17 @@ const QList<QCommandLineOption> COMMON = {
      "port"},
     {"baud", "Carry bytes as slowly as a line of that rate does; 0 for no delay.", "bits/s", "0"},
     {"seed", "Start of all chances and texts: the same seed gives the same run.", "number", "1"},
-    {"drop", "Chance, 0 to 1, that a frame (echo and talk: a byte) is lost.", "chance", "0"},
-    {"corrupt", "Chance that one bit of a frame (echo and talk: a byte) is turned.", "chance", "0"},
-    {"double", "Chance that a frame (echo and talk: a byte) arrives twice.", "chance", "0"},
-    {"reorder", "Chance that a frame (echo and talk: a byte) arrives after the next one.", "chance",
+    {"drop", "Chance, 0 to 1, that a frame (echo, talk and replay: a byte) is lost.", "chance",
      "0"},
+    {"corrupt", "Chance that one bit of a frame (echo, talk and replay: a byte) is turned.",
+     "chance", "0"},
+    {"double", "Chance that a frame (echo, talk and replay: a byte) arrives twice.", "chance", "0"},
+    {"reorder", "Chance that a frame (echo, talk and replay: a byte) arrives after the next one.",
+     "chance", "0"},
     {"delay", "Hold answers back for this time.", "ms", "0"},
     {"delay-chance", "Chance that --delay holds back an answer.", "chance", "1"},
-    {"silent-after", "Fall silent after so many frames (echo and talk: bytes).", "count", "-1"},
+    {"silent-after", "Fall silent after so many frames (echo, talk and replay: bytes).", "count",
+     "-1"},
 };
 
 const QList<QCommandLineOption> TALK = {
@@ -94,167 +100,22 @@ const QList<QCommandLineOption> DORV = {
     {"neighbours", "So many modules in reach announce themselves, over and over.", "count", "0"},
 };
 
-void read_common(const OptionValues& values, Options& options)
-{
-    constexpr std::int64_t MOST_BAUD = 100'000'000;
-    options.name = values.has("name") ? values.text("name") : options.device;
-    if (values.has("listen"))
-        options.listen_port = int(values.integer("listen", 0, 65535));
-    options.baud = int(values.integer("baud", 0, MOST_BAUD));
-    FaultSettings& faults = options.faults;
-    faults.drop = values.real("drop", 0, 1);
-    faults.corrupt = values.real("corrupt", 0, 1);
-    faults.twice = values.real("double", 0, 1);
-    faults.reorder = values.real("reorder", 0, 1);
-    faults.delay = std::chrono::milliseconds(values.integer("delay", 0, 3'600'000));
-    faults.delay_chance = values.real("delay-chance", 0, 1);
-    faults.silent_after = values.integer("silent-after", -1, INT64_MAX);
-    faults.seed = std::uint64_t(values.integer("seed", 0, INT64_MAX));
-}
+const QCommandLineOption CAPTURE_PORT = {
+    "port", "The port in the capture, by its name or the end of it; needed if there are several.",
+    "name"};
 
-void read_talk(const OptionValues& values, Options& options)
-{
-    TalkSettings& talk = options.talk;
-    if (values.has("binary") && values.has("hex"))
-        throw OptionMistake{"--binary and --hex: choose one of them"};
-    talk.form = values.has("binary") ? TalkForm::Binary
-                : values.has("hex")  ? TalkForm::Hex
-                                     : TalkForm::Lines;
-    constexpr double SLOWEST_RATE = 0.001; // else a time of millions of bytes has no number
-    talk.rate = values.real("rate", 0, 1e9);
-    if (talk.rate > 0 && talk.rate < SLOWEST_RATE)
-        throw OptionMistake{
-            QStringLiteral("--rate %1: 0, or a number from %2 to 1000000000, is needed")
-                .arg(values.text("rate"), QString::number(SLOWEST_RATE))};
-    talk.line_length = int(values.integer("line-length", SHORTEST_LINE, 1'000'000));
-    talk.size = int(values.integer("size", 0, 1'000'000));
-    talk.bytes = values.integer("bytes", -1, INT64_MAX);
-    talk.seed = options.faults.seed;
-}
+const QList<QCommandLineOption> REPLAY = {
+    CAPTURE_PORT,
+    {"speed", "Play so many times as fast; 0 for as fast as it is taken.", "factor", "1"},
+    {"most-silence", "Cut longer silences to this; 0 for none.", "ms", "0"},
+};
 
-void read_module(const OptionValues& values, Options& options)
-{
-    constexpr std::int64_t LONGEST_START = 3'600'000;
-    options.verbose = values.has("verbose");
-    options.exchange.baud = options.baud;
-    options.exchange.start_time =
-        std::chrono::milliseconds(values.integer("start-time", 0, LONGEST_START));
-    options.exchange.reboot_after = values.integer("reboot-after", -1, INT64_MAX);
-    options.exchange.cut_after = values.integer("cut-after", -1, INT64_MAX);
-}
-
-std::array<std::uint8_t, 5> read_version(const QString& text)
-{
-    std::array<std::uint8_t, 5> version = {};
-    const QStringList parts = text.split('.');
-    bool ok = parts.size() <= int(version.size());
-    for (int i = 0; ok && i < parts.size(); ++i) {
-        const std::uint32_t part = parts[i].toUInt(&ok);
-        ok = ok && part <= UINT8_MAX;
-        version[size_t(i)] = std::uint8_t(part);
-    }
-    if (!ok)
-        throw OptionMistake{
-            QStringLiteral("--firmware %1: up to five numbers of 0 to 255, split by "
-                           "points, are needed")
-                .arg(text)};
-    return version;
-}
-
-QByteArray read_hex(const char* name, const QString& text)
-{
-    const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
-    QByteArray bytes = QByteArray::fromHex(digits);
-    if (bytes.toHex() != digits)
-        throw OptionMistake{
-            QStringLiteral("--%1 %2: hexadecimal digits, two for each byte, are needed")
-                .arg(QLatin1String(name), text)};
-    return bytes;
-}
-
-void read_name_and_hard_info(const OptionValues& values, BootSettings& boot)
-{
-    const QString name = values.text("module");
-    boot.name = name.toLatin1();
-    if (QString::fromLatin1(boot.name) != name || boot.name.contains('\0'))
-        throw OptionMistake{
-            QStringLiteral("--module %1: the module reports its name in Latin-1, and that "
-                           "doesn't have all of these characters")
-                .arg(name)};
-    boot.hard_info = read_hex("hard-info", values.text("hard-info"));
-    const int size = int(boot.name.size() + boot.hard_info.size());
-    if (size > BOOT_RECORD_ROOM)
-        throw OptionMistake{
-            QStringLiteral("--module and --hard-info: they take %1 bytes, and the record "
-                           "that the module answers with has room for %2")
-                .arg(QString::number(size), QString::number(BOOT_RECORD_ROOM))};
-}
-
-void read_boot(const OptionValues& values, Options& options)
-{
-    read_module(values, options);
-    BootSettings& boot = options.boot;
-    const std::optional<Framing> framing = Framing::named(values.text("frame"));
-    if (!framing)
-        throw OptionMistake{
-            QStringLiteral("--frame %1: none, crc16, rtu:ADDRESS (0 to 255), chan:HEX (up "
-                           "to 16 bytes) or rwlt is needed")
-                .arg(values.text("frame"))};
-    boot.framing = *framing;
-    boot.image = values.text("image");
-    read_name_and_hard_info(values, boot);
-    boot.version = read_version(values.text("firmware"));
-    boot.page = std::uint16_t(values.integer("page", 0, UINT16_MAX));
-    boot.mtu = std::uint16_t(values.integer("mtu", 0, UINT16_MAX));
-    boot.rom_size = int(values.integer("rom", 1, 1 << 30));
-    boot.in_boot = values.has("boot");
-}
-
-bool read_address(const QString& text, std::uint16_t& address)
-{
-    bool ok = false;
-    address = text.toUShort(&ok, 0);
-    return ok;
-}
-
-CnetDevice read_neighbour(const QString& text)
-{
-    const QStringList fields = text.split(',');
-    const int channel = fields.value(0).toInt();
-    bool ok = false;
-    const int rate = fields.value(1).toInt(&ok);
-    std::uint16_t address = 0;
-    if (!ok || fields.size() != 3 || channel < 9 || channel > 30 || rate < 0 || rate > 2 ||
-        !read_address(fields.value(2), address))
-        throw OptionMistake{
-            QStringLiteral("--device %1: a channel of 9 to 30, a rate of 0 to 2 and an "
-                           "address are needed, as in 12,1,0x1234")
-                .arg(text)};
-    return cnet_device(channel, rate, address);
-}
-
-void read_cnet(const OptionValues& values, Options& options)
-{
-    read_module(values, options);
-    std::uint16_t address = 0;
-    if (!read_address(values.text("address"), address))
-        throw OptionMistake{QStringLiteral("--address %1: a number from 0 to 0xFFFF is needed")
-                                .arg(values.text("address"))};
-    options.cnet_local = cnet_device(9, 0, address);
-    for (const QString& text : values.texts("device"))
-        options.cnet_neighbours += read_neighbour(text);
-    if (options.cnet_neighbours.isEmpty())
-        options.cnet_neighbours =
-            cnet_neighbourhood(int(values.integer("devices", 0, 1000)), options.faults.seed);
-}
-
-void read_dorv(const OptionValues& values, Options& options)
-{
-    read_module(values, options);
-    options.dorv.file = values.text("settings");
-    options.dorv.partner = values.has("partner");
-    options.dorv.neighbours = int(values.integer("neighbours", 0, 1000));
-}
+const QList<QCommandLineOption> ANSWER = {
+    CAPTURE_PORT,
+    {"gap", "A silence that ends a request.", "ms", "100"},
+    {"delays", "Answers come after the recorded time, not at once."},
+    {"near", "Give unknown requests the answer to the nearest one."},
+};
 
 struct DeviceOptions
 {
@@ -262,6 +123,7 @@ struct DeviceOptions
     const char* what = nullptr;
     QList<QCommandLineOption> own;
     void (*read)(const OptionValues&, Options&) = nullptr;
+    bool of_capture = false; // takes its FILE
 };
 
 const DeviceOptions DEVICES[] = {
@@ -271,6 +133,10 @@ const DeviceOptions DEVICES[] = {
      read_boot},
     {"cnet", "A cnet radio device with others in reach.", CNET + MODULE, read_cnet},
     {"dorv", "A Dorv radio module with AT commands.", DORV + MODULE, read_dorv},
+    {"replay", "What was received in a capture comes again at the same times.", REPLAY, read_replay,
+     true},
+    {"answer", "Requests get the answers that the device gave in a capture.", ANSWER + MODULE,
+     read_answer, true},
 };
 
 const char NEVER_COUNTED[] = "-1";
@@ -290,7 +156,8 @@ QList<QCommandLineOption> with_defaults_added(QList<QCommandLineOption> options)
 // The parser would begin with the path by which the program was called.
 QString help_text(const QCommandLineParser& parser, const DeviceOptions& device)
 {
-    return QStringLiteral("Usage: tarnwick-sim %1 [options]\n").arg(device.name) +
+    return QStringLiteral("Usage: tarnwick-sim %1 %2[options]\n")
+               .arg(device.name, device.of_capture ? "FILE " : "") +
            parser.helpText().section('\n', 1);
 }
 
@@ -321,10 +188,16 @@ ParsedOptions parse_device_options(const DeviceOptions& device, const QStringLis
         return {{}, help_text(parser, device), true};
     if (!known)
         return refused(parser.errorText());
-    if (!parser.positionalArguments().isEmpty())
-        return refused("unexpected: " + parser.positionalArguments().join(' '));
-
+    QStringList words = parser.positionalArguments();
     ParsedOptions parsed;
+    if (device.of_capture) {
+        if (words.isEmpty())
+            return refused("name the capture, as in tarnwick-sim " + QString(device.name) +
+                           " session.pcapng");
+        parsed.options.capture = words.takeFirst();
+    }
+    if (!words.isEmpty())
+        return refused("unexpected: " + words.join(' '));
     parsed.options.device = device.name;
     try {
         read_common(OptionValues(parser), parsed.options);

@@ -1,11 +1,13 @@
 // The command line of the simulator, as values.
 #pragma once
 
+#include "devices/answering.h"
 #include "devices/boot.h"
 #include "devices/cnet.h"
 #include "devices/dorv.h"
 #include "devices/exchange.h"
 #include "devices/faults.h"
+#include "devices/replay.h"
 #include "devices/talk.h"
 
 #include <QString>
@@ -25,6 +27,10 @@ struct Options
     CnetDevice cnet_local;
     QVector<CnetDevice> cnet_neighbours;
     DorvSettings dorv;
+    QString capture;      // the file
+    QString capture_port; // the name of one of its ports; empty for the only one
+    ReplaySettings replay;
+    AnswerSettings answer;
 };
 
 struct ParsedOptions

@@ -42,15 +42,18 @@ QByteArray harmless(QString text)
     return text.toLocal8Bit();
 }
 
-Journal make_journal(const Options& options)
+Journal make_notes(const Options& options)
 {
-    if (!options.verbose)
-        return {};
     return [device = options.device, start = Clock::now()](const QString& text) {
         const std::chrono::duration<double> passed = Clock::now() - start;
         std::fprintf(stderr, "%9.4f %s: %s\n", passed.count(), qPrintable(device),
                      harmless(text).constData());
     };
+}
+
+Journal make_journal(const Options& options)
+{
+    return options.verbose ? make_notes(options) : Journal();
 }
 
 std::unique_ptr<Module> make_module(const Options& options, const Journal& journal)
@@ -61,6 +64,11 @@ std::unique_ptr<Module> make_module(const Options& options, const Journal& journ
         return std::make_unique<Cnet>(options.cnet_local, options.cnet_neighbours, journal);
     if (options.device == "dorv")
         return std::make_unique<Dorv>(options.dorv, journal);
+    if (options.device == "answer") {
+        const Journal notes = make_notes(options);
+        CapturedPort port(options.capture, options.capture_port, notes);
+        return std::make_unique<Answering>(port, options.answer, notes);
+    }
     return nullptr;
 }
 
@@ -72,6 +80,11 @@ std::unique_ptr<Device> make_device(const Options& options)
                                           journal);
     if (options.device == "talk")
         return std::make_unique<Talk>(options.talk, options.faults);
+    if (options.device == "replay") {
+        const Journal notes = make_notes(options);
+        auto port = std::make_unique<CapturedPort>(options.capture, options.capture_port, notes);
+        return std::make_unique<Replay>(std::move(port), options.replay, options.faults, notes);
+    }
     return std::make_unique<Echo>(options.faults);
 }
 
@@ -90,9 +103,10 @@ int run_simulator(const QStringList& arguments)
         std::fputs(qUtf8Printable(parsed.message), parsed.ok ? stdout : stderr);
         return parsed.ok ? SIM_ENDED : SIM_BAD_OPTIONS;
     }
-    const sigset_t while_waiting = catch_ending_signals();
     try {
+        // A long capture takes seconds to read, which Ctrl-C may end.
         const std::unique_ptr<Device> device = make_device(parsed.options);
+        const sigset_t while_waiting = catch_ending_signals();
         const std::unique_ptr<Transport> transport = make_transport(parsed.options);
         std::printf("%s\n", transport->address().constData());
         std::fflush(stdout);

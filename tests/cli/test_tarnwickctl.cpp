@@ -21,16 +21,16 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
         {"help upgrade bogus", 2, "no such command: upgrade bogus"},
         {"ports --colour", 2, "'colour'"},
         {"checksum --text", 2, "Missing value"},
-        {"upgrade --link serial:x", 2, "FILE is missing"},
+        {"upgrade --link serial:none", 2, "FILE is missing"},
         {"upgrade /bin/sh", 2, "--link is missing"},
-        {"frame send --link serial:x", 2, "nothing to send"},
-        {"frame send --hex 1 --link serial:x", 2, "  1\n  ^"},
-        {"frame send --hex 01 --link serial:x --timeout -5", 2, "--timeout -5: a number"},
-        {"dorv rssi -5 --link serial:x", 2, "\"-5\": ADDRESS"},
-        {"dorv search now --link serial:x", 2, "unexpected: now"},
-        {"dorv set colour 1 --link serial:x", 2, "no such setting: colour"},
-        {"dorv get freq --link serial:x", 2, "can be set, not read"},
-        {"dorv get class --link serial:x --frame dorv", 2, "^~~~"},
+        {"frame send --link serial:none", 2, "nothing to send"},
+        {"frame send --hex 1 --link serial:none", 2, "  1\n  ^"},
+        {"frame send --hex 01 --link serial:none --timeout -5", 2, "--timeout -5: a number"},
+        {"dorv rssi -5 --link serial:none", 2, "\"-5\": ADDRESS"},
+        {"dorv search now --link serial:none", 2, "unexpected: now"},
+        {"dorv set colour 1 --link serial:none", 2, "no such setting: colour"},
+        {"dorv get freq --link serial:none", 2, "can be set, not read"},
+        {"dorv get class --link serial:none --frame dorv", 2, "^~~~"},
         {"frame send --hex 01 --link serial:/dev/none", 3, "no such port"},
         {"frame send --hex 01 --link tcp:127.0.0.1:1", 3, "127.0.0.1:1"},
         {"frame send --hex 01 --link serial:parrot --log /", 6, "log file"},
@@ -188,7 +188,7 @@ TEST_F(TarnwickCtl, TheManPagesAndTheCompletionsKnowWhatTheHelpNames)
 {
     const QString help = CtlRun("--help").out;
     QString simulator_help;
-    for (const char* device : {"echo", "talk", "boot", "cnet", "dorv"}) {
+    for (const char* device : {"echo", "talk", "boot", "cnet", "dorv", "replay", "answer"}) {
         Simulated simulator(QString("help ") + device);
         EXPECT_EQ(simulator.wait(), 0);
         simulator_help += simulator.out;

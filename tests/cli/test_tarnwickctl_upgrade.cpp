@@ -51,6 +51,23 @@ TEST_F(CtlUpgrade, PutsTheFileIntoTheModuleOverEachLinkAndTheSecondTimeSendsChec
     EXPECT_EQ(file_content(log).count("ldr: device reboot"), 4); // one run after the other
 }
 
+TEST_F(CtlUpgrade, ARecordedUpgradeIsTheModuleOfTheNextOnes)
+{
+    const QString command = upgrade(firmware_file("M1_2.bin", 20000)) + " --record ";
+    const QString first = sandbox.path("first.pcapng"), again = sandbox.path("again.pcapng");
+    {
+        const Simulated sim(module());
+        ASSERT_EQ(CtlRun(command + first).exit, 0);
+    }
+    const Simulated answering("answer --name boot " + first);
+    const CtlRun second(command + again);
+    EXPECT_TRUE(second.out.contains("20000 bytes sent and verified")) << second.err.toStdString();
+    const CtlRun difference("capture diff " + first + ' ' + again);
+    EXPECT_EQ(difference.exit, 0) << difference.out.toStdString();
+    EXPECT_EQ(CtlRun("capture info " + first).out.count("\nport"), 1);
+    EXPECT_EQ(CtlRun(command + "/dev/null/x").exit, 6);
+}
+
 // What goes wrong, and that the right command puts it right.
 TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
 {
@@ -89,8 +106,8 @@ TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
     const QString links[] = {"serial:boot", "tcp:" + network.address, "serial:other",
                              "tcp:127.0.0.1:1"};
     const QString two = upgrade(file, links[0] + " --link " + links[1]);
-    const QString log = sandbox.path("log");
-    const CtlRun good(two + " --log " + log);
+    const QString log = sandbox.path("log"), record = sandbox.path("both.pcapng");
+    const CtlRun good(two + " --log " + log + " --record " + record);
     EXPECT_EQ(good.exit, 0) << good.err.toStdString();
     const QList<QByteArray> lines = good.out.split('\n');
     ASSERT_EQ(lines.size(), 3) << good.out.toStdString();
@@ -101,6 +118,7 @@ TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
     EXPECT_TRUE(good.err.contains("boot: Device: M1 V1")) << good.err.toStdString();
     EXPECT_TRUE(good.err.contains("100 %  60000 of 60000 bytes")) << good.err.toStdString();
     EXPECT_TRUE(file_content(log).contains(" boot ldr: device reboot"));
+    EXPECT_EQ(CtlRun("capture info " + record).out.count("\nport"), 2);
     for (const char* const image : {"rom1", "rom2"})
         EXPECT_EQ(file_content(sandbox.path(image)), file_content(file));
 

@@ -1,9 +1,11 @@
 // What comes from a device, what comes to a simulated one from its host, and the file of a
 // recorder.
 #include "capture/capturereader.h"
+#include "devices/answering.h"
 #include "devices/boot.h"
 #include "devices/cnet.h"
 #include "devices/dorv.h"
+#include "devices/replay.h"
 #include "framers/qframerchan.h"
 #include "framers/qframercnet.h"
 #include "framers/qframercrc16.h"
@@ -20,6 +22,9 @@
 #include <QBuffer>
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
@@ -116,23 +121,26 @@ std::unique_ptr<Module> make_module(unsigned choice)
     return std::make_unique<Boot>(settings);
 }
 
-// The first byte is the module and its frame, the rest comes as one piece with silence after it.
-void modules(const QByteArray& input)
+// Asks the module for all of it, in one piece with silence after it.
+void ask(Module& module, QByteArray heard)
 {
-    const std::unique_ptr<Module> module =
-        make_module(std::uint8_t(input.isEmpty() ? 0 : input[0]));
-    QByteArray heard = input.mid(1);
     while (!heard.isEmpty()) {
-        const int begun = module->request_size(heard, false);
-        const int request = begun == 0 ? module->request_size(heard, true) : begun;
+        const int begun = module.request_size(heard, false);
+        const int request = begun == 0 ? module.request_size(heard, true) : begun;
         require(request >= 0 && request <= heard.size());
         if (request == 0)
             return; // the start of a line, which somebody still types
-        const Answer answer = module->answer(heard.left(request));
+        const Answer answer = module.answer(heard.left(request));
         if (answer.resets)
-            module->restart();
+            module.restart();
         heard.remove(0, request);
     }
+}
+
+// The first byte is the module and its frame, the rest is what it is asked.
+void modules(const QByteArray& input)
+{
+    ask(*make_module(std::uint8_t(input.isEmpty() ? 0 : input[0])), input.mid(1));
 }
 
 // A file of a recorder: all of it is either in a block or damaged, and a record that is written
@@ -164,7 +172,45 @@ void capture(const QByteArray& file)
     }
 }
 
+// A capture as a device: all that was received comes again, and what was sent can be asked.
+void recording(const QByteArray& file)
+{
+    static const int memory = memfd_create("capture", MFD_CLOEXEC);
+    static const QString path = QString("/proc/self/fd/%1").arg(memory);
+    require(ftruncate(memory, 0) == 0 &&
+            pwrite(memory, file.constData(), std::size_t(file.size()), 0) == file.size());
+    const Journal notes = [](const QString&) {};
+    try {
+        auto port = std::make_unique<CapturedPort>(path, QString(), notes);
+        QByteArray sent;
+        while (const auto piece = port->next())
+            if (piece->kind == CapturedPiece::Kind::Sent)
+                sent += piece->bytes;
+        require(sent.size() == port->amount().sent);
+        if (!sent.isEmpty()) {
+            CapturedPort again(path, QString(), notes);
+            AnswerSettings settings;
+            settings.near = true;
+            Answering module(again, settings, notes);
+            ask(module, sent);
+        }
+        port = std::make_unique<CapturedPort>(path, QString(), notes);
+        std::int64_t left = port->amount().received;
+        Replay replay(std::move(port), {}, {}, notes);
+        for (Time now{}; replay.next_wake(now) != NEVER;) {
+            now = std::max(now, replay.next_wake(now));
+            left -= replay.transmit(4096, now).size();
+        }
+        require(left == 0);
+    } catch (const std::runtime_error&) {
+        // no capture, or none of one port
+    }
+}
+
 } // namespace
 
-const QMap<QByteArray, Parser> PARSERS = {
-    {"framers", framers}, {"replies", replies}, {"modules", modules}, {"capture", capture}};
+const QMap<QByteArray, Parser> PARSERS = {{"framers", framers},
+                                          {"replies", replies},
+                                          {"modules", modules},
+                                          {"capture", capture},
+                                          {"recording", recording}};

@@ -82,8 +82,11 @@ protected:
     int exit_code()
     {
         int status = -1;
-        if (child > 0)
+        if (child > 0 && !wait_until([&] { return ::waitpid(child, &status, WNOHANG) != 0; })) {
+            ADD_FAILURE() << "the program doesn't end; it shows " << screen.constData();
+            ::kill(child, SIGKILL);
             ::waitpid(child, &status, 0);
+        }
         child = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -238,7 +241,7 @@ TEST_F(Monitor, WaitsAtTheStartOrEndsWithThePort)
     start({"--wait", "--no-reconnect"}, "waiting for adapter");
     EXPECT_TRUE(QDir().mkpath(sandbox.ports_folder()));
     port->link_into(sandbox.ports_folder(), "adapter");
-    ASSERT_TRUE(shows("is back"));
+    ASSERT_TRUE(shows("adapter is open"));
     port->hang_up();
     EXPECT_TRUE(shows("the link is lost"));
     EXPECT_EQ(exit_code(), 3);
@@ -282,6 +285,7 @@ TEST_F(Monitor, ScriptsSendWaitAndEndWithACode)
         {{"--send", "\\q"}, "", 2, "", "^~"},
         {{"--rotate", "9x", "--log", "l"}, "", 2, "", "10M"},
         {{"--stamps", "x"}, "", 2, "", "delta"},
+        {{"--frame", "crc16", "--char-delay", "1"}, "", 2, "", "frames go out whole"},
         {{"--dtr", "up"}, "", 2, "", "on or off"},
         {{"--for", "x"}, "", 2, "", "seconds"},
         {{"--log", "/none/x"}, "", 6, "", "/none/x"},

@@ -71,6 +71,17 @@ TEST_F(WorkbenchExchanges, ShowsRequestAndReplyAsPayloadAndOnTheWire)
     EXPECT_EQ(find<QComboBox>("payload_kind")->currentText(), "hexadecimal");
 }
 
+TEST_F(WorkbenchExchanges, TimesTheFirstByteOfAReplyOverTcp)
+{
+    device_start("echo --listen 0 --delay 30", "crc16", 1000);
+    type("link_text", "tcp:127.0.0.1:" + module->address.section(':', -1));
+    ASSERT_TRUE(connect_module());
+    ASSERT_TRUE(exchange("01 02")); // fewer than may come, so the read waits for the time-out
+    EXPECT_EQ(last().reply.toHex(), "0102") << qPrintable(said());
+    EXPECT_GE(last().wait_ms, 25);
+    EXPECT_LT(last().wait_ms, last().request.stack.timeout_ms);
+}
+
 TEST_F(WorkbenchExchanges, CopiesACommandThatDoesTheSame)
 {
     device_start("echo", "chan:27");

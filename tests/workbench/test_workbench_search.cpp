@@ -124,6 +124,19 @@ TEST_F(WorkbenchSearch, FindsThreeDevicesOn66PairsAndChangesAWordOfOne)
     EXPECT_FALSE(find<QPushButton>("block_revert")->isEnabled());
 }
 
+TEST_F(WorkbenchSearch, WorksOverTheNetworkToo)
+{
+    configure("search/channels", "12");
+    device_start("cnet --listen 0 --device 12,1,0x1234");
+    type("link_text", "tcp:127.0.0.1:" + module->address.section(':', -1));
+    ASSERT_TRUE(connect_module());
+    click("search_start");
+    ASSERT_TRUE(search_end());
+    ASSERT_EQ(window->search().devices().count(), 1) << qPrintable(said());
+    device_click(0);
+    EXPECT_TRUE(says("The configuration of 12 34 is read."));
+}
+
 TEST_F(WorkbenchSearch, AsksForOneAddressWithLongAnswers)
 {
     configure("search/channels", "9,12");

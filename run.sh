@@ -2,8 +2,9 @@
 # ./run.sh               installs what is missing, builds, and opens the window beside a simulated
 #                        device that echoes; without a display the window drives itself on a virtual one
 # ./run.sh upgrade-demo  gives a simulated module new firmware
-# ./run.sh workbench     opens the workbench on three simulated modules; without a display it is driven
-#                        on a virtual one, in both languages and palettes
+# ./run.sh workbench     opens the workbench on four simulated modules, a cnet device with others in
+#                        reach and a device that echoes; without a display it is driven on a virtual
+#                        one, in both languages and palettes
 set -eu
 cd "$(dirname "$0")"
 case "${1:-}" in
@@ -72,7 +73,7 @@ upgrade_demo() {
   echo "The module's memory holds what the file does."
 }
 
-# Three modules with old firmware, whose ports are in $ports.
+# Three modules with old firmware and a Dorv module, whose ports are in $ports.
 simulate_modules() {
   ports=""
   for number in 1 2 3; do
@@ -81,14 +82,27 @@ simulate_modules() {
       --hard-info A10203
     ports="$ports $port"
   done
+  simulate dorv
+  ports="$ports $port"
+}
+
+# For the pages Search and Exchanges.
+simulate_others() {
+  simulate cnet --device 12,1,0x1234 --device 12,1,0x2345 --device 30,2,0x3456 --device 17,0,0x0102
+  cnet=$port
+  simulate echo --delay 12
+  echo=$port
 }
 
 workbench() {
   head -c 100000 /dev/urandom >"$work/M1_2.3.bin"
   simulate_modules
+  simulate_others
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "Modules are at$ports, their new firmware is $work/M1_2.3.bin:"
-    echo "choose the first one's link, connect, choose the file, start."
+    echo "Modules are at$ports, the new firmware of the first three is $work/M1_2.3.bin:"
+    echo "choose the first one's link, connect, choose the file, start. The last one has settings."
+    echo "A cnet device for the page Search is at $cnet,"
+    echo "one that echoes, for the page Exchanges, at $echo."
     "$bin/src/workbench/tarnwick-workbench"
     return
   fi
@@ -101,9 +115,12 @@ workbench() {
     # shellcheck disable=SC2086 # a word each
     LC_ALL=C.UTF-8 QT_SCALE_FACTOR=$3 xvfb-run -a -s "-screen 0 2400x1800x24" \
       "$bin/demo/tarnwick-workbench-tour" "$1" "$2" "$work/M1_2.3.bin" "$pictures" $ports
+    LC_ALL=C.UTF-8 QT_SCALE_FACTOR=$3 xvfb-run -a -s "-screen 0 2400x1800x24" \
+      "$bin/demo/tarnwick-workbench-devices-tour" "$1" "$2" "$pictures" "$cnet" "$echo"
     echo "Its pictures are in $pictures"
     end_simulators
     simulate_modules
+    simulate_others
   done
 }
 

@@ -1,23 +1,29 @@
 // A tour of the workbench that nobody has to click through: connects, gives a module new firmware,
-// stops the run and starts it again, then upgrades all ports at once, and takes pictures.
+// stops the run and starts it again, then upgrades all ports at once, reads and changes the
+// settings of the Dorv module at the last port, and takes pictures.
 //
-//   tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT...
+//   tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT... DORV_PORT
 //                           e.g. en_US light M1_2.3.bin /tmp/shots /run/user/1000/tarnwick/ports/m1
+//                                /run/user/1000/tarnwick/ports/dorv
 //
-// Exit codes: 0 all modules hold the file, 1 one doesn't, 2 wrong arguments.
+// Exit codes: 0 all modules hold what they shall, 1 one doesn't, 2 wrong arguments.
 #include "workbench/connectionbar.h"
 #include "workbench/firmwarepage.h"
 #include "workbench/framerdialog.h"
+#include "workbench/settingspage.h"
 #include "workbench/workbenchwindow.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -32,16 +38,21 @@ constexpr int PAUSE_MS = 100;
 class Tour
 {
 public:
-    Tour(const QString& ini_path, const QString& shots, const QStringList& ports)
+    Tour(const QString& ini_path, const QString& shots, const QStringList& ports,
+         const QString& dorv_port)
         : window(ini_path)
         , shots(shots)
         , ports(ports)
+        , dorv_port(dorv_port)
     {
         window.show();
         window.resize(1120, 800);
     }
 
-    bool run()
+    bool run() { return upgrades() && settings(); }
+
+private:
+    bool upgrades()
     {
         shoot_frame();
         click("connect");
@@ -53,18 +64,17 @@ public:
         click("stop");
         wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-stopped");
-        say();
+        say("firmware_notice");
         return several();
     }
 
-private:
     void click(const char* name) const
     {
         QTest::mouseClick(window.findChild<QPushButton*>(name), Qt::LeftButton);
     }
-    void say() const
+    void say(const char* name) const
     {
-        const auto* const notice = window.findChild<QWidget*>("firmware_notice");
+        const auto* const notice = window.findChild<QWidget*>(name);
         std::printf("%s\n", qPrintable(notice->findChild<QLabel*>("notice_text")->text()));
     }
     void shoot(QWidget& widget, const QString& name) const
@@ -102,7 +112,7 @@ private:
         shoot(window, "workbench-several");
         const bool ended = wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-end");
-        say();
+        say("firmware_notice");
         const ModuleList& modules = window.firmware().modules();
         bool good = ended;
         for (int row = 0; row < modules.count(); ++row)
@@ -110,9 +120,69 @@ private:
         return good;
     }
 
+    void record(const QString& path)
+    {
+        QTimer::singleShot(PAUSE_MS, &window, [path] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        });
+        click("record");
+    }
+
+    void value_type(const char* name, const QString& value)
+    {
+        auto* const table = window.findChild<QTableView*>("settings_table");
+        QAbstractItemModel& model = *table->model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            if (model.index(row, SettingsTable::NAME).data() == name)
+                model.setData(model.index(row, SettingsTable::VALUE), value, Qt::EditRole);
+        }
+    }
+
+    bool settings()
+    {
+        using State = LinkWorker::State;
+        const LinkWorker& link = window.connection().link();
+        const SettingsPage& page = window.settings();
+        click("connect");
+        if (!wait([&] { return link.state() == State::Closed; }))
+            return false;
+        window.findChild<QTabWidget*>("pages")->setCurrentIndex(1);
+        window.findChild<QLineEdit*>("link_text")->setText("serial:" + dorv_port + ",115200,8N1");
+        window.findChild<QLineEdit*>("frame_text")->setText("none");
+        record(QDir(shots).filePath("session.pcapng"));
+        click("connect");
+        if (!wait([&] { return link.state() == State::Open; }))
+            return false;
+        click("settings_read_all");
+        wait([&] { return !page.busy(); });
+        value_type("freq", "470300000");
+        value_type("heartbeat", "60 3 1");
+        value_type("devaddr", "0x26011bda");
+        value_type("pwr", "256");
+        auto* const table = window.findChild<QTableView*>("settings_table");
+        const auto place = [&](const char* name) {
+            return table->model()->match(table->model()->index(0, SettingsTable::NAME),
+                                         Qt::DisplayRole, name)[0];
+        };
+        table->setCurrentIndex(place("devaddr"));
+        table->scrollTo(place("pwr"), QAbstractItemView::PositionAtTop);
+        shoot(window, "workbench-settings");
+        value_type("pwr", "17");
+        click("settings_write_differing");
+        const bool ended = wait([&] { return !page.busy(); });
+        table->scrollToBottom();
+        shoot(window, "workbench-settings-written");
+        say("settings_notice");
+        click("record");
+        return ended && page.settings().differing().isEmpty();
+    }
+
     WorkbenchWindow window;
     const QString shots;
     const QStringList ports;
+    const QString dorv_port;
 };
 
 } // namespace
@@ -125,9 +195,10 @@ int main(int argc, char** argv)
 #endif
     QApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
-    if (words.size() < 6) {
+    if (words.size() < 7) {
         std::fprintf(stderr,
-                     "usage: tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT...\n");
+                     "usage: tarnwick-workbench-tour LANGUAGE PALETTE FIRMWARE FOLDER PORT... "
+                     "DORV_PORT\n");
         return 2;
     }
     const QTemporaryDir settings_folder;
@@ -142,5 +213,6 @@ int main(int argc, char** argv)
         settings.setValue("upgrade/reset_wait", 300);
     }
     QDir().mkpath(words[4]);
-    return Tour(ini, words[4], words.mid(5)).run() ? 0 : 1;
+    const QStringList ports = words.mid(5, words.size() - 6);
+    return Tour(ini, words[4], ports, words.last()).run() ? 0 : 1;
 }

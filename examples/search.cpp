@@ -1,4 +1,5 @@
-// Searches for cnet radios on all channels and rates: search /dev/ttyUSB0
+// Searches for cnet radios at all rates, on all channels or on some of 9 to 30: search /dev/ttyUSB0
+// 9
 #include <QCoreApplication>
 #include <cstdio>
 #include <tarnwick/cnetcfg.h>
@@ -9,12 +10,17 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList words = app.arguments();
-    if (words.size() != 2) {
-        std::fprintf(stderr, "usage: search <port>\n");
+    if (words.size() < 2) {
+        std::fprintf(stderr, "usage: search <port> [<channel>...]\n");
         return 2;
     }
+    unsigned channels = 0;
+    for (const QString& word : words.mid(2))
+        channels |= 1U << (word.toUInt() - CNET_FIRST_CHANNEL) % CNET_CHANNELS;
+    if (channels == 0)
+        channels = (1U << CNET_CHANNELS) - 1;
     // The time-out is how long each channel is listened to after the last answer.
-    QLinkSerial link(words[1], {BAUD115200, DATA_8, PAR_NONE, STOP_1, FLOW_OFF, 50}, false);
+    QLinkSerial link(words[1], {BAUD115200, DATA_8, PAR_NONE, STOP_1, FLOW_OFF, 500}, false);
     if (link.open() != 0) {
         std::fprintf(stderr, "can't open %s\n", qPrintable(words[1]));
         return 1;
@@ -34,7 +40,7 @@ int main(int argc, char** argv)
                      &radio, print, Qt::DirectConnection);
     QObject::connect(&radio, &QThread::finished, &app, &QCoreApplication::quit);
 
-    radio.search_all((1U << CNET_CHANNELS) - 1, (1U << CNET_RATES) - 1);
+    radio.search_all(channels, (1U << CNET_RATES) - 1);
     app.exec();
     std::printf("%d found\n", found);
     return 0;

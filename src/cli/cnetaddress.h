@@ -13,9 +13,6 @@ struct CnetAddress
 // 4 or 16 hexadecimal digits.
 CnetAddress parse_cnet_address(const Piece& text);
 
-// "9-30", "9,12,20-22": the numbers from `least` to `most` as bits, `least` as bit 0.
-std::uint32_t parse_number_mask(const Piece& text, int least, int most);
-
 // One word of a configuration block to change: "3=00112233".
 struct CnetWord
 {

@@ -1,9 +1,9 @@
 // tarnwickctl cnet search: which devices answer, on which channels and rates.
 #include "checksum/hextext.h"
-#include "cli/cnetaddress.h"
 #include "cli/progress.h"
 #include "cli/session.h"
 #include "cli/typedargument.h"
+#include "stack/numbermask.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>

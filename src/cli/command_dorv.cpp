@@ -1,5 +1,5 @@
 // tarnwickctl dorv get, set, list: the settings of a Dorv module.
-#include "cli/dorvsettings.h"
+#include "cli/dorvarguments.h"
 #include "cli/session.h"
 
 #include <QJsonArray>

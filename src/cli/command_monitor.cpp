@@ -9,6 +9,7 @@
 #include "monitor/session.h"
 #include "monitor/socketwire.h"
 #include "stack/portproblem.h"
+#include "stack/typedbytes.h"
 #include "stack/typedtext.h"
 
 #include <QDir>
@@ -163,7 +164,7 @@ RecordSettings record_settings(const Invocation& invocation, const LinkDescripti
     RecordSettings record;
     record.path = invocation.text("record");
     record.section = record_section(invocation);
-    record.interface = record_port(invocation, link, name);
+    record.interface = record_port(link, invocation.text("link"), name);
     return record;
 }
 

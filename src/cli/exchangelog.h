@@ -24,9 +24,10 @@ public:
     void received(const QByteArray& bytes, int result) override;
     void note(const QString& text) override;
 
-private:
+    // A line, after its time.
     void write(const QString& text);
 
+private:
     Console& console;
     const bool verbose;
     QMutex mutex;

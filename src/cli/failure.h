@@ -44,6 +44,9 @@ struct Failure
     QJsonObject partial_result = {}; // what was found before
 };
 
+// As JSON has it.
+QJsonObject error_object(const Failure& failure);
+
 inline Failure usage_failure(const QString& what, const QString& advice = {})
 {
     return {ExitCode::Usage, what, advice};

@@ -65,7 +65,11 @@ Failure open_failure(const LinkProblem& problem)
 
 Failure no_answer(const Stack& stack, const QString& what, const QString& advice)
 {
-    const LinkProblem problem = stack.trouble();
+    return no_answer(stack.trouble(), what, advice);
+}
+
+Failure no_answer(const LinkProblem& problem, const QString& what, const QString& advice)
+{
     switch (problem.kind) {
     case LinkTrouble::PortGone:
         return {ExitCode::Link, what + ": the port " + problem.target + " has gone",

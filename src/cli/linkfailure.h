@@ -13,4 +13,5 @@ QString busy_advice(const QString& holders);
 Failure open_failure(const LinkProblem& problem);
 // Why there is no answer: the port has gone, the connection is lost, or the device is silent, for
 // which `advice` says what to do.
+Failure no_answer(const LinkProblem& problem, const QString& what, const QString& advice);
 Failure no_answer(const Stack& stack, const QString& what, const QString& advice);

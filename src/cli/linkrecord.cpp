@@ -26,24 +26,22 @@ PcapngSection record_section(const Invocation& invocation)
     section.application =
         QString(PcapngSection::OWN_APPLICATION) + " tarnwickctl " + invocation.command_name();
     const QString frame = invocation.takes_frame() ? " --frame " + invocation.text("frame") : "";
-    section.comments = QStringList("--link " + invocation.text("link") + frame);
+    section.comments = QStringList("--link " + invocation.texts("link").join(" --link ") + frame);
     return section;
 }
 
-PcapngInterface record_port(const Invocation& invocation, const LinkDescription& link,
-                            const QString& name)
+PcapngInterface record_port(const LinkDescription& link, const QString& text, const QString& name)
 {
     PcapngInterface port;
     port.name = name;
-    port.description = invocation.text("link");
+    port.description = text;
     if (link.kind == LinkKind::Serial)
         port.speed = std::uint64_t(link.settings.BaudRate);
     return port;
 }
 
-LinkRecord::LinkRecord(const Invocation& invocation, const LinkDescription& link, ExchangeSink& log)
+RecordFile::RecordFile(const Invocation& invocation)
     : invocation(invocation)
-    , log(log)
     , writer([&console = invocation.console](const CaptureReport& report) {
         console.note(report.text());
     })
@@ -54,10 +52,9 @@ LinkRecord::LinkRecord(const Invocation& invocation, const LinkDescription& link
         writer.open(invocation.text("record"), record_section(invocation), CaptureExisting::Append);
     if (!result)
         throw Failure{ExitCode::File, result.error, result.advice};
-    port = writer.add_port(record_port(invocation, link, name_of(link)));
 }
 
-LinkRecord::~LinkRecord()
+RecordFile::~RecordFile()
 {
     if (!writer.is_open())
         return;
@@ -66,30 +63,43 @@ LinkRecord::~LinkRecord()
         invocation.console.note(result.error + '\n' + result.advice);
 }
 
+std::uint32_t RecordFile::add_port(const LinkDescription& link, const QString& text)
+{
+    return writer.is_open() ? writer.add_port(record_port(link, text, name_of(link))) : 0;
+}
+
+void RecordFile::record(CaptureRecord record, std::uint32_t port)
+{
+    if (!writer.is_open())
+        return;
+    record.port = port;
+    writer.record(std::move(record));
+}
+
+LinkRecord::LinkRecord(RecordFile& file, const LinkDescription& link, const QString& text,
+                       ExchangeSink& log)
+    : file(file)
+    , log(log)
+    , port(file.add_port(link, text))
+{
+}
+
 void LinkRecord::sent(const QByteArray& bytes, int result)
 {
     if (result > 0)
-        record(CaptureRecord::sent(capture_time_ns(), bytes.left(result)));
+        file.record(CaptureRecord::sent(capture_time_ns(), bytes.left(result)), port);
     log.sent(bytes, result);
 }
 
 void LinkRecord::received(const QByteArray& bytes, int result)
 {
     if (result > 0)
-        record(CaptureRecord::received(capture_time_ns(), bytes));
+        file.record(CaptureRecord::received(capture_time_ns(), bytes), port);
     log.received(bytes, result);
 }
 
 void LinkRecord::note(const QString& text)
 {
-    record(CaptureRecord::remark(capture_time_ns(), text));
+    file.record(CaptureRecord::remark(capture_time_ns(), text), port);
     log.note(text);
-}
-
-void LinkRecord::record(CaptureRecord record)
-{
-    if (!writer.is_open())
-        return;
-    record.port = port;
-    writer.record(std::move(record));
 }

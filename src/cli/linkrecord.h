@@ -6,31 +6,45 @@
 #include "stack/exchangesink.h"
 #include "stack/stacktext.h"
 
-// What a capture says of the command that records, and of the port with that name.
+// What a capture says of the command that records, and of the port with that name, whose link was
+// given as `text`.
 PcapngSection record_section(const Invocation& invocation);
-PcapngInterface record_port(const Invocation& invocation, const LinkDescription& link,
-                            const QString& name);
+PcapngInterface record_port(const LinkDescription& link, const QString& text, const QString& name);
 
-// Times are those at which the command had written and read, so a read that waits for more until
-// its time-out ends late. What a flush throws away is not in the capture.
+// The file of --record. Without that option it takes everything and keeps nothing.
+class RecordFile
+{
+public:
+    // A file that is there goes on. The invocation outlives it. Throws Failure when the file can't
+    // be written.
+    explicit RecordFile(const Invocation& invocation);
+    // Notes on stderr what is missing in the file.
+    ~RecordFile();
+
+    // Before a link of the invocation is used. Any thread may record what it exchanges.
+    std::uint32_t add_port(const LinkDescription& link, const QString& text);
+    void record(CaptureRecord record, std::uint32_t port);
+
+private:
+    const Invocation& invocation;
+    CaptureWriter writer;
+};
+
+// One link of it. Times are those at which the command had written and read, so a read that waits
+// for more until its time-out ends late. What a flush throws away is not in the capture.
 class LinkRecord : public ExchangeSink
 {
 public:
-    // Passes everything on to `log`, and records it when --record names a file; one that is there
-    // goes on. Both arguments outlive it. Throws Failure when the file can't be written.
-    LinkRecord(const Invocation& invocation, const LinkDescription& link, ExchangeSink& log);
-    // Notes on stderr what is missing in the file.
-    ~LinkRecord() override;
+    // Passes everything on to `log`. It and the file outlive this.
+    LinkRecord(RecordFile& file, const LinkDescription& link, const QString& text,
+               ExchangeSink& log);
 
     void sent(const QByteArray& bytes, int result) override;
     void received(const QByteArray& bytes, int result) override;
     void note(const QString& text) override;
 
 private:
-    void record(CaptureRecord record);
-
-    const Invocation& invocation;
+    RecordFile& file;
     ExchangeSink& log;
-    CaptureWriter writer;
-    std::uint32_t port = 0;
+    const std::uint32_t port;
 };

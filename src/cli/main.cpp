@@ -180,14 +180,8 @@ void report(const Failure& failure, Console& console)
     console.note("tarnwickctl: " + failure.what);
     if (!failure.advice.isEmpty())
         console.note(failure.advice);
-    const ExitCodeRow* row =
-        std::find_if(std::begin(EXIT_CODES), std::end(EXIT_CODES),
-                     [&](const ExitCodeRow& row) { return row.code == failure.code; });
     QJsonObject result = failure.partial_result;
-    result["error"] = QJsonObject{{"exit", int(failure.code)},
-                                  {"name", row->name},
-                                  {"message", failure.what},
-                                  {"advice", failure.advice}};
+    result["error"] = error_object(failure);
     console.result(result);
 }
 } // namespace

@@ -24,23 +24,41 @@ QString visible(const QByteArray& reply)
 {
     return QString::fromLatin1(reply.trimmed()).replace('\r', "\\r").replace('\n', "\\n");
 }
-} // namespace
 
-StackDescription stack_description(const Invocation& invocation)
+void check_link_given(const Invocation& invocation)
 {
     if (!invocation.has("link"))
         throw usage_failure(
             "--link is missing",
             "Say how the device is connected, as in --link "
             "serial:/dev/ttyUSB0,115200,8N1.\n`tarnwickctl ports` lists the ports.");
+}
+
+StackDescription description_on(const QString& link, const Invocation& invocation)
+{
     const QString frame = invocation.takes_frame() ? invocation.text("frame") : "none";
-    StackDescription stack = {
-        parse_argument("--link", invocation.text("link"), parse_link, ALL_FORMS),
-        parse_argument("--frame", frame, parse_framers, ALL_FORMS),
-        int(invocation.number("timeout", 1, LONGEST_TIMEOUT_MS))};
+    StackDescription stack = {parse_argument("--link", link, parse_link, ALL_FORMS),
+                              parse_argument("--frame", frame, parse_framers, ALL_FORMS),
+                              int(invocation.number("timeout", 1, LONGEST_TIMEOUT_MS))};
     const auto fit = [&](const Piece&) { check_fit(stack.link, stack.framers); };
     parse_argument("--frame", frame, fit, ALL_FORMS);
     return stack;
+}
+} // namespace
+
+StackDescription stack_description(const Invocation& invocation)
+{
+    check_link_given(invocation);
+    return description_on(invocation.text("link"), invocation);
+}
+
+QVector<StackDescription> stack_descriptions(const Invocation& invocation)
+{
+    check_link_given(invocation);
+    QVector<StackDescription> stacks;
+    for (const QString& link : invocation.texts("link"))
+        stacks.append(description_on(link, invocation));
+    return stacks;
 }
 
 QList<QCommandLineOption> stack_options(Needs needs)
@@ -71,7 +89,8 @@ QList<QCommandLineOption> stack_options(Needs needs)
 Connection::Connection(const Invocation& invocation)
     : description(stack_description(invocation))
     , log(invocation.console, invocation.has("verbose"), invocation.text("log"))
-    , record(invocation, description.link, log)
+    , file(invocation)
+    , record(file, description.link, invocation.text("link"), log)
     , stack(description, record)
 {
     if (invocation.has("verbose"))

@@ -16,6 +16,9 @@ QList<QCommandLineOption> stack_options(Needs needs);
 // The link and framers as the options say. Throws Failure when the texts are wrong.
 StackDescription stack_description(const Invocation& invocation);
 
+// One for each --link, on the same framers; at least one.
+QVector<StackDescription> stack_descriptions(const Invocation& invocation);
+
 // A log, a record and a stack as the options say, not open yet. Throws Failure when the texts are
 // wrong.
 struct Connection
@@ -24,6 +27,7 @@ struct Connection
 
     StackDescription description;
     ExchangeLog log;
+    RecordFile file;
     LinkRecord record; // of what passes the stack's link
     Stack stack;
 };

@@ -95,6 +95,11 @@ bool QLinkTcpip::is_open()
     return socket && socket->isOpen();
 }
 
+bool QLinkTcpip::connected() const
+{
+    return socket && socket->state() == QAbstractSocket::ConnectedState;
+}
+
 int QLinkTcpip::close()
 {
     QAbstractSocket* const closed = std::exchange(socket, nullptr);

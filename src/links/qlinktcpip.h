@@ -55,6 +55,9 @@ public:
 
     int open() override;
     bool is_open() override;
+    // Open, and the other side hasn't closed it. That is noticed by an operation, or by an event
+    // loop of the socket's thread.
+    bool connected() const;
     int close() override;
     void flush() override;
     int bytes_available() override;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "monitor/keys.h"
+#include "monitor/lineending.h"
 #include "monitor/output.h"
 #include "monitor/pacing.h"
 #include "monitor/portwait.h"
@@ -10,7 +11,6 @@
 #include "monitor/script.h"
 #include "monitor/signals.h"
 #include "monitor/statistics.h"
-#include "monitor/typedbytes.h"
 
 #include <QFile>
 #include <memory>

@@ -2,6 +2,7 @@
 #include "monitor/session.h"
 
 #include "serialport/qextserialport.h"
+#include "stack/typedbytes.h"
 
 namespace {
 constexpr char CTRL_C = 0x03;

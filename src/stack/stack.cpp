@@ -125,6 +125,12 @@ QString Stack::target() const
     return QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
 }
 
+bool Stack::dropped() const
+{
+    const auto* const tcp = qobject_cast<const QLinkTcpip*>(link_object.get());
+    return tcp && description.kind == LinkKind::Tcp && traced->is_open() && !tcp->connected();
+}
+
 bool Stack::port_gone() const
 {
     return description.kind == LinkKind::Serial && description.port.startsWith('/') &&

@@ -48,6 +48,8 @@ public:
                     const std::function<void()>& give_up);
     // The port has gone, or the connection is lost.
     bool lost() const { return port_gone() || traced->failed(); }
+    // The other side has closed the connection. For the thread that drives the link.
+    bool dropped() const;
     // Why there is no answer: PortGone, ConnectionLost, BadAnswer or NoAnswer.
     LinkProblem trouble() const;
 

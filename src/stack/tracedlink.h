@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 
 class TracedLink final : public QLink
 {
@@ -30,6 +31,15 @@ public:
     bool can_read_line() override { return lower.can_read_line(); }
     int readline(char* buffer, int size) override;
 
+    // Reports to `other` too, until it is given null. With `begun`, a read takes its first byte
+    // alone and calls it then; a link of datagrams would lose the rest. For the thread that drives
+    // the link.
+    void tap_set(ExchangeSink* other, const std::function<void()>& begun = {})
+    {
+        tap = other;
+        read_begun = begun;
+    }
+
     // From any thread:
     std::int64_t bytes_sent() const { return sent; }
     // The last read after the last write gave nothing.
@@ -38,10 +48,14 @@ public:
     bool failed() const { return error != 0; }
 
 private:
+    void note_sent(const QByteArray& bytes, int result);
     int note_received(const char* buffer, int result);
+    int read_in_two(char* buffer, int nbytes);
 
     QLink& lower;
     ExchangeSink& log;
+    ExchangeSink* tap = nullptr;
+    std::function<void()> read_begun;
     std::atomic<std::int64_t> sent{0};
     std::atomic<bool> quiet{true};
     std::atomic<int> error{0};

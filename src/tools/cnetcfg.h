@@ -112,7 +112,11 @@ public slots:
     void abort();
 
 protected:
+    // The search that search_prepare has set. A subclass that has a thread already, that of its
+    // link, prepares and runs it there instead of having a thread started.
     void run() override;
+    void search_prepare(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target,
+                        std::uint8_t cmd);
 
 private:
     bool judge(bool fits, bool accepted = true);

@@ -61,14 +61,20 @@ int CnetCfg::search_begin(std::uint32_t chan_mask, std::uint32_t baud_mask, cons
 {
     if (isRunning())
         return TOOL_BUSY;
+    search_prepare(chan_mask, baud_mask, target, cmd);
+    start();
+    return 0;
+}
+
+void CnetCfg::search_prepare(std::uint32_t chan_mask, std::uint32_t baud_mask, const void* target,
+                             std::uint8_t cmd)
+{
     this->chan_mask = chan_mask;
     this->baud_mask = baud_mask;
     if (target != nullptr)
         std::memcpy(this->target, target, CNET_TARGET_SIZE);
     stopped = false;
     search_cmd = cmd;
-    start();
-    return 0;
 }
 
 void CnetCfg::abort()

@@ -182,7 +182,9 @@ signals:
     // doesn't walk over them and a report's layout is the module's.
     void dev_found(int bind_width, int spreading_factor, QString info);
 
-private slots:
+protected slots:
+    // One look of a search that has been started. A subclass whose thread runs no event loop calls
+    // it in turn.
     void search_timer_timeout();
 
 private:

@@ -1,6 +1,7 @@
 #include "workbench/connectionbar.h"
 
 #include "linkcfg/qlinkcfgdlg.h"
+#include "stack/shelltext.h"
 #include "workbench/frameboxes.h"
 #include "workbench/framerdialog.h"
 #include "workbench/icons.h"
@@ -11,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,17 +27,24 @@ ConnectionBar::ConnectionBar(LogFeed& feed, const QString& ini_path, QWidget* pa
     : QWidget(parent)
     , feed(feed)
     , ini_path(ini_path)
-    , worker(feed)
+    , worker(feed, &recorder)
     , notice(new Notice)
+    , record_notice(new Notice)
 {
     setObjectName("connection");
     notice->setObjectName("connection_notice");
+    record_notice->setObjectName("record_notice");
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 6, 8, 4);
     layout->addWidget(texts_create());
     layout->addWidget(state_create());
+    layout->addWidget(record_notice);
     layout->addWidget(notice);
     connect(&worker, &LinkWorker::state_changed, this, &ConnectionBar::state_show);
+    connect(&recorder, &LinkRecorder::changed, this, &ConnectionBar::record_show);
+    connect(&recorder, &LinkRecorder::said, this, [this](bool good, const QString& sentence) {
+        record_notice->say(good ? Notice::Kind::Good : Notice::Kind::Problem, sentence);
+    });
     retranslate();
     texts_check();
 }
@@ -98,6 +107,9 @@ QWidget* ConnectionBar::state_create()
     log_box->setObjectName("log_on");
     log_box->setChecked(true);
     connect(log_box, &QCheckBox::toggled, this, [this](bool on) { feed.exchanges_set(on); });
+    record_button = new QPushButton;
+    record_button->setObjectName("record");
+    connect(record_button, &QPushButton::clicked, this, &ConnectionBar::record_toggle);
     boxes = new FrameBoxes;
 
     auto* const state = new QWidget;
@@ -110,6 +122,7 @@ QWidget* ConnectionBar::state_create()
     row->addStretch(1);
     row->addWidget(timeout_label);
     row->addWidget(timeout_box);
+    row->addWidget(record_button);
     row->addWidget(log_box);
     return state;
 }
@@ -153,8 +166,41 @@ void ConnectionBar::toggle()
 {
     if (worker.state() != LinkWorker::State::Closed)
         return worker.close();
-    if (const auto stack = description())
+    if (const auto stack = description()) {
+        if (!recorder.recording())
+            record_notice->clear();
+        recorder.link_set(*stack);
         worker.open(*stack);
+    }
+}
+
+void ConnectionBar::record_toggle()
+{
+    if (recorder.recording())
+        return recorder.stop();
+    QFileDialog dialog(window(), tr("Record to"), {}, tr("Captures (*.pcapng)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("pcapng");
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // it goes on after its end
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (const auto stack = description())
+        recorder.link_set(*stack);
+    record_notice->clear();
+    recorder.start(dialog.selectedFiles().value(0));
+}
+
+void ConnectionBar::record_show()
+{
+    const bool on = recorder.recording();
+    record_button->setText(on ? tr("Stop recording") : tr("Record..."));
+    record_button->setIcon(on ? theme_icon("media-playback-stop", QStyle::SP_MediaStop)
+                              : theme_icon("media-record", QStyle::SP_DialogSaveButton));
+    record_button->setShortcut(QKeySequence("Ctrl+R")); // a change of text drops it
+    const QString key = record_button->shortcut().toString(QKeySequence::NativeText);
+    record_button->setToolTip(
+        on ? tr("Recording into %1. Ends by %2.").arg(recorder.path(), key)
+           : tr("Records all that passes the link into a capture (%1).").arg(key));
 }
 
 std::optional<LinkDescription> ConnectionBar::link_ask()
@@ -189,8 +235,8 @@ void ConnectionBar::frame_edit()
 // As the options of tarnwickctl.
 void ConnectionBar::copy() const
 {
-    QApplication::clipboard()->setText("--link " + link_text_edit->text().trimmed() + " --frame " +
-                                       frame_text_edit->text().trimmed());
+    QApplication::clipboard()->setText("--link " + shell_word(link_text_edit->text().trimmed()) +
+                                       " --frame " + shell_word(frame_text_edit->text().trimmed()));
 }
 
 void ConnectionBar::state_show()
@@ -259,4 +305,5 @@ void ConnectionBar::retranslate()
     log_box->setText(tr("&Log"));
     log_box->setToolTip(tr("Log every exchange and what the tools do."));
     state_show();
+    record_show();
 }

@@ -1,6 +1,7 @@
 // The connection that the pages work on: its link, its frame, and whether it is open.
 #pragma once
 
+#include "workbench/linkrecorder.h"
 #include "workbench/linkworker.h"
 
 #include <QWidget>
@@ -47,12 +48,15 @@ private:
     void link_choose();
     void frame_edit();
     void copy() const;
+    void record_toggle();
+    void record_show();
     void texts_check();
     void state_show();
     void retranslate();
 
     LogFeed& feed;
     const QString ini_path;
+    LinkRecorder recorder; // outlives the link
     LinkWorker worker;
     QLabel* link_label;
     QLineEdit* link_text_edit;
@@ -66,6 +70,8 @@ private:
     FrameBoxes* boxes;
     QPushButton* connect_button;
     QLabel* state_label;
+    QPushButton* record_button;
     QCheckBox* log_box;
     Notice* notice;
+    Notice* record_notice; // stays when the link opens or closes
 };

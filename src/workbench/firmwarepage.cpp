@@ -350,7 +350,7 @@ void FirmwarePage::retranslate()
     add_button->setIcon(theme_icon("list-add", QStyle::SP_FileDialogNewFolder));
     remove_button->setText(tr("Remo&ve"));
     remove_button->setIcon(theme_icon("list-remove", QStyle::SP_TrashIcon));
-    save_button->setText(tr("Save r&esults..."));
+    save_button->setText(tr("Save results..."));
     save_button->setIcon(theme_icon("document-save-as", QStyle::SP_DialogSaveButton));
     start_button->setText(tr("&Start"));
     start_button->setIcon(theme_icon("media-playback-start", QStyle::SP_MediaPlay));

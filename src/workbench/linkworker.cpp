@@ -11,12 +11,15 @@ class LinkInside : public Mailbox
 {
 public:
     // None after a success.
-    std::optional<LinkProblem> open(const StackDescription& description, LogFeed& feed)
+    std::optional<LinkProblem> open(const StackDescription& description, LogFeed& feed,
+                                    ExchangeSink* recorder)
     {
         try {
-            log = std::make_unique<LinkLog>(feed, link_name(description.link));
+            log = std::make_unique<LinkLog>(feed, link_name(description.link), recorder);
             stack = std::make_unique<Stack>(description, *log);
             stack->open();
+            if (recorder)
+                recorder->note("open: " + link_text(description.link));
             return std::nullopt;
         } catch (const LinkProblem& problem) {
             close();
@@ -29,7 +32,7 @@ public:
     {
         timer = std::make_unique<QTimer>();
         connect(timer.get(), &QTimer::timeout, this, [this, lost] {
-            if (!stack || (!stack->lost() && stack->link().is_open()))
+            if (!stack || (!stack->lost() && !stack->dropped() && stack->link().is_open()))
                 return;
             LinkProblem problem = stack->trouble();
             if (problem.kind != LinkTrouble::PortGone)
@@ -54,9 +57,9 @@ public:
     std::unique_ptr<QTimer> timer;
 };
 
-LinkWorker::LinkWorker(LogFeed& feed, QObject* parent)
-    : QObject(parent)
-    , feed(feed)
+LinkWorker::LinkWorker(LogFeed& feed, ExchangeSink* recorder)
+    : feed(feed)
+    , recorder(recorder)
     , inside(new LinkInside)
 {
     inside->moveToThread(&thread);
@@ -86,7 +89,7 @@ void LinkWorker::open(const StackDescription& description)
         home.post([this, problem] { state_set(State::Closed, problem); });
     };
     inside->post([this, inside = inside, description, lost] {
-        const auto problem = inside->open(description, feed);
+        const auto problem = inside->open(description, feed, recorder);
         if (!problem)
             inside->watch(lost);
         home.post([this, problem] {
@@ -111,7 +114,11 @@ void LinkWorker::close()
 
 void LinkWorker::run(const Job& job)
 {
-    inside->post([inside = inside, job] { job(inside->stack.get()); });
+    ++jobs;
+    inside->post([this, inside = inside, job] {
+        job(inside->stack.get());
+        home.post([this] { --jobs; });
+    });
 }
 
 void LinkWorker::state_set(State state, const std::optional<LinkProblem>& problem)

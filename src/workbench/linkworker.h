@@ -24,8 +24,8 @@ public:
     // With nothing when the link has gone.
     using Job = std::function<void(Stack*)>;
 
-    // `feed` outlives it.
-    explicit LinkWorker(LogFeed& feed, QObject* parent = nullptr);
+    // `feed` outlives it, as does `recorder`, which hears of all that passes the link.
+    explicit LinkWorker(LogFeed& feed, ExchangeSink* recorder = nullptr);
     // Whoever runs a job that can be aborted does so first.
     ~LinkWorker() override;
 
@@ -39,6 +39,8 @@ public:
     void close();
     // On the link's thread, in any case but that of an early end of the worker.
     void run(const Job& job);
+    // A job is under way, or waits.
+    bool busy() const { return jobs > 0; }
 
 signals:
     void state_changed();
@@ -47,9 +49,11 @@ private:
     void state_set(State state, const std::optional<LinkProblem>& problem);
 
     LogFeed& feed;
+    ExchangeSink* const recorder;
     Mailbox home; // for what comes back from the link's thread
     QThread thread;
     LinkInside* inside; // lives on the thread
     State now = State::Closed;
+    int jobs = 0;
     std::optional<LinkProblem> last_problem;
 };

@@ -24,6 +24,7 @@ LogDock::LogDock(LogFeed& feed, QWidget* parent)
     setObjectName("log_dock");
     filtered.setSourceModel(&model);
     filtered.setFilterCaseSensitivity(Qt::CaseInsensitive);
+    filtered.setFilterRole(LogModel::WHOLE);
     view = new QListView;
     view->setObjectName("log_view");
     view->setModel(&filtered);
@@ -85,7 +86,7 @@ QStringList LogDock::lines() const
 {
     QStringList texts;
     for (int row = 0; row < filtered.rowCount(); ++row)
-        texts += filtered.index(row, 0).data().toString();
+        texts += filtered.index(row, 0).data(LogModel::WHOLE).toString();
     return texts;
 }
 
@@ -126,7 +127,7 @@ void LogDock::find(int step)
     for (int tried = 0; tried < count; ++tried) {
         row = (row + step + count) % count;
         const QModelIndex index = filtered.index(row, 0);
-        if (index.data().toString().contains(text, Qt::CaseInsensitive)) {
+        if (index.data(LogModel::WHOLE).toString().contains(text, Qt::CaseInsensitive)) {
             view->setCurrentIndex(index);
             view->scrollTo(index);
             return;
@@ -141,7 +142,7 @@ void LogDock::copy() const
     std::sort(chosen.begin(), chosen.end());
     QStringList texts;
     for (const QModelIndex& index : chosen)
-        texts += index.data().toString();
+        texts += index.data(LogModel::WHOLE).toString();
     QApplication::clipboard()->setText(texts.join('\n'));
 }
 

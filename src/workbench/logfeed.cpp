@@ -29,9 +29,10 @@ QVector<LogLine> LogFeed::take()
     return std::exchange(waiting, {});
 }
 
-LinkLog::LinkLog(LogFeed& feed, const QString& source)
+LinkLog::LinkLog(LogFeed& feed, const QString& source, ExchangeSink* second)
     : feed(feed)
     , source(source)
+    , second(second)
 {
 }
 
@@ -39,16 +40,22 @@ void LinkLog::sent(const QByteArray& bytes, int result)
 {
     if (feed.exchanges())
         feed.append(source, sent_text(bytes, result));
+    if (second)
+        second->sent(bytes, result);
 }
 
 void LinkLog::received(const QByteArray& bytes, int result)
 {
     if (feed.exchanges())
         feed.append(source, received_text(bytes, result));
+    if (second)
+        second->received(bytes, result);
 }
 
 void LinkLog::note(const QString& text)
 {
     if (feed.exchanges())
         feed.append(source, note_text(text));
+    if (second)
+        second->note(text);
 }

@@ -43,11 +43,12 @@ private:
     std::atomic<bool> log_exchanges{true};
 };
 
-// What passes one link, as lines of the feed, which outlives it.
+// What passes one link, as lines of the feed, and for a second sink if there is one. Both outlive
+// it.
 class LinkLog final : public ExchangeSink
 {
 public:
-    LinkLog(LogFeed& feed, const QString& source);
+    LinkLog(LogFeed& feed, const QString& source, ExchangeSink* second = nullptr);
 
     void sent(const QByteArray& bytes, int result) override;
     void received(const QByteArray& bytes, int result) override;
@@ -56,4 +57,5 @@ public:
 private:
     LogFeed& feed;
     const QString source;
+    ExchangeSink* const second;
 };

@@ -33,11 +33,12 @@ int LogModel::rowCount(const QModelIndex& parent) const
 
 QVariant LogModel::data(const QModelIndex& index, int role) const
 {
-    if (role != Qt::DisplayRole || !index.isValid())
+    if ((role != Qt::DisplayRole && role != WHOLE) || !index.isValid())
         return {};
     const LogLine& line = lines[index.row()];
     const QString time =
         QDateTime::fromMSecsSinceEpoch(line.time_ms).toString(QStringLiteral("HH:mm:ss.zzz"));
-    return line.source.isEmpty() ? time + "  " + line.text
-                                 : time + "  " + line.source + "  " + line.text;
+    const QString text = line.source.isEmpty() ? time + "  " + line.text
+                                               : time + "  " + line.source + "  " + line.text;
+    return role == WHOLE || text.size() <= MOST_SHOWN ? text : text.left(MOST_SHOWN) + " ...";
 }

@@ -11,6 +11,8 @@ class LogModel : public QAbstractListModel
 
 public:
     static constexpr int MOST_LINES = 20000;
+    static constexpr int MOST_SHOWN = 4000; // characters; painting a line of 64 KiB takes 0.2 s
+    enum Role { WHOLE = Qt::UserRole }; // the whole line, of which a long one shows the beginning
 
     using QAbstractListModel::QAbstractListModel;
 

@@ -54,7 +54,7 @@ int ModuleList::row_of(const UpgradeModule* module) const
     return int(at - modules.cbegin());
 }
 
-int ModuleList::start(const FirmwareFile& file, const RunSettings& settings)
+int ModuleList::start(const FirmwareFile& file, const UpgradeSettings& settings)
 {
     int started = 0;
     for (const auto& module : modules) {

@@ -24,7 +24,7 @@ public:
     bool remove(int row);
 
     // Starts all that are ready; gives how many.
-    int start(const FirmwareFile& file, const RunSettings& settings);
+    int start(const FirmwareFile& file, const UpgradeSettings& settings);
     void abort();
     int running() const;
     void retranslate();

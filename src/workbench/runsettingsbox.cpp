@@ -12,18 +12,18 @@ constexpr int LONGEST_WAIT_MS = 600000;
 struct Row
 {
     const char* key; // in the INI file, and the widget's name
-    int RunSettings::*value;
+    int UpgradeSettings::*value;
     int least;
     int most;
     bool time;
 };
 
 constexpr Row ROWS[] = {
-    {"packet", &RunSettings::packet, 4, 65535, false},
-    {"attempts", &RunSettings::attempts, 1, 1000, false},
-    {"interval", &RunSettings::interval_ms, 0, LONGEST_WAIT_MS, true},
-    {"reset_wait", &RunSettings::reset_wait_ms, 0, LONGEST_WAIT_MS, true},
-    {"verify_wait", &RunSettings::verify_wait_ms, 0, LONGEST_WAIT_MS, true},
+    {"packet", &UpgradeSettings::packet, 4, 65535, false},
+    {"attempts", &UpgradeSettings::attempts, 1, 1000, false},
+    {"interval", &UpgradeSettings::interval_ms, 0, LONGEST_WAIT_MS, true},
+    {"reset_wait", &UpgradeSettings::reset_wait_ms, 0, LONGEST_WAIT_MS, true},
+    {"verify_wait", &UpgradeSettings::verify_wait_ms, 0, LONGEST_WAIT_MS, true},
 };
 } // namespace
 
@@ -31,7 +31,7 @@ RunSettingsBox::RunSettingsBox(QWidget* parent)
     : QGroupBox(parent)
 {
     auto* const grid = new QGridLayout(this);
-    const RunSettings defaults;
+    const UpgradeSettings defaults;
     for (int field = 0; field < FIELDS; ++field) {
         const Row& row = ROWS[field];
         boxes[field] = new QSpinBox;
@@ -47,9 +47,9 @@ RunSettingsBox::RunSettingsBox(QWidget* parent)
     retranslate();
 }
 
-RunSettings RunSettingsBox::settings() const
+UpgradeSettings RunSettingsBox::settings() const
 {
-    RunSettings settings;
+    UpgradeSettings settings;
     for (int field = 0; field < FIELDS; ++field)
         settings.*ROWS[field].value = boxes[field]->value();
     return settings;

@@ -16,7 +16,7 @@ class RunSettingsBox : public QGroupBox
 public:
     explicit RunSettingsBox(QWidget* parent = nullptr);
 
-    RunSettings settings() const;
+    UpgradeSettings settings() const;
     void load(const QSettings& ini);
     void store(QSettings& ini) const;
 

@@ -58,7 +58,7 @@ void UpgradeModule::description_set(const StackDescription& description)
     emit changed();
 }
 
-void UpgradeModule::start(const FirmwareFile& file, const RunSettings& settings)
+void UpgradeModule::start(const FirmwareFile& file, const UpgradeSettings& settings)
 {
     this->file = file.path();
     this->settings = settings;

@@ -28,7 +28,7 @@ public:
     bool ready() const { return !shares_link() || link.state() == LinkWorker::State::Open; }
 
     // Only while not running.
-    void start(const FirmwareFile& file, const RunSettings& settings);
+    void start(const FirmwareFile& file, const UpgradeSettings& settings);
     void abort();
     bool running() const { return at != Stage::Waiting && at != Stage::Ended; }
 
@@ -67,7 +67,7 @@ private:
     Stage at = Stage::Waiting;
     QString file;
     QString name;
-    RunSettings settings;
+    UpgradeSettings settings;
     int file_size = 0;
     std::optional<LoaderDevice> found;
     PageMap map;

@@ -57,7 +57,7 @@ UpgradeVerdict good_end(const UpgradeReport& report, const QString& file_name)
             UpgradeVerdict::tr("It has been restarted.")};
 }
 
-UpgradeVerdict send_failed(const UpgradeReport& report, const RunSettings& settings)
+UpgradeVerdict send_failed(const UpgradeReport& report, const UpgradeSettings& settings)
 {
     const LoaderOutcome& outcome = report.outcome;
     if (outcome.refusals == std::uint32_t(settings.attempts))
@@ -81,7 +81,7 @@ QString UpgradeVerdict::text() const
 }
 
 UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_name,
-                               const RunSettings& settings)
+                               const UpgradeSettings& settings)
 {
     const LoaderOutcome& outcome = report.outcome;
     const QString reason = reason_text(outcome.reason);

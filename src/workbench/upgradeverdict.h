@@ -17,4 +17,4 @@ public:
 };
 
 UpgradeVerdict upgrade_verdict(const UpgradeReport& report, const QString& file_name,
-                               const RunSettings& settings);
+                               const UpgradeSettings& settings);

@@ -2,10 +2,13 @@
 
 #include "linkcfg/inifile.h"
 #include "workbench/connectionbar.h"
+#include "workbench/exchangepage.h"
 #include "workbench/firmwarepage.h"
 #include "workbench/icons.h"
 #include "workbench/logdock.h"
+#include "workbench/searchpage.h"
 #include "workbench/settingkeys.h"
+#include "workbench/settingspage.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -28,6 +31,12 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     tabs->setDocumentMode(true);
     firmware_page = new FirmwarePage(*bar, feed, nullptr);
     tabs->addTab(firmware_page, QString());
+    settings_page = new SettingsPage(*bar, nullptr);
+    tabs->addTab(settings_page, QString());
+    search_page = new SearchPage(*bar);
+    tabs->addTab(search_page, QString());
+    exchange_page = new ExchangePage(*bar);
+    tabs->addTab(exchange_page, QString());
     auto* const content = new QWidget;
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -37,13 +46,14 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
     log = new LogDock(feed, this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     menus_create();
-    connect(
-        firmware_page, &FirmwarePage::idle, this,
-        [this] {
-            if (closing)
-                close();
-        },
-        Qt::QueuedConnection);
+    const auto close_at_last = [this] {
+        if (closing)
+            close();
+    };
+    connect(firmware_page, &FirmwarePage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(settings_page, &SettingsPage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(search_page, &SearchPage::idle, this, close_at_last, Qt::QueuedConnection);
+    connect(exchange_page, &ExchangePage::idle, this, close_at_last, Qt::QueuedConnection);
     resize(1100, 760);
     load();
     retranslate();
@@ -52,6 +62,9 @@ WorkbenchWindow::WorkbenchWindow(const QString& ini_path)
 // The pages go before the connection that they work on, and both before the feed.
 WorkbenchWindow::~WorkbenchWindow()
 {
+    delete exchange_page;
+    delete search_page;
+    delete settings_page;
     delete firmware_page;
     delete bar;
     delete log;
@@ -121,6 +134,8 @@ void WorkbenchWindow::load()
     palette_choose(PALETTE.read(ini));
     bar->load(ini);
     firmware_page->load(ini);
+    search_page->load(ini);
+    exchange_page->load(ini);
     restoreGeometry(GEOMETRY.read(ini));
     restoreState(STATE.read(ini));
 }
@@ -132,23 +147,52 @@ void WorkbenchWindow::store() const
     PALETTE.write_if_changed(ini, palette_stored);
     bar->store(ini);
     firmware_page->store(ini);
+    search_page->store(ini);
+    exchange_page->store(ini);
     GEOMETRY.write_if_changed(ini, saveGeometry());
     STATE.write_if_changed(ini, saveState());
 }
 
+bool WorkbenchWindow::busy() const
+{
+    return firmware_page->busy() || settings_page->busy() || search_page->busy() ||
+           exchange_page->busy();
+}
+
+void WorkbenchWindow::abort()
+{
+    firmware_page->abort();
+    settings_page->abort();
+    search_page->abort();
+    exchange_page->abort();
+}
+
+bool WorkbenchWindow::close_confirmed()
+{
+    if (firmware_page->busy())
+        return QMessageBox::question(
+                   this, tr("Upgrade under way"),
+                   tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot "
+                      "code; another run completes what this one began.")) == QMessageBox::Yes;
+    if (settings_page->busy())
+        return QMessageBox::question(
+                   this, tr("Settings under way"),
+                   tr("Settings are being read or written. Stop after the one under "
+                      "way and close?")) == QMessageBox::Yes;
+    return QMessageBox::question(this, tr("Link in use"),
+                                 tr("A search or an exchange is under way. Stop it and close?")) ==
+           QMessageBox::Yes;
+}
+
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
 {
-    if (firmware_page->busy()) {
+    if (busy()) {
         event->ignore();
         if (closing)
             return;
-        const auto answer = QMessageBox::question(
-            this, tr("Upgrade under way"),
-            tr("An upgrade is under way. Stop it and close?\nThe module stays in its boot code; "
-               "another run completes what this one began."));
-        closing = answer == QMessageBox::Yes;
-        if (closing && firmware_page->busy())
-            return firmware_page->abort();
+        closing = close_confirmed();
+        if (closing && busy())
+            return abort();
         if (!closing)
             return;
     }
@@ -166,7 +210,10 @@ void WorkbenchWindow::changeEvent(QEvent* event)
 void WorkbenchWindow::retranslate()
 {
     setWindowTitle(tr("Tarnwick Workbench"));
-    tabs->setTabText(0, tr("F&irmware"));
+    tabs->setTabText(tabs->indexOf(firmware_page), tr("F&irmware"));
+    tabs->setTabText(tabs->indexOf(settings_page), tr("Mod&ule settings"));
+    tabs->setTabText(tabs->indexOf(search_page), tr("S&earch"));
+    tabs->setTabText(tabs->indexOf(exchange_page), tr("E&xchanges"));
     file_menu->setTitle(tr("&File"));
     quit_action->setText(tr("&Quit"));
     quit_action->setIcon(theme_icon("application-exit", QStyle::SP_DialogCloseButton));

@@ -8,10 +8,13 @@
 #include <QMainWindow>
 
 class ConnectionBar;
+class ExchangePage;
 class FirmwarePage;
 class LogDock;
 class QActionGroup;
 class QTabWidget;
+class SettingsPage;
+class SearchPage;
 
 class WorkbenchWindow : public QMainWindow
 {
@@ -24,6 +27,9 @@ public:
 
     ConnectionBar& connection() const { return *bar; }
     FirmwarePage& firmware() const { return *firmware_page; }
+    SettingsPage& settings() const { return *settings_page; }
+    ExchangePage& exchanges() const { return *exchange_page; }
+    SearchPage& search() const { return *search_page; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -37,6 +43,9 @@ private:
     void language_choose(const QString& value);
     void palette_choose(const QString& value);
     void check_choice(QActionGroup* group, const QString& value);
+    bool busy() const;
+    void abort();
+    bool close_confirmed();
     void load();
     void store() const;
     void retranslate();
@@ -50,6 +59,9 @@ private:
     ConnectionBar* bar;
     QTabWidget* tabs;
     FirmwarePage* firmware_page;
+    SettingsPage* settings_page;
+    SearchPage* search_page;
+    ExchangePage* exchange_page;
     LogDock* log;
     QMenu* file_menu;
     QMenu* view_menu;

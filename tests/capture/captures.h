@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <csignal>
+#include <sys/resource.h>
 
 // Of a section, a port and four records: block by block.
 QList<QByteArray> known_blocks(PcapngOrder order);
@@ -19,3 +21,20 @@ QString line_of(const CaptureRecord& record);
 
 // What tshark prints of the fields, a line a packet, blanks between.
 QStringList tshark(const QString& path, const QString& fields);
+
+// Files of this process end there, as on a full disk.
+class FullAt
+{
+public:
+    explicit FullAt(rlim_t size)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit full = {size, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+    }
+    ~FullAt() { setrlimit(RLIMIT_FSIZE, &before); }
+
+private:
+    rlimit before = {};
+};

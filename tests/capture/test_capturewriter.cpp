@@ -6,10 +6,8 @@
 #include "wait.h"
 
 #include <QFile>
-#include <csignal>
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -66,23 +64,6 @@ std::int64_t lost_of(const QList<CaptureRecord>& records)
         lost += record.lost;
     return lost;
 }
-
-// Files of this process end there, as on a full disk.
-class FullAt
-{
-public:
-    explicit FullAt(rlim_t size)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit full = {size, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &full);
-    }
-    ~FullAt() { setrlimit(RLIMIT_FSIZE, &before); }
-
-private:
-    rlimit before = {};
-};
 
 TEST_F(CaptureWriterTest, KeepsTheOrderOfEachThread)
 {

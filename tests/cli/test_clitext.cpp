@@ -1,11 +1,12 @@
 // The texts of the command line: what they mean, and where the wrong ones are wrong.
 #include "cli/cnetaddress.h"
-#include "cli/dorvsettings.h"
+#include "cli/dorvarguments.h"
 #include "cli/exchangelog.h"
 #include "cli/progress.h"
 #include "cli/typedargument.h"
 #include "framers/qframernull.h"
 #include "stack/boundedcnet.h"
+#include "stack/numbermask.h"
 #include "stack/stack.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "netpeer.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 
 class CtlUpgrade : public ProgramTest
 {
@@ -94,6 +95,48 @@ TEST_F(CtlUpgrade, SaysWhyAnUpgradeCannotBeAndCanBeRepeated)
         EXPECT_EQ(file_content(sandbox.path("rom")), file_content(file));
         QFile::remove(sandbox.path("rom"));
     }
+}
+
+TEST_F(CtlUpgrade, UpgradesModulesAtSeveralLinksAtOnceAndSaysHowEachHasEnded)
+{
+    const Simulated serial(module("rom1"));
+    const Simulated network(module("rom2") + " --listen 0");
+    const Simulated other(module("rom3") + " --module M7 --name other");
+    const QString file = firmware_file("M1_2.bin", 30000);
+    const QString links[] = {"serial:boot", "tcp:" + network.address, "serial:other",
+                             "tcp:127.0.0.1:1"};
+    const QString two = upgrade(file, links[0] + " --link " + links[1]);
+    const QString log = sandbox.path("log"), record = sandbox.path("both.pcapng");
+    const CtlRun good(two + " --log " + log + " --record " + record);
+    EXPECT_EQ(good.exit, 0) << good.err.toStdString();
+    const QList<QByteArray> lines = good.out.split('\n');
+    ASSERT_EQ(lines.size(), 3) << good.out.toStdString();
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(lines[i].startsWith(links[i].toLatin1() + ' ') &&
+                    lines[i].contains("  upgraded  M1 V1.00.000000 APP  30000 bytes in "))
+            << lines[i].toStdString();
+    EXPECT_TRUE(good.err.contains("boot: Device: M1 V1")) << good.err.toStdString();
+    EXPECT_TRUE(good.err.contains("100 %  60000 of 60000 bytes")) << good.err.toStdString();
+    EXPECT_TRUE(file_content(log).contains(" boot ldr: device reboot"));
+    EXPECT_EQ(CtlRun("capture info " + record).out.count("\nport"), 2);
+    for (const char* const image : {"rom1", "rom2"})
+        EXPECT_EQ(file_content(sandbox.path(image)), file_content(file));
+
+    const CtlRun mixed(two + " --link " + links[2] + " --link " + links[3] + " --json");
+    EXPECT_EQ(mixed.exit, 1) << mixed.err.toStdString(); // of the first that failed
+    EXPECT_EQ(mixed.json()["result"].toString(), "failed");
+    EXPECT_EQ(mixed.json()["error"].toObject()["message"].toString(), "2 of 4 upgrades failed");
+    const QJsonArray modules = mixed.json()["modules"].toArray();
+    ASSERT_EQ(modules.size(), 4);
+    const int exits[] = {0, 0, 1, 3};
+    for (int i = 0; i < 4; ++i) {
+        const QJsonObject module = modules[i].toObject();
+        EXPECT_EQ(module["link"].toString(), links[i]);
+        EXPECT_EQ(module["result"].toString(), exits[i] ? "failed" : "upgraded");
+        EXPECT_EQ(module["error"].toObject()["exit"].toInt(), exits[i]);
+    }
+    EXPECT_LT(modules[0].toObject()["wire_bytes_sent"].toInt(), 400);
+    EXPECT_EQ(CtlRun(upgrade(file, links[0] + " --link " + links[0])).exit, 2);
 }
 
 TEST_F(CtlUpgrade, CtrlCStopsItCleanlyAndARerunCompletesIt)

@@ -33,7 +33,7 @@ TEST(Examples, PrintWhatTheDeviceSaysOrWhyThereIsNothing)
         {"read_register", {}, 2, "", "usage"},
         {"custom_framer", {echo.address, "hello"}, 0, "5 bytes: hello\n", ""},
         {"custom_framer", {none, "hello"}, 1, "", "can't write"},
-        {"search", {cnet.address}, 0, "\n2 found\n", ""},
+        {"search", {cnet.address, "9", "30"}, 0, "\n2 found\n", ""},
         {"search", {none}, 1, "", "can't open"},
         {"upgrade", {boot.address, firmware}, 0, "4096 of 5000 bytes\n", "ldr: "},
         {"upgrade", {boot.address, none}, 1, "", "ldr: "},

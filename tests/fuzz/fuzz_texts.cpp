@@ -1,9 +1,10 @@
 // What people write, in the send area and on the command line, and the grid that shows received
 // text.
 #include "cli/cnetaddress.h"
-#include "cli/dorvsettings.h"
+#include "cli/dorvarguments.h"
 #include "cli/failure.h"
 #include "fuzzing.h"
+#include "stack/numbermask.h"
 #include "stack/stacktext.h"
 #include "terminal/rowtable.h"
 #include "terminal/sendtext.h"

@@ -2,14 +2,15 @@
 #include "monitor/bytetext.h"
 #include "monitor/keys.h"
 #include "monitor/lineedit.h"
+#include "monitor/lineending.h"
 #include "monitor/logfile.h"
 #include "monitor/pacing.h"
 #include "monitor/script.h"
 #include "monitor/silence.h"
-#include "monitor/typedbytes.h"
 #include "monitor/view.h"
 #include "print.h"
 #include "sandbox.h"
+#include "stack/typedbytes.h"
 
 #include <gtest/gtest.h>
 

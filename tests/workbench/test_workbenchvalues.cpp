@@ -162,7 +162,7 @@ TEST(UpgradeVerdict, SaysWhatHappenedAndWhatToDo)
         {report(E::FileNotRead, R::FileCutShort, T::NoAnswer), "to its end", "another one"},
     };
     for (const auto& row : rows) {
-        const UpgradeVerdict verdict = upgrade_verdict(row.report, "M1_1.bin", RunSettings());
+        const UpgradeVerdict verdict = upgrade_verdict(row.report, "M1_1.bin", UpgradeSettings());
         EXPECT_TRUE(verdict.what.contains(row.what)) << qPrintable(verdict.what);
         EXPECT_TRUE(verdict.next.contains(row.next)) << qPrintable(verdict.next);
         EXPECT_EQ(verdict.good, row.report.outcome.ending == E::Upgraded);

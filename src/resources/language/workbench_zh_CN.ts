@@ -2,6 +2,171 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>BlockBox</name>
+    <message>
+        <source>An address has 4 hexadecimal digits, or 16.</source>
+        <translation>地址是 4 位或 16 位十六进制数。</translation>
+    </message>
+    <message>
+        <source>Address, character %1: %2.</source>
+        <translation>地址，第 %1 个字符：%2。</translation>
+    </message>
+    <message>
+        <source>Changed words of %1 aren&apos;t written yet: write or revert them first.</source>
+        <translation>%1 的修改尚未写入：请先写入或还原。</translation>
+    </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Writing the configuration of %1 ...</source>
+        <translation>正在写入 %1 的配置……</translation>
+    </message>
+    <message>
+        <source>Reading the configuration of %1 ...</source>
+        <translation>正在读取 %1 的配置……</translation>
+    </message>
+    <message>
+        <source>The device %1 holds something else than was written: see the words in bold.</source>
+        <translation>设备 %1 中的内容与写入的不同：请看粗体的字。</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>配置</translation>
+    </message>
+    <message>
+        <source>Configuration of %1 on channel %2, %3</source>
+        <translation>%1 的配置，信道 %2，%3</translation>
+    </message>
+    <message>
+        <source>Address:</source>
+        <translation>地址：</translation>
+    </message>
+    <message>
+        <source>4 hexadecimal digits, or 16 for devices with long addresses. A device chosen fills in the first bytes of its answer.</source>
+        <translation>4 位十六进制数，长地址设备为 16 位。选中设备时会填入其应答的前几个字节。</translation>
+    </message>
+    <message>
+        <source>Channel:</source>
+        <translation>信道：</translation>
+    </message>
+    <message>
+        <source>Rate:</source>
+        <translation>速率：</translation>
+    </message>
+    <message>
+        <source>words of the configuration</source>
+        <translation>配置的各个字</translation>
+    </message>
+    <message>
+        <source>then: %1</source>
+        <translation>其后：%1</translation>
+    </message>
+    <message>
+        <source>The bytes that follow the words.</source>
+        <translation>各个字之后的字节。</translation>
+    </message>
+    <message>
+        <source>Read &amp;block</source>
+        <translation>读取配置(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>写入</translation>
+    </message>
+    <message>
+        <source>Re&amp;vert</source>
+        <translation>还原(&amp;V)</translation>
+    </message>
+</context>
+<context>
+    <name>BlockModel</name>
+    <message>
+        <source>a word has 8 hexadecimal digits</source>
+        <translation>一个字是 8 位十六进制数</translation>
+    </message>
+    <message>
+        <source>Word %1: %2.</source>
+        <translation>字 %1：%2。</translation>
+    </message>
+    <message>
+        <source>word %1</source>
+        <translation>字 %1</translation>
+    </message>
+    <message>
+        <source>To write</source>
+        <translation>待写入</translation>
+    </message>
+    <message>
+        <source>In the device</source>
+        <translation>设备中</translation>
+    </message>
+</context>
+<context>
+    <name>CnetWords</name>
+    <message>
+        <source>The search is over, devices found: %1.</source>
+        <translation>搜索结束，找到设备：%1 个。</translation>
+    </message>
+    <message>
+        <source>Nobody answered on these %1 pairs of channel and rate: are the devices on? A longer time-out gives them more time.</source>
+        <translation>在这 %1 个信道与速率的组合上没有应答：设备开机了吗？延长超时可给它们更多时间。</translation>
+    </message>
+    <message>
+        <source>No module reported itself: are they on? Listen for a longer time.</source>
+        <translation>没有模块上报：它们开机了吗？请延长收听时间。</translation>
+    </message>
+    <message>
+        <source>The search was stopped after %1 pairs, devices found: %2.</source>
+        <translation>搜索在 %1 个组合后停止，找到设备：%2 个。</translation>
+    </message>
+    <message>
+        <source>The search was stopped, devices found: %1.</source>
+        <translation>搜索已停止，找到设备：%1 个。</translation>
+    </message>
+    <message>
+        <source>The local device refuses a channel or rate of this search: leave it out.</source>
+        <translation>本地设备拒绝了此次搜索中的一个信道或速率：请去掉它。</translation>
+    </message>
+    <message>
+        <source>The local device can&apos;t be tuned, so the search has ended: is it on? Check its port, rate and format.</source>
+        <translation>无法设置本地设备的信道，搜索已结束：它开机了吗？请检查端口、速率和格式。</translation>
+    </message>
+    <message>
+        <source>The configuration of %1 is written and read back.</source>
+        <translation>%1 的配置已写入并回读。</translation>
+    </message>
+    <message>
+        <source>The configuration of %1 is read.</source>
+        <translation>%1 的配置已读取。</translation>
+    </message>
+    <message>
+        <source>The work on the configuration of %1 was stopped.</source>
+        <translation>对 %1 配置的操作已停止。</translation>
+    </message>
+    <message>
+        <source>The local device refuses this channel and rate.</source>
+        <translation>本地设备拒绝此信道和速率。</translation>
+    </message>
+    <message>
+        <source>The local device can&apos;t be tuned: is it on? Check its port, rate and format.</source>
+        <translation>无法设置本地设备的信道：它开机了吗？请检查端口、速率和格式。</translation>
+    </message>
+    <message>
+        <source>The device %1 refuses this configuration: read what it holds.</source>
+        <translation>设备 %1 拒绝此配置：请读取其当前内容。</translation>
+    </message>
+    <message>
+        <source>The device %1 doesn&apos;t confirm the new configuration: read what it holds.</source>
+        <translation>设备 %1 没有确认新配置：请读取其当前内容。</translation>
+    </message>
+    <message>
+        <source>The device %1 doesn&apos;t answer: check its address and that it is on, or give it a longer time-out.</source>
+        <translation>设备 %1 没有应答：请检查其地址以及是否开机，或延长超时。</translation>
+    </message>
+</context>
+<context>
     <name>ConnectionBar</name>
     <message>
         <source>Link</source>
@@ -99,6 +264,30 @@
         <source>Ti&amp;me-out:</source>
         <translation>超时(&amp;M)：</translation>
     </message>
+    <message>
+        <source>Record to</source>
+        <translation>录制到</translation>
+    </message>
+    <message>
+        <source>Captures (*.pcapng)</source>
+        <translation>抓包文件 (*.pcapng)</translation>
+    </message>
+    <message>
+        <source>Stop recording</source>
+        <translation>停止录制</translation>
+    </message>
+    <message>
+        <source>Record...</source>
+        <translation>录制...</translation>
+    </message>
+    <message>
+        <source>Recording into %1. Ends by %2.</source>
+        <translation>正在录制到 %1。按 %2 结束。</translation>
+    </message>
+    <message>
+        <source>Records all that passes the link into a capture (%1).</source>
+        <translation>把经过链路的所有数据录制到抓包文件（%1）。</translation>
+    </message>
 </context>
 <context>
     <name>DeviceBox</name>
@@ -141,6 +330,206 @@
     <message>
         <source>%1 bytes</source>
         <translation>%1 字节</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceTable</name>
+    <message>
+        <source>Channel</source>
+        <translation>信道</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>速率</translation>
+    </message>
+    <message>
+        <source>What it said</source>
+        <translation>应答内容</translation>
+    </message>
+    <message>
+        <source>Times</source>
+        <translation>次数</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangePage</name>
+    <message>
+        <source>Payload, character %1: %2.</source>
+        <translation>负载，第 %1 个字符：%2。</translation>
+    </message>
+    <message>
+        <source>There is nothing to send: type the bytes first.</source>
+        <translation>没有可发送的内容：请先输入字节。</translation>
+    </message>
+    <message>
+        <source>A payload has at most %1 bytes, not %2.</source>
+        <translation>负载最多 %1 字节，现在是 %2 字节。</translation>
+    </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Waiting for the reply ...</source>
+        <translation>正在等待应答……</translation>
+    </message>
+    <message>
+        <source>The command is on the clipboard.</source>
+        <translation>命令已复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>The command is on the clipboard. Disconnect before it runs: a port has one user.</source>
+        <translation>命令已复制到剪贴板。运行前请先断开：一个端口只能有一个使用者。</translation>
+    </message>
+    <message>
+        <source>&amp;Payload:</source>
+        <translation>负载(&amp;P)：</translation>
+    </message>
+    <message>
+        <source>Bytes as 01 02 03, or a text with the escapes \r \n \t \e \0 \\ and \x41. Enter sends it.</source>
+        <translation>形如 01 02 03 的字节，或可含转义 \r \n \t \e \0 \\ 和 \x41 的文本。按回车发送。</translation>
+    </message>
+    <message>
+        <source>hexadecimal</source>
+        <translation>十六进制</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>how the payload is typed</source>
+        <translation>负载的输入方式</translation>
+    </message>
+    <message>
+        <source>Reply, &amp;bytes at most:</source>
+        <translation>应答最多字节(&amp;B)：</translation>
+    </message>
+    <message>
+        <source>An exchange ends when so many bytes of payload have come, or after the time-out.</source>
+        <translation>收到这么多字节的负载或超时后，收发结束。</translation>
+    </message>
+    <message>
+        <source>&amp;Send</source>
+        <translation>发送(&amp;S)</translation>
+    </message>
+    <message>
+        <source>exchanges so far</source>
+        <translation>已有的收发</translation>
+    </message>
+    <message>
+        <source>Enter puts a request back into the line above.</source>
+        <translation>按回车把请求放回上面的输入行。</translation>
+    </message>
+    <message>
+        <source>the exchange chosen, as payload and on the wire</source>
+        <translation>所选收发的负载和线上内容</translation>
+    </message>
+    <message>
+        <source>Copy &amp;as command</source>
+        <translation>复制为命令(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Copies what does the same with tarnwickctl in a shell.</source>
+        <translation>复制一条在终端中用 tarnwickctl 完成同样操作的命令。</translation>
+    </message>
+    <message>
+        <source>Use a&amp;gain</source>
+        <translation>再次使用(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Clear his&amp;tory</source>
+        <translation>清空历史(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeRecord</name>
+    <message>
+        <source>... and %1 bytes more</source>
+        <translation>……还有 %1 字节</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 毫秒</translation>
+    </message>
+    <message>
+        <source>Answered after %1, bytes of payload: %2.</source>
+        <translation>%1后收到应答，负载字节数：%2。</translation>
+    </message>
+    <message>
+        <source>The frame could not be sent: what is below the frame didn&apos;t take it; the log shows why.</source>
+        <translation>帧未能发送：其下层没有接收；原因见日志。</translation>
+    </message>
+    <message>
+        <source>Nothing came within %1 ms: is the device on? Check rate, format and frame, or give it a longer time-out.</source>
+        <translation>%1 毫秒内没有收到任何内容：设备开机了吗？请检查速率、格式和帧，或延长超时。</translation>
+    </message>
+    <message>
+        <source>What came is no frame of %1: check rate, format and frame.</source>
+        <translation>收到的不是 %1 的帧：请检查速率、格式和帧。</translation>
+    </message>
+    <message>
+        <source>The exchange was stopped before it was sent.</source>
+        <translation>收发在发送前已停止。</translation>
+    </message>
+    <message>
+        <source>Request, bytes of payload: %1</source>
+        <translation>请求，负载字节数：%1</translation>
+    </message>
+    <message>
+        <source>%1: sent on the wire, bytes: %2</source>
+        <translation>%1：线上发送字节数：%2</translation>
+    </message>
+    <message>
+        <source>%1: received on the wire, bytes: %2</source>
+        <translation>%1：线上接收字节数：%2</translation>
+    </message>
+    <message>
+        <source>Reply after %1, bytes of payload: %2</source>
+        <translation>%1后的应答，负载字节数：%2</translation>
+    </message>
+</context>
+<context>
+    <name>ExchangeTable</name>
+    <message>
+        <source>not sent</source>
+        <translation>未发送</translation>
+    </message>
+    <message>
+        <source>nothing in time</source>
+        <translation>超时无应答</translation>
+    </message>
+    <message>
+        <source>no frame</source>
+        <translation>不是帧</translation>
+    </message>
+    <message>
+        <source>link lost</source>
+        <translation>链路断开</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Request</source>
+        <translation>请求</translation>
+    </message>
+    <message>
+        <source>Reply</source>
+        <translation>应答</translation>
+    </message>
+    <message>
+        <source>After</source>
+        <translation>用时</translation>
     </message>
 </context>
 <context>
@@ -225,10 +614,6 @@
         <translation>移除(&amp;V)</translation>
     </message>
     <message>
-        <source>Save r&amp;esults...</source>
-        <translation>保存结果(&amp;E)...</translation>
-    </message>
-    <message>
         <source>&amp;Start</source>
         <translation>开始(&amp;S)</translation>
     </message>
@@ -247,6 +632,10 @@
     <message>
         <source>U&amp;pgrade file:</source>
         <translation>升级文件(&amp;P)：</translation>
+    </message>
+    <message>
+        <source>Save results...</source>
+        <translation>保存结果...</translation>
     </message>
 </context>
 <context>
@@ -316,6 +705,87 @@
     </message>
 </context>
 <context>
+    <name>HeatLegend</name>
+    <message>
+        <source>not in this search</source>
+        <translation>不在搜索范围</translation>
+    </message>
+    <message>
+        <source>waiting</source>
+        <translation>等待</translation>
+    </message>
+    <message>
+        <source>being searched</source>
+        <translation>正在搜索</translation>
+    </message>
+    <message>
+        <source>nobody</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>one device</source>
+        <translation>一个设备</translation>
+    </message>
+    <message>
+        <source>two</source>
+        <translation>两个</translation>
+    </message>
+    <message>
+        <source>three</source>
+        <translation>三个</translation>
+    </message>
+    <message>
+        <source>more</source>
+        <translation>更多</translation>
+    </message>
+</context>
+<context>
+    <name>HeatMapView</name>
+    <message>
+        <source>map of channels and rates</source>
+        <translation>信道与速率图</translation>
+    </message>
+    <message>
+        <source>no device found</source>
+        <translation>未找到设备</translation>
+    </message>
+</context>
+<context>
+    <name>HeatWords</name>
+    <message>
+        <source>Channel %1, %2</source>
+        <translation>信道 %1，%2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>one device answered.</source>
+        <translation>一个设备应答。</translation>
+    </message>
+    <message>
+        <source>%1 devices answered.</source>
+        <translation>%1 个设备应答。</translation>
+    </message>
+    <message>
+        <source>not in this search.</source>
+        <translation>不在此次搜索范围。</translation>
+    </message>
+    <message>
+        <source>not searched yet.</source>
+        <translation>尚未搜索。</translation>
+    </message>
+    <message>
+        <source>being searched.</source>
+        <translation>正在搜索。</translation>
+    </message>
+    <message>
+        <source>nobody answered.</source>
+        <translation>没有应答。</translation>
+    </message>
+</context>
+<context>
     <name>LinkChoice</name>
     <message>
         <source>There is no serial port: plug an adapter in.</source>
@@ -332,6 +802,41 @@
     <message>
         <source>Only serial and TCP/IP links can be used: choose one.</source>
         <translation>只能使用串口和 TCP/IP 链路：请选择其一。</translation>
+    </message>
+</context>
+<context>
+    <name>LinkRecorder</name>
+    <message>
+        <source>The system starts no thread for the recording: end other programs.</source>
+        <translation>系统无法为录制启动线程：请关闭其他程序。</translation>
+    </message>
+    <message>
+        <source>Recording into %1.</source>
+        <translation>正在录制到 %1。</translation>
+    </message>
+    <message>
+        <source>There is no recording (%1): choose another file.</source>
+        <translation>未能录制（%1）：请选择其他文件。</translation>
+    </message>
+    <message>
+        <source>The recording is in %1.</source>
+        <translation>录制内容已保存在 %1。</translation>
+    </message>
+    <message>
+        <source>The recording in %1 has gaps: %2 bytes are missing.</source>
+        <translation>%1 中的录制不完整：缺少 %2 字节。</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written (%2): make room, or plug the disk in.</source>
+        <translation>%1 无法写入（%2）：请腾出空间，或接上磁盘。</translation>
+    </message>
+    <message>
+        <source>The disk of %1 is too slow, and bytes are being lost: record to another one.</source>
+        <translation>%1 所在磁盘太慢，正在丢失数据：请录制到其他磁盘。</translation>
+    </message>
+    <message>
+        <source>%1 is written again; bytes that were lost: %2.</source>
+        <translation>%1 已恢复写入；丢失字节数：%2。</translation>
     </message>
 </context>
 <context>
@@ -576,6 +1081,530 @@
     </message>
 </context>
 <context>
+    <name>SearchBox</name>
+    <message>
+        <source>an address to ask for has 4 hexadecimal digits</source>
+        <translation>要询问的地址是 4 位十六进制数</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>信道</translation>
+    </message>
+    <message>
+        <source>Only address</source>
+        <translation>只搜地址</translation>
+    </message>
+    <message>
+        <source>%1, character %2: %3.</source>
+        <translation>%1，第 %2 个字符：%3。</translation>
+    </message>
+    <message>
+        <source>There is no rate to search: choose at least one.</source>
+        <translation>没有可搜索的速率：请至少选择一个。</translation>
+    </message>
+    <message>
+        <source>Devices:</source>
+        <translation>设备：</translation>
+    </message>
+    <message>
+        <source>cnet devices are asked on each channel and rate; Dorv modules report themselves.</source>
+        <translation>cnet 设备在每个信道和速率上被询问；Dorv 模块会自行上报。</translation>
+    </message>
+    <message>
+        <source>Ch&amp;annels:</source>
+        <translation>信道(&amp;A)：</translation>
+    </message>
+    <message>
+        <source>From 9 to 30, as in 9-12,30.</source>
+        <translation>9 到 30，如 9-12,30。</translation>
+    </message>
+    <message>
+        <source>Search at this rate.</source>
+        <translation>以此速率搜索。</translation>
+    </message>
+    <message>
+        <source>Only address:</source>
+        <translation>只搜地址：</translation>
+    </message>
+    <message>
+        <source>everybody</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Asks for this address alone, 4 hexadecimal digits.</source>
+        <translation>只询问此地址，4 位十六进制数。</translation>
+    </message>
+    <message>
+        <source>Lon&amp;g answers</source>
+        <translation>长应答(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Asks for the longer answers of devices with long addresses.</source>
+        <translation>要求长地址设备给出较长的应答。</translation>
+    </message>
+    <message>
+        <source>Listen for:</source>
+        <translation>收听时长：</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> 秒</translation>
+    </message>
+</context>
+<context>
+    <name>SearchPage</name>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>Waiting for the link ...</source>
+        <translation>正在等待链路……</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
+    </message>
+    <message>
+        <source>devices found</source>
+        <translation>找到的设备</translation>
+    </message>
+    <message>
+        <source>A click, or Enter, reads the configuration of a cnet device.</source>
+        <translation>单击或按回车可读取 cnet 设备的配置。</translation>
+    </message>
+    <message>
+        <source>progress of the search</source>
+        <translation>搜索进度</translation>
+    </message>
+    <message>
+        <source>&amp;Start</source>
+        <translation>开始(&amp;S)</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+</context>
+<context>
+    <name>SettingHints</name>
+    <message>
+        <source>Frequency of the radio.</source>
+        <translation>射频频率。</translation>
+    </message>
+    <message>
+        <source>Spreading factor: a higher one reaches farther and is slower.</source>
+        <translation>扩频因子：越大传得越远，也越慢。</translation>
+    </message>
+    <message>
+        <source>Bandwidth of the radio: a narrower one reaches farther and is slower.</source>
+        <translation>射频带宽：越窄传得越远，也越慢。</translation>
+    </message>
+    <message>
+        <source>Coding rate: how many bits go out for four of the payload.</source>
+        <translation>编码率：每 4 位载荷实际发送的位数。</translation>
+    </message>
+    <message>
+        <source>Transmit power, as the module counts it.</source>
+        <translation>发射功率，按模块自己的单位。</translation>
+    </message>
+    <message>
+        <source>Length of the preamble that is sent.</source>
+        <translation>发送前导码的长度。</translation>
+    </message>
+    <message>
+        <source>Length of the preamble that is expected.</source>
+        <translation>接收前导码的长度。</translation>
+    </message>
+    <message>
+        <source>Turns the radio&apos;s receiver off.</source>
+        <translation>关闭射频接收。</translation>
+    </message>
+    <message>
+        <source>How received payload is given out: as it is, or in hexadecimal.</source>
+        <translation>收到的载荷如何输出：原样，或十六进制。</translation>
+    </message>
+    <message>
+        <source>Turns off that the module repeats each command.</source>
+        <translation>关闭模块对命令的回显。</translation>
+    </message>
+    <message>
+        <source>Serial port of the module: bits per second, data bits, parity, stop bits. Written last; connect anew at the new rate.</source>
+        <translation>模块的串口：波特率、数据位、校验、停止位。最后写入；请用新速率重新连接。</translation>
+    </message>
+    <message>
+        <source>How serial data is packed for the radio.</source>
+        <translation>串口数据如何打包后无线发送。</translation>
+    </message>
+    <message>
+        <source>When the interrupt pin acts, and its value.</source>
+        <translation>中断引脚何时动作及其数值。</translation>
+    </message>
+    <message>
+        <source>Sleep of the module, and what wakes it; TIMEOUT is 0 with level. Written last.</source>
+        <translation>模块的休眠及唤醒方式；按电平唤醒时 TIMEOUT 为 0。最后写入。</translation>
+    </message>
+    <message>
+        <source>Address of the device in its network.</source>
+        <translation>设备在网络中的地址。</translation>
+    </message>
+    <message>
+        <source>How the device joins its network; only the way is read, not its value.</source>
+        <translation>设备的入网方式；只能读出方式，读不出数值。</translation>
+    </message>
+    <message>
+        <source>LoRaWAN class of the device.</source>
+        <translation>设备的 LoRaWAN 类别。</translation>
+    </message>
+    <message>
+        <source>Whether what is sent must be confirmed.</source>
+        <translation>发送的数据是否需要确认。</translation>
+    </message>
+    <message>
+        <source>Port number of sent data.</source>
+        <translation>发送数据的端口号。</translation>
+    </message>
+    <message>
+        <source>Index of the transmit power.</source>
+        <translation>发射功率的序号。</translation>
+    </message>
+    <message>
+        <source>Index of the data rate.</source>
+        <translation>数据速率的序号。</translation>
+    </message>
+    <message>
+        <source>How often unconfirmed data is repeated.</source>
+        <translation>无需确认的数据重复发送的次数。</translation>
+    </message>
+    <message>
+        <source>Whether the network adapts the data rate.</source>
+        <translation>是否由网络调整数据速率。</translation>
+    </message>
+    <message>
+        <source>Whether the data rate adapts while joining.</source>
+        <translation>入网时是否调整数据速率。</translation>
+    </message>
+    <message>
+        <source>The three values of the link check.</source>
+        <translation>链路检查的三个数值。</translation>
+    </message>
+    <message>
+        <source>Frequency of one channel, in Hz: the channel&apos;s number first.</source>
+        <translation>某个信道的频率，单位 Hz：先写信道号。</translation>
+    </message>
+    <message>
+        <source>Level, as the module counts it.</source>
+        <translation>级别，按模块自己的单位。</translation>
+    </message>
+    <message>
+        <source>The three values of the heartbeat.</source>
+        <translation>心跳的三个数值。</translation>
+    </message>
+    <message>
+        <source>The two limits of the power.</source>
+        <translation>功率的两个限值。</translation>
+    </message>
+    <message>
+        <source>EUI of the device, 8 bytes.</source>
+        <translation>设备 EUI，8 字节。</translation>
+    </message>
+    <message>
+        <source>EUI of the application, 8 bytes.</source>
+        <translation>应用 EUI，8 字节。</translation>
+    </message>
+    <message>
+        <source>Key of the application, 16 bytes. Keep files with it to yourself.</source>
+        <translation>应用密钥，16 字节。含有它的文件请勿外传。</translation>
+    </message>
+    <message>
+        <source>Session key of the application, 16 bytes.</source>
+        <translation>应用会话密钥，16 字节。</translation>
+    </message>
+    <message>
+        <source>Session key of the network, 16 bytes.</source>
+        <translation>网络会话密钥，16 字节。</translation>
+    </message>
+</context>
+<context>
+    <name>SettingValue</name>
+    <message>
+        <source>%1 takes: %2</source>
+        <translation>%1 的格式：%2</translation>
+    </message>
+    <message>
+        <source>%1 bytes in hexadecimal</source>
+        <translation>%1 个字节的十六进制</translation>
+    </message>
+    <message>
+        <source>0x0 to 0x%1</source>
+        <translation>0x0 到 0x%1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 到 %2</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsFile</name>
+    <message>
+        <source>there is no setting %1</source>
+        <translation>没有名为 %1 的参数</translation>
+    </message>
+    <message>
+        <source>%1 is there twice</source>
+        <translation>%1 出现了两次</translation>
+    </message>
+    <message>
+        <source>%1, line %2: %3.</source>
+        <translation>%1 第 %2 行：%3。</translation>
+    </message>
+    <message>
+        <source>There are no settings in %1.</source>
+        <translation>%1 中没有参数。</translation>
+    </message>
+    <message>
+        <source>%1 is no file.</source>
+        <translation>%1 不是文件。</translation>
+    </message>
+    <message>
+        <source>The file %1 can&apos;t be read (%2).</source>
+        <translation>文件 %1 无法读取（%2）。</translation>
+    </message>
+    <message>
+        <source>%1 is too large for a file of settings.</source>
+        <translation>%1 太大，不像参数文件。</translation>
+    </message>
+    <message>
+        <source>The file %1 can&apos;t be written (%2): choose another place.</source>
+        <translation>文件 %1 无法写入（%2）：请换个位置。</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsPage</name>
+    <message>
+        <source>Nothing of the selection can be read: select other rows.</source>
+        <translation>所选参数都不可读：请选择其他行。</translation>
+    </message>
+    <message>
+        <source>There is nothing to write: type a value, or compare with a file.</source>
+        <translation>没有要写入的值：请输入一个值，或与文件比较。</translation>
+    </message>
+    <message>
+        <source>Nothing is written, as a value has a mistake. %1: %2.</source>
+        <translation>有一个值不正确，未写入任何参数。%1：%2。</translation>
+    </message>
+    <message>
+        <source>There is no link to a module: connect first.</source>
+        <translation>没有到模块的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>The link works for another page: wait for its end, or stop it.</source>
+        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
+    </message>
+    <message>
+        <source>Settings are no payload: disconnect, and choose a frame without dorv.</source>
+        <translation>参数不是载荷：请断开连接，并选择不含 dorv 的帧。</translation>
+    </message>
+    <message>
+        <source>Stopping after the exchange under way ...</source>
+        <translation>当前收发完成后停止……</translation>
+    </message>
+    <message>
+        <source>Compare with file</source>
+        <translation>与文件比较</translation>
+    </message>
+    <message>
+        <source>Settings (%1)</source>
+        <translation>参数文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Values not written yet</source>
+        <translation>有未写入的值</translation>
+    </message>
+    <message>
+        <source>Settings that are typed, not written, and different in the file: %1. Take the values of the file?</source>
+        <translation>已输入但未写入、且与文件不同的参数：%1 个。改用文件中的值吗？</translation>
+    </message>
+    <message>
+        <source>Settings in %1: %2. To be written: %3.</source>
+        <translation>%1 中的参数：%2 个。待写入：%3 个。</translation>
+    </message>
+    <message>
+        <source>There are no values to save: read all, or type some.</source>
+        <translation>没有可保存的值：请先读取全部，或输入一些值。</translation>
+    </message>
+    <message>
+        <source>Save to file</source>
+        <translation>保存到文件</translation>
+    </message>
+    <message>
+        <source>Settings in %1: %2.</source>
+        <translation>%1 中的参数：%2 个。</translation>
+    </message>
+    <message>
+        <source>settings of the module</source>
+        <translation>模块的参数</translation>
+    </message>
+    <message>
+        <source>settings read or written</source>
+        <translation>已读写的参数</translation>
+    </message>
+    <message>
+        <source>&amp;Begin command mode</source>
+        <translation>进入命令模式(&amp;B)</translation>
+    </message>
+    <message>
+        <source>A module that is busy with radio traffic takes commands only after this.</source>
+        <translation>正忙于无线收发的模块只有在此之后才接受命令。</translation>
+    </message>
+    <message>
+        <source>Read &amp;all</source>
+        <translation>全部读取(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Read selection</source>
+        <translation>读取所选</translation>
+    </message>
+    <message>
+        <source>Com&amp;pare with file...</source>
+        <translation>与文件比较(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Fills the column Value from a file; what the module holds otherwise is in bold.</source>
+        <translation>用文件填写“值”一列；与模块不同的以粗体显示。</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve to file...</source>
+        <translation>保存到文件(&amp;V)...</translation>
+    </message>
+    <message>
+        <source>Write what differ&amp;s</source>
+        <translation>写入不同项(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Writes the values in bold, and reads them back.</source>
+        <translation>写入粗体的值，并读回核对。</translation>
+    </message>
+    <message>
+        <source>Write selection</source>
+        <translation>写入所选</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsTable</name>
+    <message>
+        <source>waiting</source>
+        <translation>等待中</translation>
+    </message>
+    <message>
+        <source>refused: %1</source>
+        <translation>被拒绝：%1</translation>
+    </message>
+    <message>
+        <source>reads back as something else</source>
+        <translation>读回的值不同</translation>
+    </message>
+    <message>
+        <source>no answer</source>
+        <translation>无应答</translation>
+    </message>
+    <message>
+        <source>echoed</source>
+        <translation>被回显</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>不同</translation>
+    </message>
+    <message>
+        <source>read</source>
+        <translation>已读取</translation>
+    </message>
+    <message>
+        <source>written, and read back</source>
+        <translation>已写入并读回</translation>
+    </message>
+    <message>
+        <source>written</source>
+        <translation>已写入</translation>
+    </message>
+    <message>
+        <source>can only be written</source>
+        <translation>只能写入</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>参数</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>In the module</source>
+        <translation>模块中的值</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>范围</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>单位</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsVerdict</name>
+    <message>
+        <source>Settings written: %1 of %2.</source>
+        <translation>已写入参数：%1/%2。</translation>
+    </message>
+    <message>
+        <source>Settings read: %1 of %2.</source>
+        <translation>已读取参数：%1/%2。</translation>
+    </message>
+    <message>
+        <source>The module takes commands.</source>
+        <translation>模块已可接受命令。</translation>
+    </message>
+    <message>
+        <source>The module refuses the command mode.</source>
+        <translation>模块拒绝进入命令模式。</translation>
+    </message>
+    <message>
+        <source>%1 The column State says what became of the others.</source>
+        <translation>%1其余参数的情况见“状态”一列。</translation>
+    </message>
+    <message>
+        <source>The module doesn&apos;t answer: check that it is on, the rate, the format, and the frame, which mostly is none.</source>
+        <translation>模块无应答：请检查它是否开机，以及速率、格式和帧（通常为 none）。</translation>
+    </message>
+    <message>
+        <source>The module doesn&apos;t answer for %1: begin the command mode, and check the rate, the format, and the frame, which mostly is none.</source>
+        <translation>模块对 %1 无应答：请进入命令模式，并检查速率、格式和帧（通常为 none）。</translation>
+    </message>
+    <message>
+        <source>Stopped. %1</source>
+        <translation>已停止。%1</translation>
+    </message>
+    <message>
+        <source>The module repeats what it is sent: type off for the setting echo, and write it alone.</source>
+        <translation>模块会回显收到的内容：请把参数 echo 填为 off，并单独写入它。</translation>
+    </message>
+</context>
+<context>
     <name>StackText</name>
     <message>
         <source>nothing here</source>
@@ -712,6 +1741,30 @@
     <message>
         <source>not a hexadecimal digit</source>
         <translation>不是十六进制数字</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2 is needed, or a range such as 9-30</source>
+        <translation>需要 %1 到 %2 的数，或如 9-30 的范围</translation>
+    </message>
+    <message>
+        <source>a range has two ends, as in 9-30</source>
+        <translation>范围有两端，如 9-30</translation>
+    </message>
+    <message>
+        <source>the range runs backwards</source>
+        <translation>范围前后颠倒</translation>
+    </message>
+    <message>
+        <source>an escape is one of \r \n \t \e \0 \\ and \xHH; \c ends a text</source>
+        <translation>转义为 \r \n \t \e \0 \\ 或 \xHH；\c 结束文本</translation>
+    </message>
+    <message>
+        <source>one of %1 is needed</source>
+        <translation>必须是 %1 之一</translation>
+    </message>
+    <message>
+        <source>%1 bytes in hexadecimal</source>
+        <translation>需要 %1 个字节的十六进制</translation>
     </message>
 </context>
 <context>
@@ -958,6 +2011,34 @@ The module stays in its boot code; another run completes what this one began.</s
     <message>
         <source>Fil&amp;ter the log</source>
         <translation>过滤日志(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Link in use</source>
+        <translation>链路正在使用</translation>
+    </message>
+    <message>
+        <source>A search or an exchange is under way. Stop it and close?</source>
+        <translation>正在搜索或收发。要停止并关闭吗？</translation>
+    </message>
+    <message>
+        <source>S&amp;earch</source>
+        <translation>搜索(&amp;E)</translation>
+    </message>
+    <message>
+        <source>E&amp;xchanges</source>
+        <translation>收发(&amp;X)</translation>
+    </message>
+    <message>
+        <source>Settings under way</source>
+        <translation>正在读写参数</translation>
+    </message>
+    <message>
+        <source>Settings are being read or written. Stop after the one under way and close?</source>
+        <translation>正在读写参数。要在当前参数完成后停止并关闭吗？</translation>
+    </message>
+    <message>
+        <source>Mod&amp;ule settings</source>
+        <translation>模块参数(&amp;U)</translation>
     </message>
 </context>
 </TS>

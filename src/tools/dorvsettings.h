@@ -41,7 +41,5 @@ const DorvSetting* find_dorv_setting(const QString& name);
 
 // "BAUD DATA none|even STOP"
 QString form_of(const DorvSetting& setting);
-// The values that the words mean. Throws Failure of usage.
-DorvValues parse_dorv_values(const DorvSetting& setting, const QStringList& words);
-// The values as parse_dorv_values takes them.
+// The values as words that mean them.
 QStringList dorv_words(const DorvSetting& setting, const DorvValues& values);

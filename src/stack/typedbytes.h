@@ -1,4 +1,4 @@
-// Texts that a user gives to be sent: escapes and line endings.
+// Texts that a user gives to be sent, with escapes.
 //
 //   written   sent
 //   \r \n \t  carriage return, line feed, tab
@@ -19,14 +19,3 @@ struct TypedBytes
     int column = 0;    // of the fault
 };
 TypedBytes typed_bytes(const QString& text);
-
-enum class LineEnding { Cr, Lf, CrLf, None };
-
-QByteArray bytes_of(LineEnding ending);
-const char* name_of(LineEnding ending); // "cr", as in options
-LineEnding next(LineEnding ending);     // the order of the key
-// False when the name is none.
-bool line_ending_named(const QString& name, LineEnding& ending);
-
-// The bytes with each `mark` (the Enter key's '\r', or '\n' in a file) as that ending.
-QByteArray with_ending(const QByteArray& bytes, char mark, LineEnding ending);

@@ -1,6 +1,5 @@
-#include "cli/dorvsettings.h"
+#include "tools/dorvsettings.h"
 
-#include "cli/typedargument.h"
 #include "tools/dorvcfg.h"
 
 #include <tuple>
@@ -167,50 +166,6 @@ QString form_of(const DorvSetting& setting)
     for (const DorvField& field : setting.fields)
         forms.append(field.name);
     return forms.join(' ');
-}
-
-namespace {
-QString expectation(const DorvField& field)
-{
-    if (!field.words.isEmpty())
-        return "one of " + QString(field.name).replace('|', ", ") + " is needed";
-    if (field.bytes)
-        return QStringLiteral("%1 bytes in hexadecimal").arg(field.bytes);
-    return QStringLiteral("%1 is a number from %2 to %3")
-        .arg(field.name)
-        .arg(field.least)
-        .arg(field.most);
-}
-
-// Adds what the text means to the values, or throws TextError.
-void take(const DorvField& field, const Piece& piece, DorvValues& values)
-{
-    if (field.bytes) {
-        values.bytes = parse_hex_bytes(piece);
-        if (values.bytes.size() != field.bytes)
-            throw piece.error(expectation(field));
-        return;
-    }
-    const std::optional<std::int64_t> number =
-        field.words.isEmpty() ? number_in(piece.text, field.least, field.most)
-                              : std::optional<std::int64_t>(field.words.indexOf(piece.text));
-    if (!number || piece.text.isEmpty() || (!field.words.isEmpty() && *number < 0))
-        throw piece.error(expectation(field));
-    values.numbers.append(*number);
-}
-} // namespace
-
-DorvValues parse_dorv_values(const DorvSetting& setting, const QStringList& words)
-{
-    const QString usage = QStringLiteral("%1 takes: %2").arg(setting.name, form_of(setting));
-    if (words.size() != setting.fields.size())
-        throw usage_failure(usage, "`tarnwickctl dorv list` shows all settings.");
-    DorvValues values;
-    for (int i = 0; i < words.size(); ++i)
-        parse_argument(
-            setting.name, words[i],
-            [&](const Piece& word) { take(setting.fields[i], word, values); }, usage);
-    return values;
 }
 
 QStringList dorv_words(const DorvSetting& setting, const DorvValues& values)

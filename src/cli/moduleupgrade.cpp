@@ -1,0 +1,118 @@
+#include "cli/moduleupgrade.h"
+
+#include "checksum/hextext.h"
+#include "cli/interrupts.h"
+#include "cli/linkfailure.h"
+#include "cli/upgradefailure.h"
+
+#include <QEventLoop>
+
+ModuleUpgrade::ModuleUpgrade(const StackDescription& description, const QString& file,
+                             const UpgradeSettings& settings, ExchangeSink& log, UpgradeWatch watch)
+    : description(description)
+    , file(file)
+    , settings(settings)
+    , log(log)
+    , watch(std::move(watch))
+{
+}
+
+ModuleUpgrade::~ModuleUpgrade()
+{
+    abort();
+    wait();
+}
+
+void ModuleUpgrade::join()
+{
+    wait();
+    while (!given_back.load(std::memory_order_acquire))
+        yieldCurrentThread();
+}
+
+void ModuleUpgrade::run()
+{
+    try {
+        work();
+    } catch (const LinkProblem& problem) {
+        why = open_failure(problem);
+    }
+    given_back.store(true, std::memory_order_release);
+}
+
+void ModuleUpgrade::work()
+{
+    Stack stack(description, log);
+    stack.open();
+    last = upgrade.run(stack, file, settings, [this](Loader& loader) { connect_signals(loader); });
+    if (last.outcome.ending != LoaderEnding::Upgraded)
+        why = upgrade_failure(last, file, settings);
+    else
+        watch.progress({last.file_size, last.file_size, pages_clock.elapsed()});
+}
+
+void ModuleUpgrade::connect_signals(Loader& loader)
+{
+    const auto on = [&loader](auto signal, auto receiver) {
+        connect(&loader, signal, &loader, receiver, Qt::DirectConnection);
+    };
+    on(&Loader::phase_begun, [this](LoaderPhase phase) { note_phase(phase); });
+    on(&Loader::dev_soft_info_set, [this](const QString& info) { note_soft_info(info); });
+    on(&Loader::dev_hard_info_set, [this](const std::uint8_t* info, int nbytes) {
+        if (info)
+            hardware = hex_text(info, nbytes);
+    });
+    on(&Loader::upgrade_progress, [this](int file_size, int offset) {
+        if (sending && file_size > 0)
+            watch.progress({offset, file_size, pages_clock.elapsed()});
+    });
+}
+
+void ModuleUpgrade::note_phase(LoaderPhase phase)
+{
+    switch (phase) {
+    case LoaderPhase::EnterBoot:
+        return watch.note("The device starts its boot code ...");
+    case LoaderPhase::Send:
+        sending = true;
+        pages_clock.start();
+        return watch.note("Sending the pages that differ ...");
+    case LoaderPhase::Verify:
+        return watch.note("The device verifies the whole file ...");
+    }
+}
+
+void ModuleUpgrade::note_soft_info(const QString& info)
+{
+    if (info == "N/A") // what the signal carries when there is none
+        return;
+    watch.note("Device: " + info);
+    if (device.isEmpty())
+        device = info;
+}
+
+void run_all(const QVector<ModuleUpgrade*>& modules, const Interrupts& interrupts)
+{
+    QEventLoop loop;
+    int running = 0;
+    for (ModuleUpgrade* const module : modules) {
+        QObject::connect(module, &QThread::finished, &loop, [&] {
+            if (--running == 0)
+                loop.quit();
+        });
+        QObject::connect(&interrupts, &Interrupts::interrupted, &loop,
+                         [module] { module->abort(); });
+        ++running;
+        module->start();
+        // The system may refuse another thread, and that one signals nothing.
+        if (!module->isRunning() && !module->isFinished()) {
+            module->why = open_failure({LinkTrouble::NoThread, {}});
+            module->given_back = true;
+            --running;
+        }
+    }
+    if (running > 0)
+        loop.exec();
+    for (ModuleUpgrade* const module : modules)
+        module->join();
+}

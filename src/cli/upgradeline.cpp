@@ -1,0 +1,156 @@
+#include "cli/upgradeline.h"
+
+#include "stack/exchangetext.h"
+
+#include <QJsonArray>
+#include <algorithm>
+
+namespace {
+// The lines of one link, with its name.
+class NamedLog final : public ExchangeSink
+{
+public:
+    NamedLog(ExchangeLog& log, const QString& name)
+        : log(log)
+        , name(name + ' ')
+    {
+    }
+    void sent(const QByteArray& bytes, int result) override
+    {
+        log.write(name + sent_text(bytes, result));
+    }
+    void received(const QByteArray& bytes, int result) override
+    {
+        log.write(name + received_text(bytes, result));
+    }
+    void note(const QString& text) override { log.write(name + note_text(text)); }
+
+private:
+    ExchangeLog& log;
+    const QString name;
+};
+
+QString seconds_text(const ModuleUpgrade& module)
+{
+    return QString::number(double(module.report().elapsed_ms) / 1000, 'f', 1) + " s";
+}
+
+QJsonObject module_object(const QString& link, const ModuleUpgrade& module)
+{
+    QJsonObject object = {{"link", link},
+                          {"result", module.failure() ? "failed" : "upgraded"},
+                          {"bytes", module.report().file_size},
+                          {"wire_bytes_sent", qint64(module.report().wire_bytes)},
+                          {"seconds", double(module.report().elapsed_ms) / 1000},
+                          {"device", module.soft_info()},
+                          {"hard_info", module.hard_info()}};
+    if (module.failure())
+        object["error"] = error_object(*module.failure());
+    return object;
+}
+} // namespace
+
+UpgradeLine::UpgradeLine(const QVector<StackDescription>& links, const QStringList& texts,
+                         const QString& file, const UpgradeSettings& settings,
+                         const UpgradeOutputs& outputs)
+    : file(file)
+    , console(outputs.console)
+{
+    QStringList names;
+    for (const StackDescription& stack : links)
+        names.append(link_name(stack.link));
+    if (names.removeDuplicates() > 0)
+        names = texts;
+    for (int i = 0; i < links.size(); ++i) {
+        auto place = std::make_unique<Place>();
+        place->text = texts[i];
+        place->name = names[i];
+        place->log = std::make_unique<NamedLog>(outputs.log, names[i]);
+        place->record =
+            std::make_unique<LinkRecord>(outputs.record, links[i].link, texts[i], *place->log);
+        place->module = std::make_unique<ModuleUpgrade>(links[i], file, settings, *place->record,
+                                                        watch(*place));
+        places.push_back(std::move(place));
+    }
+}
+
+UpgradeWatch UpgradeLine::watch(Place& place)
+{
+    return {[this, &place](const QString& text) { console.note(place.name + ": " + text); },
+            [this, &place](const Progress& progress) { progress_take(place, progress); }};
+}
+
+// What is shown is the progress of all together.
+void UpgradeLine::progress_take(Place& place, const Progress& progress)
+{
+    const QMutexLocker lock(&mutex);
+    place.progress = progress;
+    Progress sum;
+    for (const auto& other : places) {
+        sum.done += other->progress.done;
+        sum.total += progress.total; // as all have the same file
+        sum.elapsed_ms = std::max(sum.elapsed_ms, other->progress.elapsed_ms);
+    }
+    console.progress(transfer_text(sum), sum.percent());
+}
+
+void UpgradeLine::run(const Interrupts& interrupts)
+{
+    QVector<ModuleUpgrade*> modules;
+    for (const auto& place : places) {
+        modules.append(place->module.get());
+        QObject::connect(place->module.get(), &QThread::finished, place->module.get(),
+                         [this, &place = *place] { end_note(place); });
+    }
+    run_all(modules, interrupts);
+    console.end_progress();
+    table_show();
+    const auto failed = std::count_if(modules.cbegin(), modules.cend(),
+                                      [](const auto* module) { return module->failure(); });
+    if (failed == 0)
+        return console.result(result());
+    const auto* const first = *std::find_if(modules.cbegin(), modules.cend(),
+                                            [](const auto* module) { return module->failure(); });
+    throw Failure{first->failure()->code,
+                  QStringLiteral("%1 of %2 upgrades failed").arg(failed).arg(modules.size()),
+                  "Those of the table that failed can be run again: pages that have arrived aren't "
+                  "sent a second time.",
+                  result()};
+}
+
+void UpgradeLine::end_note(Place& place) const
+{
+    place.module->join();
+    const auto& failure = place.module->failure();
+    console.note(place.name + ": " +
+                 (failure
+                      ? failure->what + (failure->advice.isEmpty() ? "" : ". ") + failure->advice
+                      : "done after " + seconds_text(*place.module)));
+}
+
+void UpgradeLine::table_show() const
+{
+    int width = 0;
+    for (const auto& place : places)
+        width = std::max(width, int(place->text.size()));
+    for (const auto& place : places) {
+        const ModuleUpgrade& module = *place->module;
+        const QString rest = module.failure() ? "failed    " + module.failure()->what
+                                              : QStringLiteral("upgraded  %1  %2 bytes in %3")
+                                                    .arg(module.soft_info(),
+                                                         QString::number(module.report().file_size),
+                                                         seconds_text(module));
+        console.line(place->text.leftJustified(width) + "  " + rest);
+    }
+}
+
+QJsonObject UpgradeLine::result() const
+{
+    QJsonArray modules;
+    bool good = true;
+    for (const auto& place : places) {
+        modules.append(module_object(place->text, *place->module));
+        good = good && !place->module->failure();
+    }
+    return {{"result", good ? "upgraded" : "failed"}, {"file", file}, {"modules", modules}};
+}

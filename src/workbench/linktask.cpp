@@ -1,0 +1,40 @@
+#include "workbench/linktask.h"
+
+LinkTask::~LinkTask()
+{
+    abort();
+    left->acquire(started);
+    home.catch_up();
+}
+
+void LinkTask::start(LinkWorker& link, const LinkWorker::Job& work, const Step& ended)
+{
+    under_way = true;
+    abort_asked = false;
+    ++started;
+    link.run([this, work, ended, left = left](Stack* stack) {
+        work(stack);
+        abort_step_set({});
+        home.post([this, ended] {
+            under_way = false;
+            ended();
+        });
+        left->release();
+    });
+}
+
+void LinkTask::abort()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    abort_asked = true;
+    if (abort_step)
+        abort_step();
+}
+
+void LinkTask::abort_step_set(const Step& step)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    abort_step = step;
+    if (abort_step && abort_asked)
+        abort_step();
+}

@@ -24,6 +24,7 @@ struct ReaderSettings
     // Called on the reading thread for each read of the wire, and with framers for each write;
     // may be empty.
     std::function<void(const Chunk&)> record;
+    std::mutex* order = nullptr; // without framers: of reads and writes, see Recorder
 };
 
 // One session of one wire, from start to stop or to the end of the device.
@@ -40,6 +41,7 @@ public:
 private:
     void run();
     void run_stream();
+    long read_recorded(QByteArray& buffer, Chunk& chunk);
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
     void write_frames(QFramer& top, const DescriptorLink& link);

@@ -73,19 +73,28 @@ void Reader::run_stream()
             continue;
         if (waiting[1].revents != 0)
             return;
-        const ssize_t count = ::read(wire.descriptor(), buffer.data(), std::size_t(buffer.size()));
+        Chunk chunk;
+        const ssize_t count = read_recorded(buffer, chunk);
         if (count > 0) {
-            Chunk chunk;
-            chunk.time_ns = time_now_ns();
-            chunk.bytes = QByteArray(buffer.constData(), int(count));
-            if (settings.record)
-                settings.record(chunk);
             inbox.put(std::move(chunk));
         } else if (wire.has_ended(count)) {
             inbox.put_end();
             return;
         }
     }
+}
+
+long Reader::read_recorded(QByteArray& buffer, Chunk& chunk)
+{
+    const std::lock_guard lock(*settings.order);
+    const ssize_t count = ::read(wire.descriptor(), buffer.data(), std::size_t(buffer.size()));
+    if (count <= 0)
+        return count;
+    chunk.time_ns = time_now_ns();
+    chunk.bytes = QByteArray(buffer.constData(), int(count));
+    if (settings.record)
+        settings.record(chunk);
+    return count;
 }
 
 void Reader::run_frames()

@@ -5,6 +5,7 @@
 #include "monitor/inbox.h"
 
 #include <atomic>
+#include <mutex>
 
 struct RecordSettings
 {
@@ -27,6 +28,10 @@ public:
     // LineStatus bits, for what is recorded from now on; below 0 for none.
     void set_lines(int status);
     CaptureResult close();
+
+    // Held from before a read or a write of the wire until it is recorded: an answer may be read
+    // while the write of its request still returns, and a capture is in order.
+    std::mutex order;
 
 private:
     CaptureWriter writer;

@@ -33,6 +33,7 @@ Session::Session(Wire& wire, const SessionOptions& options)
 {
     reader_settings.framers = options.framers;
     reader_settings.timeout_ms = options.timeout_ms;
+    reader_settings.order = &recorder.order;
     if (options.view.gap_ns > 0)
         reader_settings.gap_ms = int(std::max(std::int64_t(1), options.view.gap_ns / NS_PER_MS));
     if (!options.record.path.isEmpty())

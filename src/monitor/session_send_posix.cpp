@@ -52,7 +52,7 @@ void Session::push()
         const QByteArray bytes = queue.ready(time_now_ns());
         if (bytes.isEmpty())
             return;
-        // Before, as the answer may be read by the other thread while the call returns.
+        std::unique_lock order(recorder.order);
         const std::int64_t begun_ns = time_now_ns();
         const int count = wire.send(bytes.constData(), int(bytes.size()));
         if (count == Wire::REFUSED) {
@@ -66,8 +66,9 @@ void Session::push()
         chunk.time_ns = begun_ns;
         chunk.bytes = bytes.left(count);
         chunk.direction = Direction::Out;
-        queue.taken(count, time_now_ns());
         recorder.record(chunk);
+        order.unlock();
+        queue.taken(count, time_now_ns());
         statistics.count(chunk);
         if (output)
             output->add(chunk);

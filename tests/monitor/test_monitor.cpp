@@ -1,4 +1,5 @@
 // The real program on pseudo-terminals: one is its port, another its terminal.
+#include "capture/capturereader.h"
 #include "pty.h"
 #include "sandbox.h"
 #include "serialport/filedescriptor.h"
@@ -8,13 +9,16 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 // The system's <pty.h> has the name of ours.
@@ -342,5 +346,52 @@ TEST_F(Monitor, ASlowReaderGetsWhatWasReadBeforeTheEnd)
         return ended;
     }));
     EXPECT_EQ(count, sent.size());
+}
+
+// On one processor the device often answers before the write of its request returns.
+TEST_F(Monitor, ARecordHasWhatIsSentAheadOfItsEcho)
+{
+    cpu_set_t before, one;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof before, &before), 0);
+    CPU_ZERO(&one);
+    for (int i = 0; CPU_COUNT(&one) == 0; ++i)
+        if (CPU_ISSET(i, &before))
+            CPU_SET(i, &one);
+    ::sched_setaffinity(0, sizeof one, &one);
+    const QString record = sandbox.path("it.pcapng");
+    QStringList options = {"--send", "a", "--record", record, "--for", "20", "--until", "b"};
+    for (int i = 0; i < 300; ++i)
+        options += {"--expect", "a\\r", "--reply", i < 299 ? "a" : "b"};
+    std::atomic<bool> stop = false;
+    std::thread echo([&, fd = port->master_fd()] {
+        while (!stop) {
+            pollfd ready = {fd, POLLIN, 0};
+            ::poll(&ready, 1, 1);
+            char bytes[64];
+            const ssize_t count = ::read(fd, bytes, sizeof bytes);
+            if (count <= 0 || ::write(fd, bytes, std::size_t(count)) < count)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    start(options);
+    EXPECT_EQ(exit_code(), 0);
+    stop = true;
+    echo.join();
+    ::sched_setaffinity(0, sizeof before, &before);
+
+    QFile file(record);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    CaptureReader reader(file);
+    std::int64_t ahead = 0;
+    for (auto found = reader.next(); found != CaptureReader::Found::End; found = reader.next()) {
+        if (found != CaptureReader::Found::Record)
+            continue;
+        const std::int64_t size = reader.record().bytes.size();
+        ahead += reader.record().event == CaptureEvent::DataSent       ? size
+                 : reader.record().event == CaptureEvent::DataReceived ? -size
+                                                                       : 0;
+        ASSERT_GE(ahead, 0);
+    }
+    EXPECT_GE(reader.offset(), 1000);
 }
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <system_error>
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -91,10 +92,39 @@ CaptureResult CaptureWriter::Recording::open(PcapngSection section, CaptureExist
     }
     written = std::uint64_t(size);
     unsynced_since = Clock::now();
+    try {
+        start_threads();
+    } catch (const std::system_error& refused) {
+        end_threads();
+        file.close();
+        result.good = false;
+        result.error = path + " can't be recorded: the system starts no thread (" +
+                       QString::fromLocal8Bit(refused.what()) + ')';
+        result.advice = "End other programs.";
+    }
+    return result;
+}
+
+void CaptureWriter::Recording::start_threads()
+{
     const SignalsBlocked blocked;
     writer = std::thread([this] { write_loop(); });
     syncer = std::thread([this] { sync_loop(); });
-    return result;
+}
+
+// Those that have been started.
+void CaptureWriter::Recording::end_threads()
+{
+    queue.stop();
+    if (writer.joinable())
+        writer.join();
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        writer_done = true;
+        changed.notify_all();
+    }
+    if (syncer.joinable())
+        syncer.join();
 }
 
 std::uint32_t CaptureWriter::Recording::add_port(const PcapngInterface& port)
@@ -117,7 +147,7 @@ void CaptureWriter::Recording::record(CaptureRecord record)
             continue;
         std::unique_lock<std::mutex> lock(mutex);
         if (troubles != 0 || behind)
-            continue; // has been told
+            continue; // has been reported
         behind = true;
         lock.unlock();
         tell(CaptureReport::Kind::Behind, {}, 0);
@@ -138,14 +168,7 @@ CaptureResult CaptureWriter::Recording::close()
         closing = Clock::now();
         changed.notify_all();
     }
-    queue.stop();
-    writer.join();
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        writer_done = true;
-        changed.notify_all();
-    }
-    syncer.join();
+    end_threads();
     file.close();
     CaptureResult result;
     result.lost = handed_bytes - done_bytes;

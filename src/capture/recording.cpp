@@ -1,42 +1,15 @@
 #include "capture/recording.h"
 
+#include "capture/signalsblocked.h"
+
 #include <algorithm>
 #include <iterator>
 #include <system_error>
-
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <pthread.h>
-#endif
 
 namespace {
 
 constexpr int BATCH_BYTES = 256 * 1024;
 constexpr int RECORD_BYTES_MAX = 64 * 1024; // of one block; readers keep a block in memory
-
-// Signals belong to the program's other threads, whose waits they end; and a pipe that nobody reads
-// gives an error, no signal.
-class SignalsBlocked
-{
-public:
-#ifdef Q_OS_UNIX
-    SignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_BLOCK, &all, &before);
-    }
-    ~SignalsBlocked()
-    {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
-
-private:
-    sigset_t before;
-#else
-    SignalsBlocked() {} // no signals there
-#endif
-};
 
 } // namespace
 

@@ -30,7 +30,7 @@ struct ReaderSettings
 class Reader
 {
 public:
-    // All outlive it.
+    // All outlive it. Throws std::system_error when the system starts no thread.
     Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings);
     ~Reader(); // stops
 

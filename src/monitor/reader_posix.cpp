@@ -1,10 +1,10 @@
 #include "monitor/reader.h"
 
+#include "capture/signalsblocked.h"
 #include "framers/qframer.h"
 #include "monitor/descriptorlink.h"
 
 #include <chrono>
-#include <csignal>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -28,13 +28,8 @@ Reader::Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings)
     , wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
     inbox.restart();
-    // Signals are for the thread that shows.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
+    const SignalsBlocked blocked;
     thread = std::thread(&Reader::run, this);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Reader::~Reader()

@@ -20,7 +20,10 @@ public:
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, &before);
     }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    ~SignalsBlocked()
+    {
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
 #endif
     SignalsBlocked(const SignalsBlocked&) = delete;
     SignalsBlocked& operator=(const SignalsBlocked&) = delete;

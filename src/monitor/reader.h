@@ -4,6 +4,7 @@
 
 #include "monitor/inbox.h"
 #include "monitor/wire.h"
+#include "serialport/filedescriptor.h"
 #include "stack/framerstack.h"
 
 #include <functional>
@@ -47,7 +48,7 @@ private:
     Wire& wire;
     Inbox& inbox;
     const ReaderSettings& settings;
-    const int wake; // an eventfd: frames to send, or a stop
+    const FileDescriptor wake; // an eventfd: frames to send, or a stop
     std::mutex mutex;
     QVector<QByteArray> outgoing; // guarded
     bool stopping = false;        // guarded

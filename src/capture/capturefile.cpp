@@ -73,7 +73,8 @@ CaptureResult CaptureFile::open(const QString& path, CaptureExisting existing)
     if (info.exists() && !info.isFile())
         result = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
                      ? good()
-                     : failed(path + " can't be written: " + file.errorString(), {});
+                     : failed(path + " can't be written: " + file.errorString(),
+                              "Check its rights, or give another name.");
     else if (existing == CaptureExisting::Append && info.size() > 0)
         result = append_to(path);
     else
@@ -116,7 +117,8 @@ CaptureResult CaptureFile::append_to(const QString& path)
     const std::int64_t end = survey.torn_end ? survey.torn_end->offset : survey.size;
     result.cut = survey.size - end;
     if ((result.cut > 0 && !file.resize(end)) || !file.seek(end))
-        return failed(path + " can't be appended to: " + file.errorString(), {});
+        return failed(path + " can't be appended to: " + file.errorString(),
+                      "Is its disk whole, and not full? Else give another name.");
     return result;
 }
 

@@ -29,9 +29,10 @@ bool CaptureQueue::put(Entry entry)
     const auto* const record = std::get_if<CaptureRecord>(&entry);
     const bool data = record && !record->bytes.isEmpty();
     const std::size_t room = data ? limit : limit + RESERVE;
-    if (!waiting.empty() && (used + cost > room || (data && !losses.empty())))
-        return record && drop(*record);
-    push_losses(); // ahead of a remark that came after them
+    // Ports always find room: without its description the records of one belong to the next.
+    if (record && !waiting.empty() && (used + cost > room || (data && !losses.empty())))
+        return drop(*record);
+    push_losses(); // before a remark that came after them
     push(std::move(entry), cost);
     return false;
 }

@@ -19,8 +19,8 @@ public:
 
     explicit CaptureQueue(std::size_t limit);
 
-    // Any thread. Data that finds no room is dropped and counted until what is here is taken. True
-    // for the first that is dropped.
+    // Any thread. A record that finds no room is dropped and counted until what is here is taken.
+    // True for the first that is dropped.
     bool put(Entry entry);
     // Waits until there is something, and for more of it until that time, and takes all, in order,
     // records of loss included. False when stopped and empty.

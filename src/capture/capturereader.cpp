@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint32_t NAMELESS_MAX = 256;
 // Descriptions that are kept of a section, so that a file can't take all memory.
 constexpr int PORTS_MAX = 65536;
-// Fields of a packet's block ahead of the packet.
+// Fields of a packet's block before the packet.
 constexpr int PACKET_HEAD = PcapngBlock::HEAD + 20;
 constexpr int INTERFACE_HEAD = PcapngBlock::HEAD + 8;
 constexpr int PIECE = 256 * 1024;

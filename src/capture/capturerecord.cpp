@@ -19,24 +19,25 @@ CaptureDirection direction_of(CaptureEvent event, CaptureDirection other)
     return event == CaptureEvent::DataReceived ? CaptureDirection::Inbound : other;
 }
 
+CaptureRecord data(CaptureEvent event, std::int64_t time_ns, const QByteArray& bytes)
+{
+    CaptureRecord record;
+    record.time_ns = time_ns;
+    record.event = event;
+    record.direction = direction_of(event, CaptureDirection::Unknown);
+    record.bytes = bytes;
+    return record;
+}
 } // namespace
 
 CaptureRecord CaptureRecord::sent(std::int64_t time_ns, const QByteArray& bytes)
 {
-    CaptureRecord record = remark(time_ns, {});
-    record.event = CaptureEvent::DataSent;
-    record.direction = CaptureDirection::Outbound;
-    record.bytes = bytes;
-    return record;
+    return data(CaptureEvent::DataSent, time_ns, bytes);
 }
 
 CaptureRecord CaptureRecord::received(std::int64_t time_ns, const QByteArray& bytes)
 {
-    CaptureRecord record = remark(time_ns, {});
-    record.event = CaptureEvent::DataReceived;
-    record.direction = CaptureDirection::Inbound;
-    record.bytes = bytes;
-    return record;
+    return data(CaptureEvent::DataReceived, time_ns, bytes);
 }
 
 CaptureRecord CaptureRecord::remark(std::int64_t time_ns, const QString& text)

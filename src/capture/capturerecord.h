@@ -9,7 +9,7 @@
 
 // The event byte of link type 250; a file may hold others.
 enum class CaptureEvent : std::uint8_t {
-    StatusChange = 0, // of lines or of the session, which a comment tells; no bytes
+    StatusChange = 0, // of lines or of the session, as a comment says; no bytes
     DataSent = 1,
     DataReceived = 2,
     DataLost = 5, // `lost` bytes that came or went and are not in the file

@@ -72,7 +72,8 @@ public:
     // A minute and a half of a port at 921600 bit/s.
     static constexpr std::size_t QUEUE_BYTES = std::size_t(8) * 1024 * 1024;
 
-    // Called on a thread of the writer, soon after what it reports; it may not call the writer.
+    // Called soon after what it reports, on a thread of the writer or, when bytes begin to be
+    // dropped, on that of who records. It may not call the writer.
     using Report = std::function<void(const CaptureReport&)>;
 
     explicit CaptureWriter(Report report = {}, std::size_t queue_bytes = QUEUE_BYTES);
@@ -89,8 +90,7 @@ public:
     // Describes a port: name, settings as text, rate. Its number, for CaptureRecord::port.
     std::uint32_t add_port(const PcapngInterface& port);
 
-    // The record's port is one that add_port gave. Bytes beyond RECORD_BYTES_MAX become
-    // several records.
+    // The record's port is one that add_port gave. Very many bytes become several records.
     void record(CaptureRecord record);
 
     // Waits until all that was handed over before is written; false after the patience.

@@ -1,41 +1,15 @@
 #include "capture/recording.h"
 
+#include "capture/signalsblocked.h"
+
 #include <algorithm>
 #include <iterator>
-
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <pthread.h>
-#endif
+#include <system_error>
 
 namespace {
 
 constexpr int BATCH_BYTES = 256 * 1024;
 constexpr int RECORD_BYTES_MAX = 64 * 1024; // of one block; readers keep a block in memory
-
-// Signals belong to the program's other threads, whose waits they end; and a pipe that nobody reads
-// gives an error, no signal.
-class SignalsBlocked
-{
-public:
-#ifdef Q_OS_UNIX
-    SignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_BLOCK, &all, &before);
-    }
-    ~SignalsBlocked()
-    {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
-
-private:
-    sigset_t before;
-#else
-    SignalsBlocked() {} // no signals there
-#endif
-};
 
 } // namespace
 
@@ -91,10 +65,39 @@ CaptureResult CaptureWriter::Recording::open(PcapngSection section, CaptureExist
     }
     written = std::uint64_t(size);
     unsynced_since = Clock::now();
+    try {
+        start_threads();
+    } catch (const std::system_error& refused) {
+        end_threads();
+        file.close();
+        result.good = false;
+        result.error = path + " can't be recorded: the system starts no thread (" +
+                       QString::fromLocal8Bit(refused.what()) + ')';
+        result.advice = "End other programs.";
+    }
+    return result;
+}
+
+void CaptureWriter::Recording::start_threads()
+{
     const SignalsBlocked blocked;
     writer = std::thread([this] { write_loop(); });
     syncer = std::thread([this] { sync_loop(); });
-    return result;
+}
+
+// Those that have been started.
+void CaptureWriter::Recording::end_threads()
+{
+    queue.stop();
+    if (writer.joinable())
+        writer.join();
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        writer_done = true;
+        changed.notify_all();
+    }
+    if (syncer.joinable())
+        syncer.join();
 }
 
 std::uint32_t CaptureWriter::Recording::add_port(const PcapngInterface& port)
@@ -117,7 +120,7 @@ void CaptureWriter::Recording::record(CaptureRecord record)
             continue;
         std::unique_lock<std::mutex> lock(mutex);
         if (troubles != 0 || behind)
-            continue; // has been told
+            continue; // has been reported
         behind = true;
         lock.unlock();
         tell(CaptureReport::Kind::Behind, {}, 0);
@@ -138,14 +141,7 @@ CaptureResult CaptureWriter::Recording::close()
         closing = Clock::now();
         changed.notify_all();
     }
-    queue.stop();
-    writer.join();
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        writer_done = true;
-        changed.notify_all();
-    }
-    syncer.join();
+    end_threads();
     file.close();
     CaptureResult result;
     result.lost = handed_bytes - done_bytes;

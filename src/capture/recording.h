@@ -43,6 +43,8 @@ private:
     // What can fail, as bits.
     enum Trouble : unsigned { WRITE = 1, SYNC = 2 };
 
+    void start_threads();
+    void end_threads();
     void write_loop();
     void write_entries(const std::vector<CaptureQueue::Entry>& entries);
     void write(const Batch& batch);

@@ -253,6 +253,8 @@ void report_end(const SessionResult& result, const LinkDescription& link, const 
                       "What came is shown above; wait longer with --for, or change the pattern."};
     case SessionEnd::OpenFailed:
         throw open_failure(link, wire.fault());
+    case SessionEnd::NoThread:
+        throw LinkProblem{LinkTrouble::NoThread, wire.name()};
     case SessionEnd::LinkLost:
         throw Failure{ExitCode::Link, "the link is lost: " + result.text,
                       "Without --no-reconnect the session waits for it."};

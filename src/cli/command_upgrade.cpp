@@ -53,10 +53,11 @@ void upgrade_one(const StackDescription& stack, const QString& file,
     const auto note = [&console](const QString& text) { console.note(text); };
     ModuleUpgrade module(stack, file, settings, log, {note, show});
     run_all({&module}, invocation.interrupts);
-    if (module.failure())
-        throw Failure(*module.failure());
+    const ModuleEnding& ending = module.ending();
+    if (ending.failure)
+        throw Failure(*ending.failure);
     console.end_progress();
-    const UpgradeReport& report = module.report();
+    const UpgradeReport& report = ending.report;
     console.line(QStringLiteral("%1: %2 bytes sent and verified in %3 s")
                      .arg(file, QString::number(report.file_size),
                           QString::number(double(report.elapsed_ms) / 1000, 'f', 1)));
@@ -65,8 +66,8 @@ void upgrade_one(const StackDescription& stack, const QString& file,
                     {"bytes", report.file_size},
                     {"wire_bytes_sent", qint64(report.wire_bytes)},
                     {"seconds", double(report.elapsed_ms) / 1000},
-                    {"device", module.soft_info()},
-                    {"hard_info", module.hard_info()}});
+                    {"device", ending.soft_info},
+                    {"hard_info", ending.hard_info}});
 }
 
 void run_upgrade(Invocation& invocation)

@@ -23,32 +23,27 @@ ModuleUpgrade::~ModuleUpgrade()
     wait();
 }
 
-void ModuleUpgrade::join()
-{
-    wait();
-    while (!given_back.load(std::memory_order_acquire))
-        yieldCurrentThread();
-}
-
 void ModuleUpgrade::run()
 {
     try {
         work();
     } catch (const LinkProblem& problem) {
-        why = open_failure(problem);
+        result.failure = open_failure(problem);
     }
-    given_back.store(true, std::memory_order_release);
+    end.set_value(result);
 }
 
 void ModuleUpgrade::work()
 {
     Stack stack(description, log);
     stack.open();
-    last = upgrade.run(stack, file, settings, [this](Loader& loader) { connect_signals(loader); });
-    if (last.outcome.ending != LoaderEnding::Upgraded)
-        why = upgrade_failure(last, file, settings);
+    const UpgradeReport report =
+        upgrade.run(stack, file, settings, [this](Loader& loader) { connect_signals(loader); });
+    result.report = report;
+    if (report.outcome.ending != LoaderEnding::Upgraded)
+        result.failure = upgrade_failure(report, file, settings);
     else
-        watch.progress({last.file_size, last.file_size, pages_clock.elapsed()});
+        watch.progress({report.file_size, report.file_size, pages_clock.elapsed()});
 }
 
 void ModuleUpgrade::connect_signals(Loader& loader)
@@ -60,7 +55,7 @@ void ModuleUpgrade::connect_signals(Loader& loader)
     on(&Loader::dev_soft_info_set, [this](const QString& info) { note_soft_info(info); });
     on(&Loader::dev_hard_info_set, [this](const std::uint8_t* info, int nbytes) {
         if (info)
-            hardware = hex_text(info, nbytes);
+            result.hard_info = hex_text(info, nbytes);
     });
     on(&Loader::upgrade_progress, [this](int file_size, int offset) {
         if (sending && file_size > 0)
@@ -87,8 +82,8 @@ void ModuleUpgrade::note_soft_info(const QString& info)
     if (info == "N/A") // what the signal carries when there is none
         return;
     watch.note("Device: " + info);
-    if (device.isEmpty())
-        device = info;
+    if (result.soft_info.isEmpty())
+        result.soft_info = info;
 }
 
 void run_all(const QVector<ModuleUpgrade*>& modules, const Interrupts& interrupts)
@@ -106,13 +101,10 @@ void run_all(const QVector<ModuleUpgrade*>& modules, const Interrupts& interrupt
         module->start();
         // The system may refuse another thread, and that one signals nothing.
         if (!module->isRunning() && !module->isFinished()) {
-            module->why = open_failure({LinkTrouble::NoThread, {}});
-            module->given_back = true;
+            module->end.set_value({open_failure({LinkTrouble::NoThread, {}}), {}, {}, {}});
             --running;
         }
     }
     if (running > 0)
         loop.exec();
-    for (ModuleUpgrade* const module : modules)
-        module->join();
 }

@@ -8,8 +8,8 @@
 
 #include <QElapsedTimer>
 #include <QThread>
-#include <atomic>
 #include <functional>
+#include <future>
 #include <optional>
 
 class Interrupts;
@@ -19,6 +19,14 @@ struct UpgradeWatch
 {
     std::function<void(const QString&)> note;
     std::function<void(const Progress&)> progress; // while pages are sent
+};
+
+struct ModuleEnding
+{
+    std::optional<Failure> failure; // none when the module holds the file and has said so
+    UpgradeReport report;
+    QString soft_info; // of the device as it was found
+    QString hard_info; // in hexadecimal
 };
 
 class ModuleUpgrade : public QThread
@@ -33,14 +41,8 @@ public:
     ~ModuleUpgrade() override;
 
     void abort() { upgrade.abort(); }
-
-    // Waits for the end of the thread, which comes before what follows.
-    void join();
-    // Nothing when the module holds the file and has said so.
-    const std::optional<Failure>& failure() const { return why; }
-    const UpgradeReport& report() const { return last; }
-    const QString& soft_info() const { return device; }   // of the device as it was found
-    const QString& hard_info() const { return hardware; } // in hexadecimal
+    // Waits for the end of the run.
+    const ModuleEnding& ending() const { return ended.get(); }
 
 protected:
     void run() override;
@@ -61,13 +63,9 @@ private:
     Upgrade upgrade;
     bool sending = false;
     QElapsedTimer pages_clock;
-    std::optional<Failure> why;
-    UpgradeReport last;
-    QString device;
-    QString hardware;
-    // Orders what the thread did before what its owner does next. The end of a QThread does so
-    // too, but race detectors don't see that.
-    std::atomic<bool> given_back{false};
+    ModuleEnding result; // the thread's, which hands it over at its end
+    std::promise<ModuleEnding> end;
+    const std::shared_future<ModuleEnding> ended = end.get_future().share();
 };
 
 // Runs all at the same time, in an event loop until the last one has ended. An interrupt aborts

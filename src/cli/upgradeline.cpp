@@ -30,22 +30,22 @@ private:
     const QString name;
 };
 
-QString seconds_text(const ModuleUpgrade& module)
+QString seconds_text(const UpgradeReport& report)
 {
-    return QString::number(double(module.report().elapsed_ms) / 1000, 'f', 1) + " s";
+    return QString::number(double(report.elapsed_ms) / 1000, 'f', 1) + " s";
 }
 
-QJsonObject module_object(const QString& link, const ModuleUpgrade& module)
+QJsonObject module_object(const QString& link, const ModuleEnding& ending)
 {
     QJsonObject object = {{"link", link},
-                          {"result", module.failure() ? "failed" : "upgraded"},
-                          {"bytes", module.report().file_size},
-                          {"wire_bytes_sent", qint64(module.report().wire_bytes)},
-                          {"seconds", double(module.report().elapsed_ms) / 1000},
-                          {"device", module.soft_info()},
-                          {"hard_info", module.hard_info()}};
-    if (module.failure())
-        object["error"] = error_object(*module.failure());
+                          {"result", ending.failure ? "failed" : "upgraded"},
+                          {"bytes", ending.report.file_size},
+                          {"wire_bytes_sent", qint64(ending.report.wire_bytes)},
+                          {"seconds", double(ending.report.elapsed_ms) / 1000},
+                          {"device", ending.soft_info},
+                          {"hard_info", ending.hard_info}};
+    if (ending.failure)
+        object["error"] = error_object(*ending.failure);
     return object;
 }
 } // namespace
@@ -105,27 +105,28 @@ void UpgradeLine::run(const Interrupts& interrupts)
     run_all(modules, interrupts);
     console.end_progress();
     table_show();
-    const auto failed = std::count_if(modules.cbegin(), modules.cend(),
-                                      [](const auto* module) { return module->failure(); });
+    const auto has_failed = [](const ModuleUpgrade* module) {
+        return module->ending().failure.has_value();
+    };
+    const auto failed = std::count_if(modules.cbegin(), modules.cend(), has_failed);
     if (failed == 0)
         return console.result(result());
-    const auto* const first = *std::find_if(modules.cbegin(), modules.cend(),
-                                            [](const auto* module) { return module->failure(); });
-    throw Failure{first->failure()->code,
+    const auto* const first = *std::find_if(modules.cbegin(), modules.cend(), has_failed);
+    throw Failure{first->ending().failure->code,
                   QStringLiteral("%1 of %2 upgrades failed").arg(failed).arg(modules.size()),
                   "Those of the table that failed can be run again: pages that have arrived aren't "
                   "sent a second time.",
                   result()};
 }
 
-void UpgradeLine::end_note(Place& place) const
+void UpgradeLine::end_note(const Place& place) const
 {
-    place.module->join();
-    const auto& failure = place.module->failure();
+    const ModuleEnding& ending = place.module->ending();
+    const auto& failure = ending.failure;
     console.note(place.name + ": " +
                  (failure
                       ? failure->what + (failure->advice.isEmpty() ? "" : ". ") + failure->advice
-                      : "done after " + seconds_text(*place.module)));
+                      : "done after " + seconds_text(ending.report)));
 }
 
 void UpgradeLine::table_show() const
@@ -134,12 +135,12 @@ void UpgradeLine::table_show() const
     for (const auto& place : places)
         width = std::max(width, int(place->text.size()));
     for (const auto& place : places) {
-        const ModuleUpgrade& module = *place->module;
-        const QString rest = module.failure() ? "failed    " + module.failure()->what
-                                              : QStringLiteral("upgraded  %1  %2 bytes in %3")
-                                                    .arg(module.soft_info(),
-                                                         QString::number(module.report().file_size),
-                                                         seconds_text(module));
+        const ModuleEnding& ending = place->module->ending();
+        const QString rest =
+            ending.failure ? "failed    " + ending.failure->what
+                           : QStringLiteral("upgraded  %1  %2 bytes in %3")
+                                 .arg(ending.soft_info, QString::number(ending.report.file_size),
+                                      seconds_text(ending.report));
         console.line(place->text.leftJustified(width) + "  " + rest);
     }
 }
@@ -149,8 +150,8 @@ QJsonObject UpgradeLine::result() const
     QJsonArray modules;
     bool good = true;
     for (const auto& place : places) {
-        modules.append(module_object(place->text, *place->module));
-        good = good && !place->module->failure();
+        modules.append(module_object(place->text, place->module->ending()));
+        good = good && !place->module->ending().failure;
     }
     return {{"result", good ? "upgraded" : "failed"}, {"file", file}, {"modules", modules}};
 }

@@ -41,7 +41,7 @@ private:
 
     UpgradeWatch watch(Place& place);
     void progress_take(Place& place, const Progress& progress);
-    void end_note(Place& place) const;
+    void end_note(const Place& place) const;
     void table_show() const;
     QJsonObject result() const;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "monitor/chunk.h"
+#include "serialport/filedescriptor.h"
 
 #include <QVector>
 #include <condition_variable>
@@ -15,12 +16,9 @@ public:
     static constexpr std::int64_t MOST_BYTES = 64LL * 1024 * 1024;
 
     Inbox();
-    ~Inbox();
-    Inbox(const Inbox&) = delete;
-    Inbox& operator=(const Inbox&) = delete;
 
     // Readable for poll() while something waits.
-    int descriptor() const { return wake; }
+    int descriptor() const { return wake.number(); }
 
     // By the reader. Waits while it is full, unless stopped.
     void put(Chunk&& chunk);
@@ -41,5 +39,5 @@ private:
     std::int64_t bytes = 0;
     bool ended = false;
     bool stopped = false;
-    int wake = -1; // an eventfd; written when the first of `waiting` comes
+    const FileDescriptor wake; // an eventfd; written when the first of `waiting` comes
 };

@@ -1,17 +1,11 @@
 #include "monitor/inbox.h"
 
 #include <sys/eventfd.h>
-#include <unistd.h>
 #include <utility>
 
 Inbox::Inbox()
     : wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-}
-
-Inbox::~Inbox()
-{
-    ::close(wake);
 }
 
 void Inbox::put(Chunk&& chunk)
@@ -46,7 +40,7 @@ QVector<Chunk> Inbox::take(bool& at_end)
 {
     const std::lock_guard lock(mutex);
     eventfd_t count = 0;
-    ::eventfd_read(wake, &count);
+    ::eventfd_read(wake.number(), &count);
     at_end = std::exchange(ended, false);
     bytes = 0;
     room.notify_one();
@@ -69,5 +63,5 @@ void Inbox::restart()
 
 void Inbox::rouse()
 {
-    ::eventfd_write(wake, 1);
+    ::eventfd_write(wake.number(), 1);
 }

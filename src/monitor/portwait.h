@@ -1,6 +1,8 @@
 // The wait for a device that has gone: woken by changes of folders, at no cost meanwhile.
 #pragma once
 
+#include "serialport/filedescriptor.h"
+
 #include <QStringList>
 #include <cstdint>
 #include <optional>
@@ -15,17 +17,12 @@ public:
     static constexpr int AGAIN_MOST_MS = 2000;
     static constexpr int BLIND_MS = 1000; // a network, which has its own time-outs
 
-    PortWait();
-    ~PortWait();
-    PortWait(const PortWait&) = delete;
-    PortWait& operator=(const PortWait&) = delete;
-
     // From now on changes count. The first try is at that time, or when something changes.
     void begin(const QStringList& folders, std::int64_t first_try_ns);
     void end();
     bool waiting() const { return active; }
     // For poll(); -1 when there is none.
-    int descriptor() const { return notify; }
+    int descriptor() const { return notify.number(); }
     std::optional<std::int64_t> due() const { return next_try; }
     // Takes the changes. Whether it is time for a try.
     bool is_time(std::int64_t now_ns);
@@ -40,7 +37,7 @@ private:
     bool active = false;
     bool blind = false;
     int again_ms = AGAIN_MS;
-    int notify = -1;
+    FileDescriptor notify;
     QStringList wanted;
     QStringList watched;
     std::optional<std::int64_t> next_try;

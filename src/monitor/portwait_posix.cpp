@@ -22,13 +22,6 @@ QString nearest(const QString& folder)
 }
 } // namespace
 
-PortWait::PortWait() = default;
-
-PortWait::~PortWait()
-{
-    end();
-}
-
 void PortWait::begin(const QStringList& folders, std::int64_t first_try_ns)
 {
     end();
@@ -39,7 +32,7 @@ void PortWait::begin(const QStringList& folders, std::int64_t first_try_ns)
     wanted = folders;
     if (blind)
         return;
-    notify = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+    notify = FileDescriptor(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
     watch();
 }
 
@@ -52,7 +45,8 @@ bool PortWait::watch()
         return false;
     watched = there;
     for (const QString& folder : std::as_const(watched))
-        if (::inotify_add_watch(notify, QFile::encodeName(folder).constData(), CHANGES) < 0)
+        if (::inotify_add_watch(notify.number(), QFile::encodeName(folder).constData(), CHANGES) <
+            0)
             blind = true;
     return true;
 }
@@ -61,9 +55,7 @@ void PortWait::end()
 {
     active = false;
     next_try.reset();
-    if (notify >= 0)
-        ::close(notify);
-    notify = -1;
+    notify.close();
     watched.clear();
 }
 
@@ -95,7 +87,7 @@ bool PortWait::take_changes()
 {
     char events[4096];
     bool changed = false;
-    while (notify >= 0 && ::read(notify, events, sizeof events) > 0)
+    while (notify.is_open() && ::read(notify.number(), events, sizeof events) > 0)
         changed = true;
     return changed;
 }

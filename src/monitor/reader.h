@@ -4,6 +4,7 @@
 
 #include "monitor/inbox.h"
 #include "monitor/wire.h"
+#include "serialport/filedescriptor.h"
 #include "stack/framerstack.h"
 
 #include <functional>
@@ -31,7 +32,7 @@ struct ReaderSettings
 class Reader
 {
 public:
-    // All outlive it.
+    // All outlive it. Throws std::system_error when the system starts no thread.
     Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings);
     ~Reader(); // stops
 
@@ -49,7 +50,7 @@ private:
     Wire& wire;
     Inbox& inbox;
     const ReaderSettings& settings;
-    const int wake; // an eventfd: frames to send, or a stop
+    const FileDescriptor wake; // an eventfd: frames to send, or a stop
     std::mutex mutex;
     QVector<QByteArray> outgoing; // guarded
     bool stopping = false;        // guarded

@@ -1,10 +1,10 @@
 #include "monitor/reader.h"
 
+#include "capture/signalsblocked.h"
 #include "framers/qframer.h"
 #include "monitor/descriptorlink.h"
 
 #include <chrono>
-#include <csignal>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -28,13 +28,8 @@ Reader::Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings)
     , wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
     inbox.restart();
-    // Signals are for the thread that shows.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
+    const SignalsBlocked blocked;
     thread = std::thread(&Reader::run, this);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Reader::~Reader()
@@ -44,16 +39,15 @@ Reader::~Reader()
         stopping = true;
     }
     inbox.stop();
-    ::eventfd_write(wake, 1);
+    ::eventfd_write(wake.number(), 1);
     thread.join();
-    ::close(wake);
 }
 
 void Reader::send_frame(const QByteArray& payload)
 {
     const std::lock_guard lock(mutex);
     outgoing.append(payload);
-    ::eventfd_write(wake, 1);
+    ::eventfd_write(wake.number(), 1);
 }
 
 void Reader::run()
@@ -66,7 +60,7 @@ void Reader::run()
 
 void Reader::run_stream()
 {
-    pollfd waiting[] = {{wire.descriptor(), POLLIN, 0}, {wake, POLLIN, 0}};
+    pollfd waiting[] = {{wire.descriptor(), POLLIN, 0}, {wake.number(), POLLIN, 0}};
     QByteArray buffer(CHUNK, Qt::Uninitialized);
     for (;;) {
         if (::poll(waiting, 2, -1) < 0)
@@ -102,13 +96,13 @@ void Reader::run_frames()
     DescriptorLink link(wire, settings.timeout_ms, settings.gap_ms, settings.record);
     const std::unique_ptr<FramerStack> framers = settings.framers(link);
     QFramer& top = framers->top();
-    pollfd waiting[] = {{wire.descriptor(), POLLIN, 0}, {wake, POLLIN, 0}};
+    pollfd waiting[] = {{wire.descriptor(), POLLIN, 0}, {wake.number(), POLLIN, 0}};
     while (!link.has_gone()) {
         if (!link.has_waiting() && ::poll(waiting, 2, -1) < 0)
             continue;
         if (waiting[1].revents != 0) {
             eventfd_t count = 0;
-            ::eventfd_read(wake, &count);
+            ::eventfd_read(wake.number(), &count);
             const std::lock_guard lock(mutex);
             if (stopping)
                 return;

@@ -42,6 +42,7 @@ enum class SessionEnd {
     TimeOver,     // and nothing was waited for
     Missed,       // ... and what was waited for has not come: `text` is the pattern
     OpenFailed,   // see the wire's fault
+    NoThread,     // the system starts none for the wire
     LinkLost,     // and the session was not to wait
     Interrupted,  // by a signal
     OutputFailed, // stdout takes no more

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 #include <poll.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -204,8 +205,13 @@ bool Session::connect()
     if (QextSerialPort* const port = wire.port())
         recorder.set_lines(port->lineStatus());
     recorder.remark("open: " + wire.name());
-    reader = std::make_unique<Reader>(wire, inbox, reader_settings);
-    return true;
+    try {
+        reader = std::make_unique<Reader>(wire, inbox, reader_settings);
+    } catch (const std::system_error&) {
+        wire.close();
+        end_with(SessionEnd::NoThread);
+    }
+    return reader != nullptr;
 }
 
 void Session::lose()

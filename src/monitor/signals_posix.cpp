@@ -1,5 +1,7 @@
 #include "monitor/signals.h"
 
+#include "serialport/filedescriptor.h"
+
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -7,7 +9,9 @@
 #include <unistd.h>
 
 namespace {
-int ends[2] = {-1, -1};
+// The ends of a pipe: one for poll(), one for the handler.
+FileDescriptor wakes;
+FileDescriptor wake;
 constexpr int WATCHED[] = {SIGINT, SIGTERM, SIGHUP, SIGCONT, SIGPIPE};
 struct sigaction earlier[std::size(WATCHED)];
 
@@ -15,7 +19,7 @@ void on_signal(int number)
 {
     const int saved_errno = errno;
     const char byte = char(number);
-    const ssize_t ignored = ::write(ends[1], &byte, 1);
+    const ssize_t ignored = ::write(wake.number(), &byte, 1);
     static_cast<void>(ignored);
     errno = saved_errno;
 }
@@ -23,8 +27,11 @@ void on_signal(int number)
 
 Signals::Signals()
 {
+    int ends[2];
     if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         return;
+    wakes = FileDescriptor(ends[0]);
+    wake = FileDescriptor(ends[1]);
     struct sigaction action = {};
     for (std::size_t i = 0; i < std::size(WATCHED); ++i) {
         // What stdout's reader has done shows in the write.
@@ -37,17 +44,17 @@ Signals::~Signals()
 {
     for (std::size_t i = 0; i < std::size(WATCHED); ++i)
         ::sigaction(WATCHED[i], &earlier[i], nullptr);
-    ::close(ends[0]);
-    ::close(ends[1]);
+    wakes.close();
+    wake.close();
 }
 
 int Signals::descriptor() const
 {
-    return ends[0];
+    return wakes.number();
 }
 
 int Signals::take()
 {
     char number = 0;
-    return ::read(ends[0], &number, 1) == 1 ? number : 0;
+    return ::read(wakes.number(), &number, 1) == 1 ? number : 0;
 }

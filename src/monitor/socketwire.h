@@ -2,6 +2,7 @@
 #pragma once
 
 #include "monitor/wire.h"
+#include "serialport/filedescriptor.h"
 
 enum class SocketKind { Tcp, Udp, Broadcast };
 
@@ -10,12 +11,11 @@ class SocketWire : public Wire
 public:
     // A name or an address, IPv6 without brackets; a broadcast needs none.
     SocketWire(SocketKind kind, const QString& host, int remote_port, int timeout_ms);
-    ~SocketWire() override;
 
     // Waits at most the time-out for a connection to each address that the host has.
     bool open() override;
-    void close() override;
-    int descriptor() const override { return handle; }
+    void close() override { handle.close(); }
+    int descriptor() const override { return handle.number(); }
     int send(const char* bytes, int count) override;
     bool is_stream() const override { return kind == SocketKind::Tcp; }
     QString name() const override;
@@ -30,5 +30,5 @@ private:
     const QString host;
     const int remote_port;
     const int timeout_ms;
-    int handle = -1;
+    FileDescriptor handle;
 };

@@ -9,7 +9,6 @@
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 QString system_error(int code)
@@ -39,11 +38,6 @@ SocketWire::SocketWire(SocketKind kind, const QString& host, int remote_port, in
 {
 }
 
-SocketWire::~SocketWire()
-{
-    SocketWire::close();
-}
-
 bool SocketWire::open()
 {
     close();
@@ -65,22 +59,23 @@ bool SocketWire::open()
 
 bool SocketWire::connect_to(const addrinfo& address)
 {
-    handle = ::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (handle < 0) {
+    handle = FileDescriptor(
+        ::socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!handle.is_open()) {
         fail(system_error(errno));
         return false;
     }
     const int on = 1;
     if (kind == SocketKind::Broadcast)
-        ::setsockopt(handle, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
+        ::setsockopt(descriptor(), SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
     if (kind == SocketKind::Tcp)
-        ::setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        ::setsockopt(descriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     int error = 0;
     // A socket that is connected to the broadcast address would hear no answer: those come from
     // the addresses of their senders.
     if (kind != SocketKind::Broadcast &&
-        ::connect(handle, address.ai_addr, address.ai_addrlen) != 0)
-        error = errno == EINPROGRESS ? finish_connect(handle, timeout_ms) : errno;
+        ::connect(descriptor(), address.ai_addr, address.ai_addrlen) != 0)
+        error = errno == EINPROGRESS ? finish_connect(descriptor(), timeout_ms) : errno;
     if (error == 0)
         return true;
     close();
@@ -96,15 +91,8 @@ int SocketWire::send(const char* bytes, int count)
     everybody.sin_family = AF_INET;
     everybody.sin_port = htons(std::uint16_t(remote_port));
     everybody.sin_addr.s_addr = INADDR_BROADCAST;
-    return result_of(::sendto(handle, bytes, std::size_t(count), 0,
+    return result_of(::sendto(descriptor(), bytes, std::size_t(count), 0,
                               reinterpret_cast<const sockaddr*>(&everybody), sizeof everybody));
-}
-
-void SocketWire::close()
-{
-    if (handle >= 0)
-        ::close(handle);
-    handle = -1;
 }
 
 QString SocketWire::name() const

@@ -7,6 +7,7 @@
 
 #include <QEventLoop>
 #include <QFileInfo>
+#include <future>
 
 namespace {
 tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
@@ -84,16 +85,17 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
     QEventLoop loop;
     QObject::connect(&worker, &QThread::finished, &loop, &QEventLoop::quit);
     QThread* const home = link_object->thread();
-    std::atomic<bool> opened{false};
+    bool opened = false; // the worker's, which gives it back with the link
+    std::promise<bool> given_back;
     const auto open_link = [this, &opened, &give_up] {
         opened = traced->open() == 0;
         if (!opened)
             give_up();
     };
-    const auto close_link = [this, home] {
+    const auto close_link = [this, home, &opened, &given_back] {
         traced->close();
         link_object->moveToThread(home);
-        given_back.store(true, std::memory_order_release);
+        given_back.set_value(opened);
     };
     QObject::connect(&worker, &QThread::started, &worker, open_link, Qt::DirectConnection);
     QObject::connect(&worker, &QThread::finished, &worker, close_link, Qt::DirectConnection);
@@ -105,9 +107,7 @@ void Stack::run_worker(QThread& worker, const std::function<void()>& start,
         throw LinkProblem{LinkTrouble::NoThread, target()};
     loop.exec();
     worker.wait();
-    while (!given_back.load(std::memory_order_acquire))
-        QThread::yieldCurrentThread();
-    if (!opened)
+    if (!given_back.get_future().get())
         throw open_problem();
 }
 

@@ -7,7 +7,6 @@
 #include "stack/tracedlink.h"
 
 #include <QThread>
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -64,7 +63,4 @@ private:
     std::unique_ptr<QObject> link_object;
     std::unique_ptr<TracedLink> traced;
     std::unique_ptr<FramerStack> framers;
-    // Set by a worker that is done with the link. It orders what the worker did before what its
-    // owner does next. The end of a QThread does so too, but race detectors don't see that.
-    std::atomic<bool> given_back{false};
 };

@@ -6,6 +6,7 @@
 #include "cli/upgradefailure.h"
 
 #include <QEventLoop>
+#include <system_error>
 
 ModuleUpgrade::ModuleUpgrade(const StackDescription& description, const QString& file,
                              const UpgradeSettings& settings, ExchangeSink& log, UpgradeWatch watch)
@@ -20,7 +21,24 @@ ModuleUpgrade::ModuleUpgrade(const StackDescription& description, const QString&
 ModuleUpgrade::~ModuleUpgrade()
 {
     abort();
-    wait();
+    ending();
+}
+
+bool ModuleUpgrade::start()
+{
+    try {
+        thread = std::thread(&ModuleUpgrade::run, this);
+    } catch (const std::system_error&) {
+        result.failure = open_failure({LinkTrouble::NoThread, {}});
+    }
+    return thread.joinable();
+}
+
+const ModuleEnding& ModuleUpgrade::ending()
+{
+    if (thread.joinable())
+        thread.join();
+    return result;
 }
 
 void ModuleUpgrade::run()
@@ -30,7 +48,7 @@ void ModuleUpgrade::run()
     } catch (const LinkProblem& problem) {
         result.failure = open_failure(problem);
     }
-    end.set_value(result);
+    emit finished();
 }
 
 void ModuleUpgrade::work()
@@ -91,19 +109,14 @@ void run_all(const QVector<ModuleUpgrade*>& modules, const Interrupts& interrupt
     QEventLoop loop;
     int running = 0;
     for (ModuleUpgrade* const module : modules) {
-        QObject::connect(module, &QThread::finished, &loop, [&] {
+        QObject::connect(module, &ModuleUpgrade::finished, &loop, [&] {
             if (--running == 0)
                 loop.quit();
         });
         QObject::connect(&interrupts, &Interrupts::interrupted, &loop,
                          [module] { module->abort(); });
-        ++running;
-        module->start();
-        // The system may refuse another thread, and that one signals nothing.
-        if (!module->isRunning() && !module->isFinished()) {
-            module->end.set_value({open_failure({LinkTrouble::NoThread, {}}), {}, {}, {}});
-            --running;
-        }
+        if (module->start())
+            ++running;
     }
     if (running > 0)
         loop.exec();

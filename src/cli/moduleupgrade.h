@@ -7,10 +7,10 @@
 #include "stack/upgrade.h"
 
 #include <QElapsedTimer>
-#include <QThread>
+#include <QObject>
 #include <functional>
-#include <future>
 #include <optional>
+#include <thread>
 
 class Interrupts;
 
@@ -29,7 +29,7 @@ struct ModuleEnding
     QString hard_info; // in hexadecimal
 };
 
-class ModuleUpgrade : public QThread
+class ModuleUpgrade : public QObject
 {
     Q_OBJECT
 
@@ -40,16 +40,18 @@ public:
     // Aborts the run and waits for it.
     ~ModuleUpgrade() override;
 
+    // False when the system refuses a thread, which is then the ending.
+    bool start();
     void abort() { upgrade.abort(); }
     // Waits for the end of the run.
-    const ModuleEnding& ending() const { return ended.get(); }
+    const ModuleEnding& ending();
 
-protected:
-    void run() override;
+signals:
+    // On the thread of the upgrade, the last thing that it does.
+    void finished();
 
 private:
-    friend void run_all(const QVector<ModuleUpgrade*>& modules, const Interrupts& interrupts);
-
+    void run();
     void work();
     void connect_signals(Loader& loader);
     void note_phase(LoaderPhase phase);
@@ -63,9 +65,8 @@ private:
     Upgrade upgrade;
     bool sending = false;
     QElapsedTimer pages_clock;
-    ModuleEnding result; // the thread's, which hands it over at its end
-    std::promise<ModuleEnding> end;
-    const std::shared_future<ModuleEnding> ended = end.get_future().share();
+    ModuleEnding result; // the thread's until it has ended
+    std::thread thread;
 };
 
 // Runs all at the same time, in an event loop until the last one has ended. An interrupt aborts

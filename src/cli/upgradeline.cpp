@@ -83,7 +83,7 @@ UpgradeWatch UpgradeLine::watch(Place& place)
 // What is shown is the progress of all together.
 void UpgradeLine::progress_take(Place& place, const Progress& progress)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     place.progress = progress;
     Progress sum;
     for (const auto& other : places) {
@@ -99,19 +99,19 @@ void UpgradeLine::run(const Interrupts& interrupts)
     QVector<ModuleUpgrade*> modules;
     for (const auto& place : places) {
         modules.append(place->module.get());
-        QObject::connect(place->module.get(), &QThread::finished, place->module.get(),
+        QObject::connect(place->module.get(), &ModuleUpgrade::finished, place->module.get(),
                          [this, &place = *place] { end_note(place); });
     }
     run_all(modules, interrupts);
     console.end_progress();
     table_show();
-    const auto has_failed = [](const ModuleUpgrade* module) {
+    const auto has_failed = [](ModuleUpgrade* module) {
         return module->ending().failure.has_value();
     };
     const auto failed = std::count_if(modules.cbegin(), modules.cend(), has_failed);
     if (failed == 0)
         return console.result(result());
-    const auto* const first = *std::find_if(modules.cbegin(), modules.cend(), has_failed);
+    auto* const first = *std::find_if(modules.cbegin(), modules.cend(), has_failed);
     throw Failure{first->ending().failure->code,
                   QStringLiteral("%1 of %2 upgrades failed").arg(failed).arg(modules.size()),
                   "Those of the table that failed can be run again: pages that have arrived aren't "

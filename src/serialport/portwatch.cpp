@@ -1,7 +1,5 @@
 #include "serialport/portwatch.h"
 
-#include <QMutexLocker>
-
 PortWatch& PortWatch::instance()
 {
     // Never deleted: a port may be closed while the program's last objects go.
@@ -12,7 +10,7 @@ PortWatch& PortWatch::instance()
 void PortWatch::add(const QString& port_name)
 {
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard lock(mutex);
         names.append(port_name);
     }
     emit added(port_name);
@@ -21,7 +19,7 @@ void PortWatch::add(const QString& port_name)
 void PortWatch::remove(const QString& port_name)
 {
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard lock(mutex);
         names.removeOne(port_name);
     }
     emit removed(port_name);
@@ -29,6 +27,6 @@ void PortWatch::remove(const QString& port_name)
 
 QStringList PortWatch::open_ports() const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     return names;
 }

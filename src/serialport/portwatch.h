@@ -1,9 +1,9 @@
 // The news of open ports, from the ports to all enumerators of the process.
 #pragma once
 
-#include <QMutex>
 #include <QObject>
 #include <QStringList>
+#include <mutex>
 
 // A port sees a hang-up before any folder changes, and a folder may not change at all: a link to a
 // pseudo-terminal outlives it. So the port speaks up, on whatever thread it notices. One that is
@@ -28,6 +28,6 @@ signals:
     void lost_in_call(QString port_name);
 
 private:
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     QStringList names; // guarded by `mutex`
 };

@@ -14,10 +14,8 @@ LinkRecorder::~LinkRecorder()
         delete desk;
         return;
     }
-    desk->post([this] {
-        close_here();
-        thread.quit();
-    });
+    desk->post_and_wait([this] { close_here(); });
+    thread.quit();
     thread.wait();
 }
 

@@ -70,7 +70,7 @@ LinkWorker::LinkWorker(LogFeed& feed, ExchangeSink* recorder)
 LinkWorker::~LinkWorker()
 {
     if (thread.isRunning()) {
-        inside->post([inside = inside] { inside->close(); });
+        inside->post_and_wait([this] { inside->close(); });
         thread.quit();
         thread.wait();
     } else {

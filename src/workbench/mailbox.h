@@ -6,6 +6,7 @@
 #include <QObject>
 #include <atomic>
 #include <functional>
+#include <future>
 
 // A queued call of Qt does the same, but race detectors don't see the locks inside Qt. Here an
 // atomic count orders what was done before post() and what the job does.
@@ -21,6 +22,16 @@ public:
         auto* const letter = new Letter(std::move(job));
         ++posted;
         QCoreApplication::postEvent(this, letter);
+    }
+    // Returns when `job` has run, on the thread of the mailbox; not to be called there.
+    void post_and_wait(const Job& job)
+    {
+        std::promise<void> done;
+        post([&] {
+            job();
+            done.set_value();
+        });
+        done.get_future().wait();
     }
     // All that was done before any post() so far comes before what follows.
     void catch_up() const { posted.load(); }

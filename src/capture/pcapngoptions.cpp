@@ -95,10 +95,12 @@ QString PcapngOptions::text(std::uint16_t code) const
     return texts(code).value(0);
 }
 
+// A text ends at a zero, whatever the version of Qt makes of one.
 QStringList PcapngOptions::texts(std::uint16_t code) const
 {
     QStringList texts;
     for (const QByteArray& value : values(code))
-        texts.append(QString::fromUtf8(value));
+        texts.append(
+            QString::fromUtf8(value.constData(), int(qstrnlen(value, uint(value.size())))));
     return texts;
 }

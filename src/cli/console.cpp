@@ -60,7 +60,7 @@ void Console::line(const QString& text)
 {
     if (json)
         return;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     clear_progress();
     put(stdout, harmless(text) + '\n');
 }
@@ -69,7 +69,7 @@ void Console::bytes(const QByteArray& data)
 {
     if (json)
         return;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     clear_progress();
     std::fwrite(data.constData(), 1, size_t(data.size()), stdout);
 }
@@ -78,14 +78,14 @@ void Console::result(const QJsonObject& object)
 {
     if (!json)
         return;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
     put(stdout, harmless(QString::fromUtf8(text)) + '\n');
 }
 
 void Console::note(const QString& text)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     clear_progress();
     write_note(text);
 }
@@ -97,7 +97,7 @@ void Console::write_note(const QString& text)
 
 void Console::progress(const QString& text, int percent)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     if (in_place) {
         put(stderr, '\r' + cut_to_width(harmless(text)) + "\x1b[K");
         progress_shown = true;
@@ -111,7 +111,7 @@ void Console::progress(const QString& text, int percent)
 
 void Console::end_progress()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     if (progress_shown)
         put(stderr, "\n");
     progress_shown = false;
@@ -132,6 +132,6 @@ void Console::clear_progress()
 
 bool Console::flush()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QMutex>
 #include <QString>
+#include <mutex>
 
 // The text with its control characters, but for line feeds and tabs, as \u001b: texts come from
 // devices, files and ports too, and no terminal is to obey them. JSON spells it the same way.
@@ -36,7 +36,7 @@ private:
     void write_note(const QString& text);
     void clear_progress();
 
-    QMutex mutex;
+    std::mutex mutex;
     const bool json;
     bool in_place = false; // stderr is a terminal that takes a line back
     bool progress_shown = false;

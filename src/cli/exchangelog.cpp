@@ -35,7 +35,7 @@ void ExchangeLog::write(const QString& text)
 {
     if (!verbose && !file.isOpen())
         return;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const QString line =
         QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + ' ' + harmless(text);
     if (verbose)

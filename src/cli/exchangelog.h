@@ -10,7 +10,7 @@
 #include "stack/exchangesink.h"
 
 #include <QFile>
-#include <QMutex>
+#include <mutex>
 
 // Lines of different threads don't mix.
 class ExchangeLog : public ExchangeSink
@@ -30,6 +30,6 @@ public:
 private:
     Console& console;
     const bool verbose;
-    QMutex mutex;
+    std::mutex mutex;
     QFile file;
 };

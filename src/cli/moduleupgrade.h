@@ -31,8 +31,6 @@ struct ModuleEnding
 
 class ModuleUpgrade : public QThread
 {
-    Q_OBJECT
-
 public:
     // `log` outlives it.
     ModuleUpgrade(const StackDescription& description, const QString& file,

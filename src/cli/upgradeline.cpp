@@ -83,7 +83,7 @@ UpgradeWatch UpgradeLine::watch(Place& place)
 // What is shown is the progress of all together.
 void UpgradeLine::progress_take(Place& place, const Progress& progress)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     place.progress = progress;
     Progress sum;
     for (const auto& other : places) {

@@ -6,6 +6,7 @@
 #include "cli/moduleupgrade.h"
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 // Who takes what is exchanged and said. All outlive the line.
@@ -47,6 +48,6 @@ private:
 
     const QString file;
     Console& console;
-    QMutex mutex; // guards the progress of all
+    std::mutex mutex; // guards the progress of all
     std::vector<std::unique_ptr<Place>> places;
 };

@@ -97,7 +97,7 @@ void Session::act(KeyAction action)
         ask(Asking::Hex);
         break;
     case KeyAction::Statistics:
-        note(statistics.text(time_now_ns()));
+        note(statistics.text(capture_time_ns()));
         break;
     case KeyAction::Clear:
         output->clear_screen();

@@ -262,7 +262,8 @@ TEST(View, ShowsWhatAFramerFoundLineByLine)
     view.add(chunk(1000, "\xe2\x82"), out);
     EXPECT_EQ(view.deadline(), 1000 * NS_PER_MS + View::HOLD_NS);
     view.expire(*view.deadline(), out);
-    EXPECT_EQ(out, "\\xe2\\x82");
+    view.note("said", 2000 * NS_PER_MS, out);
+    EXPECT_EQ(out, "\\xe2\\x82\n[said]\n");
 }
 
 TEST(Stamps, HaveDateMicrosecondsAndZone)

@@ -226,7 +226,7 @@ void Session::answer()
     const Asking what = asking;
     if (!reader) {
         note("nothing is sent until the port is back");
-        edit->clear();
+        edit->go_on();
         return;
     }
     ask(Asking::Nothing);

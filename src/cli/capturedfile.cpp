@@ -3,6 +3,7 @@
 #include "stack/typedtext.h"
 
 #include <QDateTime>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -121,7 +122,8 @@ std::optional<CapturedFile::Moment> CapturedFile::moment(const Invocation& invoc
         throw usage_failure(
             QStringLiteral("--%1 %2 is no time").arg(option, text),
             "Give a time as in 2026-11-25T03:45:48.165, or seconds since the first record.");
-    return Moment{time.toMSecsSinceEpoch() * NS_IN_MS, false};
+    constexpr std::int64_t MS_MAX = std::numeric_limits<std::int64_t>::max() / NS_IN_MS;
+    return Moment{std::clamp<std::int64_t>(time.toMSecsSinceEpoch(), 0, MS_MAX) * NS_IN_MS, false};
 }
 
 void CapturedFile::read_record_range()
@@ -150,6 +152,7 @@ std::optional<NumberedRecord> CapturedFile::next()
 {
     while (count < last_number) {
         invocation.interrupts.check();
+        const bool described = !reader.ports().isEmpty();
         switch (reader.next()) {
         case CaptureReader::Found::Section:
             if (on_section)
@@ -161,6 +164,9 @@ std::optional<NumberedRecord> CapturedFile::next()
             break;
         case CaptureReader::Found::Damage:
             note_damage();
+            // The header of a section was damaged.
+            if (on_section && described && reader.ports().isEmpty())
+                on_section(reader.section());
             break;
         case CaptureReader::Found::End:
             return std::nullopt;
@@ -179,11 +185,12 @@ std::optional<NumberedRecord> CapturedFile::next()
 
 bool CapturedFile::is_asked_for(const NumberedRecord& read) const
 {
-    const auto at = [&](const Moment& moment) {
-        return moment.from_start ? start_ns + moment.ns : moment.ns;
+    const std::int64_t time_ns = read.record.time_ns;
+    const auto since = [&](const Moment& moment) {
+        return moment.from_start ? time_ns - start_ns : time_ns;
     };
-    if (read.number < first_number || (from && read.record.time_ns < at(*from)) ||
-        (to && read.record.time_ns > at(*to)))
+    if (read.number < first_number || (from && since(*from) < from->ns) ||
+        (to && since(*to) > to->ns))
         return false;
     if (invocation.has("port") && read.port.name != invocation.text("port"))
         return false;

@@ -29,7 +29,8 @@ public:
     // The next record that is asked for.
     std::optional<NumberedRecord> next();
 
-    // Called for sections and ports as they come.
+    // Called for sections and ports as they come; with an empty section where one has begun with a
+    // damaged header.
     std::function<void(const PcapngSection&)> on_section;
     std::function<void(const PcapngInterface&)> on_port;
     bool several_ports() const { return reader.ports().size() > 1; } // in this section

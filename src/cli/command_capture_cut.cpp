@@ -24,7 +24,9 @@ public:
         PcapngSection own = section;
         if (!own.is_own())
             own.application = QStringLiteral("%1, from a capture by %2")
-                                  .arg(PcapngSection::OWN_APPLICATION, section.application);
+                                  .arg(PcapngSection::OWN_APPLICATION, section.application.isEmpty()
+                                                                           ? "an unknown program"
+                                                                           : section.application);
         own.comments.append("cut from " + source);
         write(own.build());
     }

@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <cmath>
 
@@ -204,32 +205,33 @@ class StringsFile
 {
 public:
     StringsFile()
-        : file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+        : path(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                "/tarnwick/monitor-strings")
     {
     }
 
-    QStringList read()
+    QStringList read() const
     {
+        QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
-        file.close();
-        return lines;
+        return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     }
 
     // What can't be kept is no loss worth a word. It may hold passwords.
-    void write(const QStringList& lines)
+    void write(const QStringList& lines) const
     {
-        QDir().mkpath(QFileInfo(file).path());
+        QDir().mkpath(QFileInfo(path).path());
+        QSaveFile file(path);
         if (!file.open(QIODevice::WriteOnly))
             return;
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         file.write(lines.join('\n').toUtf8() + '\n');
+        file.commit();
     }
 
 private:
-    QFile file;
+    const QString path;
 };
 
 Failure open_failure(const LinkDescription& link, const WireFault& fault)
@@ -313,7 +315,7 @@ void run_monitor(Invocation& invocation)
     SessionOptions options = session_options(invocation, stack);
     const std::unique_ptr<Wire> wire = make_wire(invocation, stack);
     options.record = record_settings(invocation, stack.link, wire->name());
-    StringsFile strings;
+    const StringsFile strings;
     options.strings = strings.read() + options.strings;
     Session session(*wire, options);
     const SessionResult result = session.run();

@@ -4,13 +4,11 @@
 #include "stack/linkproblem.h"
 #include "stack/portproblem.h"
 
-#include <QSysInfo>
-
 namespace {
 QString name_of(const LinkDescription& link)
 {
     if (link.kind != LinkKind::Serial)
-        return QStringLiteral("%1:%2").arg(link.host, QString::number(link.remote_port));
+        return link_name(link);
     try {
         return full_port_name(link.port);
     } catch (const LinkProblem&) {
@@ -22,7 +20,6 @@ QString name_of(const LinkDescription& link)
 PcapngSection record_section(const Invocation& invocation)
 {
     PcapngSection section;
-    section.system = QSysInfo::prettyProductName();
     section.application =
         QString(PcapngSection::OWN_APPLICATION) + " tarnwickctl " + invocation.command_name();
     const QString frame = invocation.takes_frame() ? " --frame " + invocation.text("frame") : "";

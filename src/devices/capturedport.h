@@ -43,7 +43,7 @@ public:
     QString file_name() const { return file.fileName(); }
 
     // Sent and received data, in the order of their times, and where some is missing. A recorder
-    // with two threads may have written an answer ahead of its request.
+    // with two threads may have written an answer before its request.
     std::optional<CapturedPiece> next();
 
 private:

@@ -1,6 +1,6 @@
 #include "monitor/descriptorlink.h"
 
-#include "monitor/reader.h"
+#include "capture/capturerecord.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -69,7 +69,7 @@ int DescriptorLink::write(const char* buffer, int nbytes)
             return -1;
         lost = count < 0;
         if (tap && count > 0)
-            tap({time_now_ns(),
+            tap({capture_time_ns(),
                  QByteArray(buffer + done, count),
                  Direction::Out,
                  false,
@@ -112,7 +112,7 @@ bool DescriptorLink::pull()
     char chunk[CHUNK];
     const ssize_t count = ::read(wire.descriptor(), chunk, sizeof chunk);
     if (count > 0) {
-        const std::int64_t now = time_now_ns();
+        const std::int64_t now = capture_time_ns();
         if (ahead.isEmpty())
             ahead_ns = now;
         ahead.append(chunk, int(count));

@@ -44,15 +44,6 @@ void History::add(const QString& line)
         kept.removeFirst();
 }
 
-void LineEdit::clear()
-{
-    line.clear();
-    at = 0;
-    current = State::Editing;
-    row = -1;
-    searching = false;
-}
-
 int LineEdit::take(const QByteArray& keys, int from)
 {
     int taken = from;

@@ -41,8 +41,8 @@ public:
     int take(const QByteArray& keys, int from);
     State state() const { return current; }
     const QString& text() const { return line; }
-    int cursor() const { return at; } // in `text`
-    void clear();                     // for the next line
+    int cursor() const { return at; }          // in `text`
+    void go_on() { current = State::Editing; } // with the same line, after its end
     bool is_searching() const { return searching; }
     const QString& searched() const { return needle; }
 

@@ -1,6 +1,6 @@
 #include "monitor/output.h"
 
-#include "monitor/reader.h"
+#include "capture/capturerecord.h"
 
 #include <QDateTime>
 #include <algorithm>
@@ -38,7 +38,7 @@ Output::Output(Screen& screen, const ViewOptions& options, std::unique_ptr<LogFi
 void Output::note(const QString& line)
 {
     if (screen.is_terminal() || shown.options().json) {
-        shown.note(line, time_now_ns(), text);
+        shown.note(line, capture_time_ns(), text);
         return;
     }
     std::fprintf(stderr, "[%s]\n", line.toLocal8Bit().constData());

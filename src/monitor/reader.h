@@ -7,6 +7,7 @@
 #include "serialport/filedescriptor.h"
 #include "stack/framerstack.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -36,8 +37,10 @@ public:
     Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings);
     ~Reader(); // stops
 
-    // With framers the thread writes too: one payload, one frame.
+    // With framers the thread writes too: one payload, one frame. The inbox gets what has gone out.
     void send_frame(const QByteArray& payload);
+    // Bytes of payloads that have not gone out.
+    int unsent() const { return unsent_bytes; }
 
 private:
     void run();
@@ -46,6 +49,7 @@ private:
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
     void write_frames(QFramer& top, const DescriptorLink& link);
+    void write_frame(QFramer& top, const DescriptorLink& link, const QByteArray& payload);
 
     Wire& wire;
     Inbox& inbox;
@@ -54,8 +58,6 @@ private:
     std::mutex mutex;
     QVector<QByteArray> outgoing; // guarded
     bool stopping = false;        // guarded
+    std::atomic<int> unsent_bytes{0};
     std::thread thread;
 };
-
-// The system's time, ns since 1970.
-std::int64_t time_now_ns();

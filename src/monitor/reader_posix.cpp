@@ -1,10 +1,10 @@
 #include "monitor/reader.h"
 
+#include "capture/capturerecord.h"
 #include "capture/signalsblocked.h"
 #include "framers/qframer.h"
 #include "monitor/descriptorlink.h"
 
-#include <chrono>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -13,13 +13,6 @@ namespace {
 constexpr int CHUNK = 65536; // a tty gives 4096 at most, a datagram may have as many
 constexpr int FRAME_MAX = 65536;
 } // namespace
-
-std::int64_t time_now_ns()
-{
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(
-               std::chrono::system_clock::now().time_since_epoch())
-        .count();
-}
 
 Reader::Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings)
     : wire(wire)
@@ -47,6 +40,7 @@ void Reader::send_frame(const QByteArray& payload)
 {
     const std::lock_guard lock(mutex);
     outgoing.append(payload);
+    unsent_bytes += int(payload.size());
     ::eventfd_write(wake.number(), 1);
 }
 
@@ -84,7 +78,7 @@ long Reader::read_recorded(QByteArray& buffer, Chunk& chunk)
     const ssize_t count = ::read(wire.descriptor(), buffer.data(), std::size_t(buffer.size()));
     if (count <= 0)
         return count;
-    chunk.time_ns = time_now_ns();
+    chunk.time_ns = capture_time_ns();
     chunk.bytes = QByteArray(buffer.constData(), int(count));
     if (settings.record)
         settings.record(chunk);
@@ -107,24 +101,44 @@ void Reader::run_frames()
             if (stopping)
                 return;
         }
-        write_frames(top, link);
         if (link.has_waiting() || waiting[0].revents != 0)
             read_frame(top, link);
+        write_frames(top, link);
     }
     inbox.put_end();
 }
 
+// A framer may throw away what waits when it writes, so that is read first.
 void Reader::write_frames(QFramer& top, const DescriptorLink& link)
 {
-    QVector<QByteArray> payloads;
-    {
-        const std::lock_guard lock(mutex);
-        payloads.swap(outgoing);
+    while (!link.has_gone() && !link.has_waiting()) {
+        QByteArray payload;
+        {
+            const std::lock_guard lock(mutex);
+            if (stopping || outgoing.isEmpty())
+                return;
+            payload = outgoing.takeFirst();
+        }
+        write_frame(top, link, payload);
     }
-    for (const QByteArray& payload : payloads)
-        if (top.write(payload.constData(), int(payload.size())) < 0 && !link.has_gone())
-            inbox.put_note("a frame was not sent: the device or the network takes nothing",
-                           time_now_ns());
+}
+
+void Reader::write_frame(QFramer& top, const DescriptorLink& link, const QByteArray& payload)
+{
+    Chunk frame;
+    frame.time_ns = capture_time_ns(); // before, as the write may wait for an answer
+    frame.bytes = payload;
+    frame.direction = Direction::Out;
+    frame.whole = true;
+    const bool sent = top.write(payload.constData(), int(payload.size())) >= 0;
+    if (!sent && link.has_gone())
+        return;
+    unsent_bytes -= int(payload.size());
+    if (sent)
+        inbox.put(std::move(frame));
+    else
+        inbox.put_note("a frame was not sent: the device or the network takes nothing",
+                       frame.time_ns);
 }
 
 // What a framer refuses is shown as it came.

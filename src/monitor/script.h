@@ -12,7 +12,7 @@ struct ScriptStep
     QByteArray reply; // may be empty
 };
 
-// A pattern fits as soon as what has come so far fits; the next one is looked for behind it.
+// A pattern fits as soon as what has come so far fits; the next one is looked for after it.
 class Script
 {
 public:

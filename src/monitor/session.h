@@ -87,6 +87,7 @@ private:
 
     // session_send_posix.cpp: what goes out
     void send(const QByteArray& bytes);
+    int unsent() const; // bytes
     void push();
     void refuse(const QByteArray& bytes, const QString& reason);
     void feed_file();

@@ -97,7 +97,7 @@ void Session::act(KeyAction action)
         ask(Asking::Hex);
         break;
     case KeyAction::Statistics:
-        note(statistics.text(time_now_ns()));
+        note(statistics.text(capture_time_ns()));
         break;
     case KeyAction::Clear:
         output->clear_screen();
@@ -226,7 +226,7 @@ void Session::answer()
     const Asking what = asking;
     if (!reader) {
         note("nothing is sent until the port is back");
-        edit->clear();
+        edit->go_on();
         return;
     }
     ask(Asking::Nothing);

@@ -71,7 +71,7 @@ bool Session::begin()
         end_with(SessionEnd::FileFailed, recording.error, recording.advice);
         return false;
     }
-    statistics.begun_ns = time_now_ns();
+    statistics.begun_ns = capture_time_ns();
     if (options.most_ns)
         end_ns = statistics.begun_ns + *options.most_ns;
     if (!connect() && !options.wait) {
@@ -81,7 +81,7 @@ bool Session::begin()
     screen.take_keys();
     if (!reader) {
         note("waiting for " + wire.name() + ": " + wire.fault().text);
-        wait.begin(wire.folders(), time_now_ns());
+        wait.begin(wire.folders(), capture_time_ns());
     } else if (screen.has_keys() || options.view.json) {
         note_open();
     }
@@ -93,7 +93,7 @@ void Session::turn()
 {
     const bool keys = screen.has_keys();
     const bool wants_input =
-        input_open && (keys || (reader && sends_done && queue.size() < INPUT_AHEAD));
+        input_open && (keys || (reader && sends_done && unsent() < INPUT_AHEAD));
     pollfd all[] = {
         watched(signal_inbox.descriptor(), POLLIN, true),
         watched(STDIN_FILENO, POLLIN, wants_input),
@@ -101,7 +101,7 @@ void Session::turn()
         watched(wire.descriptor(), POLLOUT, blocked && reader),
         watched(wait.descriptor(), POLLIN, wait.waiting()),
     };
-    const int patience = reader && !sends_done ? 0 : patience_us(time_now_ns());
+    const int patience = reader && !sends_done ? 0 : patience_us(capture_time_ns());
     const timespec limit = {patience / 1'000'000, long(patience % 1'000'000) * 1000};
     ::ppoll(all, std::size(all), &limit, nullptr);
 
@@ -117,11 +117,11 @@ void Session::turn()
     }
     push();
     take_inbox();
-    output->expire(time_now_ns());
+    output->expire(capture_time_ns());
     try_again();
-    if (script.reached() && queue.size() == 0 && (script.has_until() || !keys))
+    if (script.reached() && unsent() == 0 && (script.has_until() || !keys))
         end_with(SessionEnd::Reached);
-    if (end_ns && time_now_ns() >= *end_ns)
+    if (end_ns && capture_time_ns() >= *end_ns)
         end_with(script.has_goal() && !script.reached() ? SessionEnd::Missed : SessionEnd::TimeOver,
                  script.pattern());
     if (!output->flush())
@@ -170,7 +170,8 @@ void Session::take_chunk(const Chunk& chunk)
     }
     statistics.count(chunk);
     output->add(chunk);
-    if (!script.has_goal() || script.reached() || chunk.damaged)
+    const bool sent = chunk.direction == Direction::Out;
+    if (sent || !script.has_goal() || script.reached() || chunk.damaged)
         return;
     for (const QByteArray& reply : script.feed(chunk.bytes))
         send(reply);
@@ -198,7 +199,7 @@ bool Session::connect()
 {
     if (!wire.open())
         return false;
-    opened_ns = time_now_ns();
+    opened_ns = capture_time_ns();
     device_ended = false;
     blocked = false;
     keys_refused = false;
@@ -216,22 +217,22 @@ bool Session::connect()
 
 void Session::lose()
 {
+    const int left = unsent();
     device_ended = false;
     reader.reset();
     wire.close();
     ++statistics.losses;
-    const int unsent = queue.size();
     queue.clear();
     if (file)
         end_file("the port has gone");
     recorder.remark("lost: " + wire.name());
-    const QString rest = unsent > 0 ? QStringLiteral("; %1 bytes were not sent").arg(unsent) : "";
+    const QString rest = left > 0 ? QStringLiteral("; %1 bytes were not sent").arg(left) : "";
     if (!options.reconnect) {
         end_with(SessionEnd::LinkLost, wire.name() + rest);
         return;
     }
     note(wire.name() + " has gone" + rest + "; waiting for it");
-    const std::int64_t now = time_now_ns();
+    const std::int64_t now = capture_time_ns();
     wait.begin(wire.folders(), std::max(now, std::min(opened_ns + SHORT_LIVED_NS,
                                                       now + PortWait::AGAIN_MS * NS_PER_MS)));
     // At once, unless it was only just opened: it may be back already.
@@ -241,7 +242,7 @@ void Session::lose()
 
 void Session::try_again()
 {
-    const std::int64_t now = time_now_ns();
+    const std::int64_t now = capture_time_ns();
     if (!wait.is_time(now))
         return;
     const bool was_open = opened_ns != 0;

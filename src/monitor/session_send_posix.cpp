@@ -20,16 +20,13 @@ void Session::send(const QByteArray& bytes)
         push();
         return;
     }
-    if (!reader)
-        return;
-    Chunk frame;
-    frame.time_ns = time_now_ns();
-    frame.bytes = bytes;
-    frame.direction = Direction::Out;
-    frame.whole = true;
-    reader->send_frame(bytes);
-    statistics.count(frame);
-    output->add(frame);
+    if (reader)
+        reader->send_frame(bytes);
+}
+
+int Session::unsent() const
+{
+    return queue.size() + (reader ? reader->unsent() : 0);
 }
 
 // The same would happen to the rest of a file.
@@ -40,7 +37,7 @@ void Session::refuse(const QByteArray& bytes, const QString& reason)
         return;
     }
     note("not sent: " + reason);
-    queue.taken(int(bytes.size()), time_now_ns());
+    queue.taken(int(bytes.size()), capture_time_ns());
 }
 
 // As much as the wire takes now.
@@ -49,11 +46,11 @@ void Session::push()
     while (reader && !blocked) {
         if (file && queue.size() < PIECE)
             feed_file();
-        const QByteArray bytes = queue.ready(time_now_ns());
+        const QByteArray bytes = queue.ready(capture_time_ns());
         if (bytes.isEmpty())
             return;
         std::unique_lock order(recorder.order);
-        const std::int64_t begun_ns = time_now_ns();
+        const std::int64_t begun_ns = capture_time_ns();
         const int count = wire.send(bytes.constData(), int(bytes.size()));
         if (count == Wire::REFUSED) {
             refuse(bytes, QString::fromLocal8Bit(std::strerror(errno)));
@@ -68,7 +65,7 @@ void Session::push()
         chunk.direction = Direction::Out;
         recorder.record(chunk);
         order.unlock();
-        queue.taken(count, time_now_ns());
+        queue.taken(count, capture_time_ns());
         statistics.count(chunk);
         if (output)
             output->add(chunk);

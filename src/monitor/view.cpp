@@ -78,7 +78,7 @@ void View::expire(std::int64_t now_ns, QByteArray& out)
     if (const auto frame = cut.expire(now_ns))
         show_frame(*frame, out);
     if (text.holds_back() && now_ns - last_ns >= HOLD_NS)
-        text.finish(out);
+        finish_text(out);
 }
 
 std::optional<std::int64_t> View::deadline() const
@@ -92,7 +92,7 @@ void View::finish(QByteArray& out)
 {
     if (const auto frame = cut.finish())
         show_frame(*frame, out);
-    text.finish(out);
+    finish_text(out);
     if (text.coloured() && !shown.raw && !shown.json)
         out += "\x1b[m";
 }
@@ -104,7 +104,7 @@ void View::add_text(const Chunk& chunk, QByteArray& out)
     const bool turned = chunk.direction != last_direction;
     const bool parted = chunk.whole || chunk.time_ns - last_ns > shown.gap_ns;
     if ((framed && parted) || (turned && (framed || shown.stamps != StampKind::Off))) {
-        text.finish(out);
+        finish_text(out);
         end_line(out);
     }
     last_direction = chunk.direction;
@@ -124,11 +124,18 @@ void View::add_text(const Chunk& chunk, QByteArray& out)
     end_frame(chunk, out);
 }
 
+// Of what was held back, the line is no longer empty.
+void View::finish_text(QByteArray& out)
+{
+    line_start = line_start && !text.holds_back();
+    text.finish(out);
+}
+
 void View::end_frame(const Chunk& chunk, QByteArray& out)
 {
     if (!chunk.whole)
         return;
-    text.finish(out);
+    finish_text(out);
     end_line(out);
 }
 

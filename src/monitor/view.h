@@ -49,6 +49,7 @@ private:
     void add_lines(const Chunk& chunk, QByteArray& out);
     void show_frame(const Chunk& frame, QByteArray& out);
     void show_rows(const Chunk& frame, QByteArray& out);
+    void finish_text(QByteArray& out);
     void end_frame(const Chunk& chunk, QByteArray& out);
     void end_line(QByteArray& out);
     QByteArray stamp(std::int64_t time_ns);

@@ -8,6 +8,7 @@
 #include <QSerialPortInfo>
 #include <QStandardPaths>
 #include <algorithm>
+#include <mutex>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -132,6 +133,14 @@ const QextPortInfo* find_port(const QList<QextPortInfo>& ports, const QextPortIn
     return found == ports.cend() ? nullptr : &*found;
 }
 
+// One thread at a time, as Qt asks libudev, which shares a table between threads without a lock.
+QList<QSerialPortInfo> hardware_infos()
+{
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> lock(mutex);
+    return QSerialPortInfo::availablePorts();
+}
+
 bool has_gone(const QString& open_port)
 {
     return open_port.startsWith('/') && !leads_to_device(open_port);
@@ -151,7 +160,7 @@ QextSerialEnumerator::~QextSerialEnumerator() = default;
 QList<QextPortInfo> QextSerialEnumerator::getPorts()
 {
     QList<QextPortInfo> ports;
-    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
+    for (const QSerialPortInfo& info : hardware_infos())
         ports.append(hardware_port(info));
     append_virtual_ports(ports);
     std::stable_sort(ports.begin(), ports.end(), [](const QextPortInfo& a, const QextPortInfo& b) {

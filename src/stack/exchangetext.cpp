@@ -2,27 +2,10 @@
 
 #include "stack/typedtext.h"
 
-#include <algorithm>
-
-namespace {
-constexpr int SHORTEST_TEXT = 3; // fewer bytes that look like text mostly are none
-
-// In hexadecimal; text, as in AT commands, as text too.
-QString both_forms(const QByteArray& bytes)
-{
-    const bool text = std::all_of(bytes.cbegin(), bytes.cend(), [](char byte) {
-        return (byte >= ' ' && byte <= '~') || byte == '\r' || byte == '\n';
-    });
-    if (!text || bytes.size() < SHORTEST_TEXT)
-        return shown(bytes);
-    return shown(bytes) + "  \"" + note_text(QString::fromLatin1(bytes)) + '"';
-}
-} // namespace
-
 QString sent_text(const QByteArray& bytes, int result)
 {
     const bool complete = result == bytes.size();
-    return "> " + both_forms(bytes) +
+    return "> " + shown_both(bytes) +
            (complete ? QString() : QStringLiteral("  (result %1)").arg(result));
 }
 
@@ -30,7 +13,7 @@ QString received_text(const QByteArray& bytes, int result)
 {
     if (result < 0)
         return QStringLiteral("< error %1").arg(result);
-    return bytes.isEmpty() ? QString("< nothing in time") : "< " + both_forms(bytes);
+    return bytes.isEmpty() ? QString("< nothing in time") : "< " + shown_both(bytes);
 }
 
 QString note_text(const QString& text)

@@ -120,9 +120,7 @@ LinkProblem Stack::open_problem() const
 
 QString Stack::target() const
 {
-    if (description.kind == LinkKind::Serial)
-        return description.port;
-    return QStringLiteral("%1:%2").arg(description.host, QString::number(description.remote_port));
+    return description.kind == LinkKind::Serial ? description.port : link_name(description);
 }
 
 bool Stack::dropped() const

@@ -249,14 +249,21 @@ template <std::size_t SIZE> QString name_of(int value, const Named (&table)[SIZE
 }
 } // namespace
 
+namespace {
+QString host_and_port(const LinkDescription& link)
+{
+    const QString host = link.host.contains(':') ? '[' + link.host + ']' : link.host;
+    return host + ':' + QString::number(link.remote_port);
+}
+} // namespace
+
 QString link_text(const LinkDescription& link)
 {
     const QString kind = name_of(int(link.kind), LINK_KINDS) + ':';
     if (link.kind == LinkKind::Broadcast)
         return kind + QString::number(link.remote_port);
     if (link.kind != LinkKind::Serial)
-        return kind + (link.host.contains(':') ? '[' + link.host + ']' : link.host) + ':' +
-               QString::number(link.remote_port);
+        return kind + host_and_port(link);
     const PortSettings& settings = link.settings;
     const QString format = QString::number(settings.DataBits) + name_of(settings.Parity, PARITIES) +
                            name_of(settings.StopBits, STOP_BITS);
@@ -269,8 +276,7 @@ QString link_name(const LinkDescription& link)
 {
     if (link.kind == LinkKind::Serial)
         return link.port.section('/', -1);
-    const QString host = link.kind == LinkKind::Broadcast ? QString("broadcast") : link.host;
-    return host + ':' + QString::number(link.remote_port);
+    return link.kind == LinkKind::Broadcast ? link_text(link) : host_and_port(link);
 }
 
 QString framers_text(const QVector<FramerDescription>& framers)

@@ -1,5 +1,6 @@
 #include "stack/typedbytes.h"
 
+#include "checksum/hextext.h"
 #include "stack/typedtext.h"
 
 namespace {
@@ -26,12 +27,10 @@ int take_escape(const QString& text, int at, TypedBytes& typed)
         typed.ended = false;
         return 1;
     }
-    bool good = false;
-    const QString digits = text.mid(at + 1, 2);
-    const int byte = digits.toInt(&good, 16);
-    if (letter != "x" || digits.size() != 2 || !digits[0].isLetterOrNumber() || !good)
+    const QByteArray digits = text.mid(at + 1, 2).toLatin1();
+    if (letter != "x" || digits.size() != 2 || hex_digit(digits[0]) < 0 || hex_digit(digits[1]) < 0)
         return 0;
-    typed.bytes.append(char(byte));
+    typed.bytes.append(QByteArray::fromHex(digits));
     return 3;
 }
 } // namespace

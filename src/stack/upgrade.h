@@ -38,7 +38,7 @@ public:
     // On an open stack, whose sink gets what the loader logs. Comes back at the end of the run.
     UpgradeReport run(Stack& stack, const QString& file, const UpgradeSettings& settings,
                       const Watch& watch);
-    // From any thread, also ahead of the run.
+    // From any thread, also before the run.
     void abort();
 
 private:

@@ -14,6 +14,7 @@ public:
     std::optional<LinkProblem> open(const StackDescription& description, LogFeed& feed,
                                     ExchangeSink* recorder)
     {
+        close(); // the log goes after the stack that uses it
         try {
             log = std::make_unique<LinkLog>(feed, link_name(description.link), recorder);
             stack = std::make_unique<Stack>(description, *log);
@@ -108,7 +109,10 @@ void LinkWorker::close()
     state_set(State::Closing, std::nullopt);
     inside->post([this, inside = inside] {
         inside->close();
-        home.post([this] { state_set(State::Closed, last_problem); });
+        home.post([this] {
+            if (now == State::Closing) // else it is being opened again
+                state_set(State::Closed, last_problem);
+        });
     });
 }
 

@@ -33,7 +33,7 @@ public:
     // Why the link isn't open, or nothing after a close that was asked for.
     const std::optional<LinkProblem>& problem() const { return last_problem; }
 
-    // Only when closed.
+    // Only when closed or closing.
     void open(const StackDescription& description);
     // After the jobs under way. A link that is being opened is closed then.
     void close();

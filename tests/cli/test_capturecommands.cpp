@@ -84,6 +84,7 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
     port.name = "tty\n\x1b]0;x\x07";
     odd += port.build() + packet_of(CaptureRecord::remark(0, "a\n\x1b[2Jb")).build();
     file_write("odd", odd);
+    file_write("two", known_file() + odd.replace(8, 4, "????"));
     file_write("torn", known_file().left(430));
     file_write("bad", known_file().replace("ok\r\n", "OK\r\n"));
     file_write("text", "some notes");
@@ -104,6 +105,7 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
         {"print s --gap 5 --from 1 --to 1.5", 0, "16:00:02.000000 < 6F 6E 65  \"one\"\n"},
         {"print s --frame chan:61 --records 1-2", 0, "> 61 73 6B  \"ask\"  | good: 73 6B\n"},
         {"print s --port other", 0, ""},
+        {"print s --to 9999-12-31", 0, "< 6F 6E\n"},
         {"print odd", 0, "* -  # a\\n\\u001b[2Jb\n"},
         {"info odd", 0, "port      tty\\n\\u001b]0;x\\u0007\n"},
         {"print torn", 0, "torn: damaged at byte 372, 58 bytes"},
@@ -117,6 +119,8 @@ TEST_F(CaptureCommands, ShowWhatIsAskedFor)
         {"cut s bad", 6, "bad is there already"},
         {"cut torn whole", 0, "whole: 3 records"},
         {"verify whole", 0, "whole is good: 3 records"},
+        {"cut two parted", 0, "parted: 5 records"},
+        {"print parted --json --records 5", 0, "tty\\n"},
         {"cut s late --from 2", 0, "late: 7 records"},
         {"export late --direction sent", 0, "ask"},
     };

@@ -128,6 +128,7 @@ TEST(TypedBytes, TakeEscapesAndRefuseOthers)
         {R"(ab\q)", "ab", true, 2},
         {R"(\x4)", "", true, 0},
         {R"(\x-1)", "", true, 0},
+        {R"(\x1 )", "", true, 0},
         {R"(a\)", "a", true, 1},
         {R"(\cmore)", "", true, 0},
     };
@@ -184,8 +185,9 @@ TEST(LineEdit, HasTheHabitsOfReadline)
     LineEdit edit(history);
     EXPECT_EQ(edit.take("done\rnext", 0), 5);
     EXPECT_EQ(edit.state(), LineEdit::State::Done);
-    edit.clear();
-    edit.take("\x03", 0);
+    edit.go_on();
+    edit.take("\x08\x08\x03", 0);
+    EXPECT_EQ(edit.text(), "do");
     EXPECT_EQ(edit.state(), LineEdit::State::GivenUp);
 }
 
@@ -262,7 +264,8 @@ TEST(View, ShowsWhatAFramerFoundLineByLine)
     view.add(chunk(1000, "\xe2\x82"), out);
     EXPECT_EQ(view.deadline(), 1000 * NS_PER_MS + View::HOLD_NS);
     view.expire(*view.deadline(), out);
-    EXPECT_EQ(out, "\\xe2\\x82");
+    view.note("said", 2000 * NS_PER_MS, out);
+    EXPECT_EQ(out, "\\xe2\\x82\n[said]\n");
 }
 
 TEST(Stamps, HaveDateMicrosecondsAndZone)

@@ -155,6 +155,9 @@ TEST_F(Workbench, NamesWhoHoldsAPortAndLeavesItAlone)
     click("connect");
     EXPECT_TRUE(wait_until([&] { return notice("connection_notice").contains("in use"); }));
     EXPECT_EQ(other.state(), LinkWorker::State::Open);
+    other.close();
+    other.open(*window->connection().description());
+    EXPECT_TRUE(wait_until([&] { return other.state() == LinkWorker::State::Open; }));
 }
 
 TEST_F(Workbench, AsksBeforeItClosesDuringARunAndAbortsCleanly)

@@ -155,8 +155,9 @@ void BlockBox::start(const CnetPlace& place, const QByteArray& block)
 {
     if (run.running() || link_taken)
         return;
-    if (connection.link().state() != LinkWorker::State::Open)
-        return emit said(Notice::Kind::Problem, tr("There is no link to a device: connect first."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return emit said(Notice::Kind::Problem, hindrance);
     asked = place;
     writing = !block.isEmpty();
     run.start(connection.link(), place, block);

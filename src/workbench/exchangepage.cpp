@@ -170,9 +170,11 @@ void ExchangePage::send()
     if (!payload)
         return;
     const auto stack = connection.description(); // can't change while the link is open
-    if (connection.link().state() != LinkWorker::State::Open || !stack)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a device: connect first."));
+    if (!stack)
+        return;
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     run.start(connection.link(), {*stack, *payload, most_box->value()});
     notice->say(Notice::Kind::Hint, tr("Waiting for the reply ..."));
     record_show();

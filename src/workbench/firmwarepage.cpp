@@ -203,6 +203,8 @@ void FirmwarePage::start()
     notice->clear();
     buttons_set();
     stop_button->setFocus();
+    if (list.module(0).ready() && connection.link().busy())
+        return notice->say(Notice::Kind::Problem, connection.hindrance());
 }
 
 void FirmwarePage::stop()
@@ -215,12 +217,12 @@ void FirmwarePage::stop()
 // On the same frame as the connection above, as a production line has modules of one kind.
 void FirmwarePage::module_ask()
 {
-    const auto link = connection.link_ask();
-    if (!link)
+    const auto choice = connection.link_ask();
+    if (!choice)
         return;
     StackDescription stack = list.module(0).description();
-    stack.link = *link;
-    stack.timeout_ms = connection.timeout_ms();
+    stack.link = choice->link;
+    stack.timeout_ms = choice->timeout_ms;
     module_add(stack);
 }
 

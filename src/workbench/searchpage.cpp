@@ -168,13 +168,12 @@ void SearchPage::start()
             return notice->say(Notice::Kind::Problem, problem);
         search = *typed;
     }
-    if (connection.link().state() != LinkWorker::State::Open)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a device: connect first."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     list.clear();
     heat = HeatMap(search.channels, search.rates);
     view->map_set(heat);
-    notice->say(Notice::Kind::Hint, tr("Waiting for the link ...")); // another page may use it
     if (settings->for_cnet())
         run.cnet_start(connection.link(), search);
     else

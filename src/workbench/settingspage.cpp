@@ -205,13 +205,9 @@ void SettingsPage::command_mode_begin()
 
 void SettingsPage::start(const QVector<SettingTask>& tasks)
 {
-    LinkWorker& link = connection.link();
-    if (link.state() != LinkWorker::State::Open)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a module: connect first."));
-    if (link.busy())
-        return notice->say(Notice::Kind::Problem,
-                           tr("The link works for another page: wait for its end, or stop it."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     const auto stack = connection.description();
     if (stack && std::any_of(stack->framers.cbegin(), stack->framers.cend(), is_dorv))
         return notice->say(Notice::Kind::Problem,
@@ -221,7 +217,7 @@ void SettingsPage::start(const QVector<SettingTask>& tasks)
     bar->setRange(0, int(tasks.size()));
     bar->setValue(0);
     table.waiting_set(tasks);
-    run.start(link, tasks);
+    run.start(connection.link(), tasks);
     buttons_set();
     stop_button->setFocus();
 }

@@ -16,10 +16,6 @@
         <translation>%1 的修改尚未写入：请先写入或还原。</translation>
     </message>
     <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
-    </message>
-    <message>
         <source>Writing the configuration of %1 ...</source>
         <translation>正在写入 %1 的配置……</translation>
     </message>
@@ -288,6 +284,14 @@
         <source>Records all that passes the link into a capture (%1).</source>
         <translation>把经过链路的所有数据录制到抓包文件（%1）。</translation>
     </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>The link works for another page: wait for its end, or stop it.</source>
+        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
+    </message>
 </context>
 <context>
     <name>DeviceBox</name>
@@ -364,10 +368,6 @@
     <message>
         <source>A payload has at most %1 bytes, not %2.</source>
         <translation>负载最多 %1 字节，现在是 %2 字节。</translation>
-    </message>
-    <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
     </message>
     <message>
         <source>Waiting for the reply ...</source>
@@ -1154,14 +1154,6 @@
 <context>
     <name>SearchPage</name>
     <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
-    </message>
-    <message>
-        <source>Waiting for the link ...</source>
-        <translation>正在等待链路……</translation>
-    </message>
-    <message>
         <source>Stopping after the exchange under way ...</source>
         <translation>当前收发完成后停止……</translation>
     </message>
@@ -1392,14 +1384,6 @@
     <message>
         <source>Nothing is written, as a value has a mistake. %1: %2.</source>
         <translation>有一个值不正确，未写入任何参数。%1：%2。</translation>
-    </message>
-    <message>
-        <source>There is no link to a module: connect first.</source>
-        <translation>没有到模块的链路：请先连接。</translation>
-    </message>
-    <message>
-        <source>The link works for another page: wait for its end, or stop it.</source>
-        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
     </message>
     <message>
         <source>Settings are no payload: disconnect, and choose a frame without dorv.</source>

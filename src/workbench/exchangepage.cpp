@@ -39,6 +39,10 @@ ExchangePage::ExchangePage(ConnectionBar& connection, QWidget* parent)
     connect(&run, &ExchangeRun::ended, this, &ExchangePage::run_end);
     connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &ExchangePage::record_show);
+    connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
+        if (this->connection.link().state() == LinkWorker::State::Closing)
+            abort();
+    });
     connect(view, &QTableView::activated, this, &ExchangePage::use_again);
     retranslate();
 }

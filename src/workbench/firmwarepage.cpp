@@ -54,6 +54,8 @@ void FirmwarePage::connect_list()
         buttons_set();
     });
     connect(&connection, &ConnectionBar::description_changed, this, [this] {
+        if (connection.link().state() == LinkWorker::State::Closing)
+            list.module(0).abort();
         if (const auto stack = connection.description())
             list.module(0).description_set(*stack);
     });

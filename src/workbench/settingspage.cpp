@@ -127,6 +127,8 @@ void SettingsPage::connect_all()
         if (connection.link().state() == LinkWorker::State::Opening)
             table.module_forget();
     });
+        if (connection.link().state() == LinkWorker::State::Closing && busy())
+            stop();
 }
 
 // Of the row that the keys are at.

@@ -149,6 +149,11 @@ bool SearchPage::busy() const
 }
 
 void SearchPage::abort()
+bool SearchPage::unwritten() const
+{
+    return block->unwritten();
+}
+
 {
     if (!busy())
         return;

@@ -28,6 +28,8 @@ public:
 
     // Something would be lost by closing now.
     bool busy() const;
+    // Words have been changed that the device doesn't hold.
+    bool unwritten() const;
     // What is under way ends after its exchange.
     void abort();
     const HeatMap& map() const { return heat; }

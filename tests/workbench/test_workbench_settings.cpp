@@ -142,6 +142,8 @@ TEST_F(WorkbenchSettings, SaysWhatIsWrongInOneSentenceAndKeepsWhatIsTyped)
     EXPECT_EQ(cell("pwr", SettingsTable::VALUE), "12");
     EXPECT_EQ(cell("pwr", SettingsTable::HELD), "10");
     EXPECT_EQ(questions, 1);
+    window->close(); // asks before it drops what is typed
+    EXPECT_TRUE(window->isVisible());
 }
 
 TEST_F(WorkbenchSettings, SurvivesALinkThatClosesInTheMiddle)

@@ -2024,5 +2024,13 @@ The module stays in its boot code; another run completes what this one began.</s
         <source>Mod&amp;ule settings</source>
         <translation>模块参数(&amp;U)</translation>
     </message>
+    <message>
+        <source>Values not written</source>
+        <translation>参数未写入</translation>
+    </message>
+    <message>
+        <source>Values have been typed that aren&apos;t written to a device. Close and lose them?</source>
+        <translation>有已输入的值尚未写入设备。要关闭并丢弃它们吗？</translation>
+    </message>
 </context>
 </TS>

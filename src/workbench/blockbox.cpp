@@ -4,6 +4,7 @@
 #include "workbench/cnetwords.h"
 #include "workbench/connectionbar.h"
 #include "workbench/icons.h"
+#include "workbench/rowview.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -23,7 +24,7 @@ BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)
     : QGroupBox(parent)
     , connection(connection)
 {
-    table = new QTableView;
+    table = new RowView(0);
     table->setObjectName("block");
     table->setModel(&model);
     table->setTabKeyNavigation(false); // Tab leaves the table

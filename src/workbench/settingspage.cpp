@@ -3,6 +3,7 @@
 #include "workbench/connectionbar.h"
 #include "workbench/icons.h"
 #include "workbench/notice.h"
+#include "workbench/rowview.h"
 #include "workbench/settingsverdict.h"
 
 #include <QFileDialog>
@@ -46,7 +47,7 @@ SettingsPage::SettingsPage(ConnectionBar& connection, QWidget* parent)
 
 QWidget* SettingsPage::table_create()
 {
-    view = new QTableView;
+    view = new RowView(SettingsTable::VALUE);
     view->setObjectName("settings_table");
     view->setModel(&table);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -41,7 +41,7 @@ protected:
         auto* const table = find<QTableView>("settings_table");
         for (int row = 0; row < table->model()->rowCount(); ++row) {
             if (table->model()->index(row, SettingsTable::NAME).data() == name)
-                table->setCurrentIndex(table->model()->index(row, SettingsTable::VALUE));
+                table->setCurrentIndex(table->model()->index(row, SettingsTable::NAME));
         }
         return table;
     }

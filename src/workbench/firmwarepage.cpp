@@ -217,6 +217,8 @@ void FirmwarePage::stop()
 }
 
 // On the same frame as the connection above, as a production line has modules of one kind.
+    if (stop_button->hasFocus())
+        table->setFocus();
 void FirmwarePage::module_ask()
 {
     const auto choice = connection.link_ask();
@@ -305,6 +307,8 @@ void FirmwarePage::buttons_set()
         ended = ended || list.module(other).stage() == UpgradeModule::Stage::Ended;
     save_button->setEnabled(ended);
 }
+    if (!running && stop_button->hasFocus())
+        start_button->setFocus(); // a disabled button gives the keys to the log
 
 int FirmwarePage::current_row() const
 {

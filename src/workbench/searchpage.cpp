@@ -8,6 +8,7 @@
 #include "workbench/searchbox.h"
 
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -160,6 +161,7 @@ bool SearchPage::unwritten() const
     run.abort();
     block->abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    keys_keep();
     stop_button->setEnabled(false);
 }
 
@@ -220,11 +222,19 @@ void SearchPage::run_end(const SearchReport& report)
                 : stopped ? Notice::Kind::Hint
                           : Notice::Kind::Problem,
                 CnetWords::search_end(report, heat.count_of(HeatState::Searched), list.count()));
+    keys_keep();
     page_set();
-    if (good && table->currentIndex().row() < 0)
+    if (good && !table->selectionModel()->hasSelection())
         table->selectRow(0);
     if (!busy())
         emit idle();
+}
+
+// A disabled button would give them to the log.
+void SearchPage::keys_keep()
+{
+    if (stop_button->hasFocus())
+        table->setFocus();
 }
 
 void SearchPage::page_set()

@@ -57,6 +57,7 @@ private:
     void device_add(const FoundDevice& device);
     void device_choose(const QModelIndex& index);
     void run_end(const SearchReport& report);
+    void keys_keep();
     void page_set();
     void retranslate();
 

@@ -229,17 +229,19 @@ void SettingsPage::stop()
 {
     run.abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    if (stop_button->hasFocus())
+        view->setFocus();
     stop_button->setEnabled(false);
 }
 
 void SettingsPage::run_end(const SettingsReport& report)
 {
+    if (stop_button->hasFocus())
+        view->setFocus(); // a disabled button gives the keys to the log
     table.waiting_set({});
     const SettingsVerdict verdict = settings_verdict(report);
     notice->say(verdict.good ? Notice::Kind::Good : Notice::Kind::Problem, verdict.text);
     buttons_set();
-    if (stop_button->hasFocus() || !window()->focusWidget())
-        view->setFocus();
     emit idle();
 }
 

@@ -226,6 +226,7 @@ TEST_F(Workbench, WorksByKeysAlone)
     EXPECT_TRUE(first().good()) << qPrintable(notice());
     // A screen reader has a name for each.
     for (QWidget* const widget : reached)
+    EXPECT_EQ(QApplication::focusWidget(), find<QWidget>("start"));
         EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), "")
             << widget->metaObject()->className() << qPrintable(widget->objectName());
 }

@@ -187,6 +187,7 @@ TEST_F(WorkbenchSettings, WorksByKeysAloneAndCopiesTheLinkForAShell)
     EXPECT_TRUE(wait_until([&] { return said() == "The module takes commands."; }));
     press(Qt::Key_A);
     EXPECT_TRUE(wait_until([&] { return said() == "Settings read: 10 of 10."; }));
+    EXPECT_EQ(QApplication::focusWidget(), find<QWidget>("settings_table"));
     std::set<QWidget*> reached;
     for (int step = 0; step < 60; ++step) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);

@@ -79,6 +79,7 @@ QWidget* FirmwarePage::file_row_create()
     file_edit->setClearButtonEnabled(true);
     file_label->setBuddy(file_edit);
     connect(file_edit, &QLineEdit::textChanged, this, &FirmwarePage::file_check);
+    file_edit->setAcceptDrops(false); // a file is the page's; here its address would become text
     file_button = button_create("firmware_choose", &FirmwarePage::file_choose);
     file_size = new QLabel;
     file_size->setObjectName("firmware_size");

@@ -272,9 +272,10 @@ TEST_F(Workbench, EditsFramersAsBoxesAndTakesADroppedFile)
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(sandbox.path("M1_2.bin"))});
     QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&window->firmware(), &enter);
+    QApplication::sendEvent(find<QLineEdit>("firmware_file"), &enter);
+    data.setText(data.urls()[0].toString()); // as file managers do
     QDropEvent drop(QPointF(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&window->firmware(), &drop);
+    QApplication::sendEvent(find<QLineEdit>("firmware_file"), &drop);
     EXPECT_EQ(text<QLabel>("firmware_size"), "60000 bytes");
     // Qt fades the field's button in, by an object that lives as long as that takes.
     const auto* const clear = find<QLineEdit>("firmware_file")->findChild<QToolButton*>();

@@ -47,8 +47,10 @@ void FirmwarePage::connect_list()
             module_show();
     });
     connect(&list, &ModuleList::module_ended, this, &FirmwarePage::module_end);
-    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &FirmwarePage::module_show);
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        module_show();
+        result_show();
+    });
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
         list.retranslate();
         buttons_set();
@@ -270,12 +272,19 @@ void FirmwarePage::module_show()
     buttons_set();
 }
 
-void FirmwarePage::module_end(int row)
+// The whole sentence, of which the table shows the beginning.
+void FirmwarePage::result_show()
 {
-    const UpgradeModule& module = list.module(row);
-    if (list.count() == 1) {
+    const UpgradeModule& module = list.module(current_row());
+    if (!busy() && module.stage() == UpgradeModule::Stage::Ended)
         notice->say(module.good() ? Notice::Kind::Good : Notice::Kind::Problem, module.end_text());
     } else if (list.running() == 0) {
+}
+
+void FirmwarePage::module_end()
+{
+    if (list.count() == 1) {
+        result_show();
         int good = 0;
         int ended = 0;
         for (int other = 0; other < list.count(); ++other) {

@@ -108,6 +108,8 @@ TEST_F(Workbench, UpgradesSeveralModulesAtOnceAndSavesTheirResults)
     ASSERT_TRUE(run_end());
     EXPECT_TRUE(notice().startsWith("2 of 3 modules hold the file")) << qPrintable(notice());
     EXPECT_EQ(file_content(sandbox.path("rom2")), mixed_bytes(60000));
+    find<QTableView>("modules")->selectRow(1);
+    EXPECT_TRUE(notice().startsWith("M1_2.bin: the module holds")) << qPrintable(notice());
     chosen = sandbox.path("results.csv");
     click("results_save");
     const QList<QByteArray> lines = file_content(chosen).split('\n');

@@ -173,12 +173,12 @@ void ExchangePage::send()
     const auto payload = payload_typed();
     if (!payload)
         return;
-    const auto stack = connection.description(); // can't change while the link is open
-    if (!stack)
-        return;
     const QString hindrance = connection.hindrance();
     if (!hindrance.isEmpty())
         return notice->say(Notice::Kind::Problem, hindrance);
+    const auto stack = connection.description(); // can't change while the link is open
+    if (!stack)
+        return;
     run.start(connection.link(), {*stack, *payload, most_box->value()});
     notice->say(Notice::Kind::Hint, tr("Waiting for the reply ..."));
     record_show();

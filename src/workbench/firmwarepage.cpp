@@ -54,10 +54,10 @@ void FirmwarePage::connect_list()
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
         list.retranslate();
         buttons_set();
-    });
-    connect(&connection, &ConnectionBar::description_changed, this, [this] {
         if (connection.link().state() == LinkWorker::State::Closing)
             list.module(0).abort();
+    });
+    connect(&connection, &ConnectionBar::description_changed, this, [this] {
         if (const auto stack = connection.description())
             list.module(0).description_set(*stack);
     });
@@ -79,9 +79,9 @@ QWidget* FirmwarePage::file_row_create()
     file_edit = new QLineEdit;
     file_edit->setObjectName("firmware_file");
     file_edit->setClearButtonEnabled(true);
+    file_edit->setAcceptDrops(false); // a file is the page's; here its address would become text
     file_label->setBuddy(file_edit);
     connect(file_edit, &QLineEdit::textChanged, this, &FirmwarePage::file_check);
-    file_edit->setAcceptDrops(false); // a file is the page's; here its address would become text
     file_button = button_create("firmware_choose", &FirmwarePage::file_choose);
     file_size = new QLabel;
     file_size->setObjectName("firmware_size");
@@ -109,6 +109,7 @@ QWidget* FirmwarePage::modules_create()
     table->setColumnWidth(ModuleList::LINK, 170);
     table->setColumnWidth(ModuleList::DEVICE, 190);
     table->setWordWrap(false);
+    table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents); // the rest is the map's
     table->setMinimumHeight(4 * table->fontMetrics().height());
     table->setMaximumHeight(12 * table->fontMetrics().height());
     table->selectRow(0);
@@ -202,26 +203,26 @@ void FirmwarePage::start()
     file = FirmwareFile(file_edit->text()); // it may have changed since it was chosen
     if (!file.usable())
         return notice->say(Notice::Kind::Problem, file.problem());
+    if (list.module(0).ready() && connection.link().busy())
+        return notice->say(Notice::Kind::Problem, connection.hindrance());
     if (list.start(file, settings->settings()) == 0)
         return notice->say(Notice::Kind::Problem,
                            tr("There is no link to a module: connect first, or add a link."));
     notice->clear();
     buttons_set();
     stop_button->setFocus();
-    if (list.module(0).ready() && connection.link().busy())
-        return notice->say(Notice::Kind::Problem, connection.hindrance());
 }
 
 void FirmwarePage::stop()
 {
     list.abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    if (stop_button->hasFocus())
+        table->setFocus();
     stop_button->setEnabled(false);
 }
 
 // On the same frame as the connection above, as a production line has modules of one kind.
-    if (stop_button->hasFocus())
-        table->setFocus();
 void FirmwarePage::module_ask()
 {
     const auto choice = connection.link_ask();
@@ -278,13 +279,13 @@ void FirmwarePage::result_show()
     const UpgradeModule& module = list.module(current_row());
     if (!busy() && module.stage() == UpgradeModule::Stage::Ended)
         notice->say(module.good() ? Notice::Kind::Good : Notice::Kind::Problem, module.end_text());
-    } else if (list.running() == 0) {
 }
 
 void FirmwarePage::module_end()
 {
     if (list.count() == 1) {
         result_show();
+    } else if (list.running() == 0) {
         int good = 0;
         int ended = 0;
         for (int other = 0; other < list.count(); ++other) {
@@ -306,6 +307,8 @@ void FirmwarePage::buttons_set()
     const bool running = busy();
     const int row = current_row();
     start_button->setEnabled(!running);
+    if (!running && stop_button->hasFocus())
+        start_button->setFocus(); // a disabled button gives the keys to the log
     stop_button->setEnabled(running);
     settings->setEnabled(!running);
     file_edit->setEnabled(!running);
@@ -317,8 +320,6 @@ void FirmwarePage::buttons_set()
         ended = ended || list.module(other).stage() == UpgradeModule::Stage::Ended;
     save_button->setEnabled(ended);
 }
-    if (!running && stop_button->hasFocus())
-        start_button->setFocus(); // a disabled button gives the keys to the log
 
 int FirmwarePage::current_row() const
 {

@@ -149,12 +149,12 @@ bool SearchPage::busy() const
     return run.running() || block->running();
 }
 
-void SearchPage::abort()
 bool SearchPage::unwritten() const
 {
     return block->unwritten();
 }
 
+void SearchPage::abort()
 {
     if (!busy())
         return;

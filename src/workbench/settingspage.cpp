@@ -56,11 +56,11 @@ QWidget* SettingsPage::table_create()
     view->setTabKeyNavigation(false); // Tab leaves the table
     view->setWordWrap(false);
     view->setAlternatingRowColors(true);
-    view->horizontalHeader()->setStretchLastSection(true);
+    view->horizontalHeader()->setSectionResizeMode(SettingsTable::TAKES, QHeaderView::Stretch);
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     const int letter = view->fontMetrics().averageCharWidth();
-    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 26, 32, 6};
+    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 26, 0, 6};
     for (int column = 0; column < SettingsTable::COLUMNS; ++column)
         view->setColumnWidth(column, letter * LETTERS[column]);
     hint = new QLabel;
@@ -127,9 +127,9 @@ void SettingsPage::connect_all()
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
         if (connection.link().state() == LinkWorker::State::Opening)
             table.module_forget();
-    });
         if (connection.link().state() == LinkWorker::State::Closing && busy())
             stop();
+    });
 }
 
 // Of the row that the keys are at.

@@ -9,6 +9,7 @@
 #include "workbench/notice.h"
 #include "workbench/settingkeys.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFileDialog>

@@ -7,6 +7,7 @@
 #include "workbench/notice.h"
 #include "workbench/settingkeys.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFontDatabase>

@@ -1600,11 +1600,11 @@
     </message>
     <message>
         <source>%1: %2 is one of %3</source>
-        <translation>%1：%2应为 %3 之一</translation>
+        <translation>%1：%2 应为 %3 之一</translation>
     </message>
     <message>
         <source>%1 is a number from %2 to %3</source>
-        <translation>%1应为 %2 到 %3 的数</translation>
+        <translation>%1 应为 %2 到 %3 的数</translation>
     </message>
     <message>
         <source>a count of data bits</source>

@@ -219,13 +219,13 @@ void BlockBox::changeEvent(QEvent* event)
 
 void BlockBox::retranslate()
 {
-    // The blank is for the style, which makes less room for a title than it takes.
+    // The blanks are for the style, which makes less room for a title than it takes.
     setTitle(model.is_empty() ? tr("Configuration")
                               : tr("Configuration of %1 on channel %2, %3")
                                         .arg(shown(held.address))
                                         .arg(held.channel)
                                         .arg(baud_text(held.rate)) +
-                                    QChar(QChar::Nbsp));
+                                    QString(2, QChar::Nbsp));
     address_label->setText(tr("Address:"));
     address_edit->setToolTip(tr("4 hexadecimal digits, or 16 for devices with long addresses. A "
                                 "device chosen fills in the first bytes of its answer."));

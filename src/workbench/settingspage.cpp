@@ -60,7 +60,7 @@ QWidget* SettingsPage::table_create()
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     const int letter = view->fontMetrics().averageCharWidth();
-    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 26, 0, 6};
+    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 36, 0, 6};
     for (int column = 0; column < SettingsTable::COLUMNS; ++column)
         view->setColumnWidth(column, letter * LETTERS[column]);
     hint = new QLabel;

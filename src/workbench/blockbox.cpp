@@ -17,7 +17,7 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int LEAST_ROWS = 8; // of the 13 words with their heading; a small screen has no more
+constexpr int LEAST_ROWS = 5; // of the 13 words with their heading; a small screen has no more
 } // namespace
 
 BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)

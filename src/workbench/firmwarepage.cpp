@@ -380,4 +380,6 @@ void FirmwarePage::retranslate()
     list.retranslate();
     file_check();
     module_show();
+    if (file.usable())
+        result_show();
 }

@@ -1931,6 +1931,10 @@
         <source>%1 %2</source>
         <translation>%1%2</translation>
     </message>
+    <message>
+        <source>The link has gone: if the module doesn&apos;t restart, switch it off and on.</source>
+        <translation>链路已断开：如果模块没有重启，请将其断电再上电。</translation>
+    </message>
 </context>
 <context>
     <name>WorkbenchWindow</name>

@@ -36,7 +36,7 @@ private:
 
 QIcon theme_icon(const char* name, QStyle::StandardPixmap fallback)
 {
-    const QIcon themed = QIcon::fromTheme(QLatin1String(name));
+    QIcon themed = QIcon::fromTheme(QLatin1String(name));
     if (!themed.isNull())
         return themed;
     const QIcon icon = QApplication::style()->standardIcon(fallback);

@@ -4,6 +4,7 @@
 #include "workbench/cnetwords.h"
 #include "workbench/connectionbar.h"
 #include "workbench/icons.h"
+#include "workbench/rowview.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -16,14 +17,14 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int LEAST_ROWS = 8; // of the 13 words with their heading; a small screen has no more
+constexpr int LEAST_ROWS = 5; // of the 13 words with their heading; a small screen has no more
 } // namespace
 
 BlockBox::BlockBox(ConnectionBar& connection, QWidget* parent)
     : QGroupBox(parent)
     , connection(connection)
 {
-    table = new QTableView;
+    table = new RowView(0);
     table->setObjectName("block");
     table->setModel(&model);
     table->setTabKeyNavigation(false); // Tab leaves the table
@@ -155,8 +156,9 @@ void BlockBox::start(const CnetPlace& place, const QByteArray& block)
 {
     if (run.running() || link_taken)
         return;
-    if (connection.link().state() != LinkWorker::State::Open)
-        return emit said(Notice::Kind::Problem, tr("There is no link to a device: connect first."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return emit said(Notice::Kind::Problem, hindrance);
     asked = place;
     writing = !block.isEmpty();
     run.start(connection.link(), place, block);
@@ -217,11 +219,13 @@ void BlockBox::changeEvent(QEvent* event)
 
 void BlockBox::retranslate()
 {
+    // The blanks are for the style, which makes less room for a title than it takes.
     setTitle(model.is_empty() ? tr("Configuration")
                               : tr("Configuration of %1 on channel %2, %3")
-                                    .arg(shown(held.address))
-                                    .arg(held.channel)
-                                    .arg(baud_text(held.rate)));
+                                        .arg(shown(held.address))
+                                        .arg(held.channel)
+                                        .arg(baud_text(held.rate)) +
+                                    QString(2, QChar::Nbsp));
     address_label->setText(tr("Address:"));
     address_edit->setToolTip(tr("4 hexadecimal digits, or 16 for devices with long addresses. A "
                                 "device chosen fills in the first bytes of its answer."));

@@ -23,6 +23,7 @@ public:
     explicit BlockBox(ConnectionBar& connection, QWidget* parent = nullptr);
 
     bool running() const { return run.running(); }
+    bool unwritten() const { return model.changed_words() > 0; }
     void abort() { run.abort(); }
     // The device to be read next.
     void place_set(const CnetPlace& place);

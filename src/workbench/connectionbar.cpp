@@ -5,11 +5,11 @@
 #include "workbench/frameboxes.h"
 #include "workbench/framerdialog.h"
 #include "workbench/icons.h"
-#include "workbench/linkchoice.h"
 #include "workbench/linkwords.h"
 #include "workbench/notice.h"
 #include "workbench/settingkeys.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFileDialog>
@@ -146,9 +146,13 @@ std::optional<StackDescription> ConnectionBar::description()
     }
 }
 
-int ConnectionBar::timeout_ms() const
+QString ConnectionBar::hindrance() const
 {
-    return timeout_box->value();
+    if (worker.state() != LinkWorker::State::Open)
+        return tr("There is no link to a device: connect first.");
+    if (worker.busy())
+        return tr("The link works for another page: wait for its end, or stop it.");
+    return {};
 }
 
 void ConnectionBar::texts_check()
@@ -203,7 +207,7 @@ void ConnectionBar::record_show()
            : tr("Records all that passes the link into a capture (%1).").arg(key));
 }
 
-std::optional<LinkDescription> ConnectionBar::link_ask()
+std::optional<LinkChoice> ConnectionBar::link_ask()
 {
     QLinkCfgDlg dialog(window(), ini_path);
     if (dialog.exec() != QDialog::Accepted)
@@ -213,14 +217,15 @@ std::optional<LinkDescription> ConnectionBar::link_ask()
         notice->say(Notice::Kind::Problem, choice.problem);
         return std::nullopt;
     }
-    timeout_box->setValue(choice.timeout_ms);
-    return choice.link;
+    return choice;
 }
 
 void ConnectionBar::link_choose()
 {
-    if (const auto link = link_ask())
-        link_text_edit->setText(link_text(*link));
+    if (const auto choice = link_ask()) {
+        timeout_box->setValue(choice->timeout_ms);
+        link_text_edit->setText(link_text(choice->link));
+    }
 }
 
 void ConnectionBar::frame_edit()

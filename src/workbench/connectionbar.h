@@ -1,6 +1,7 @@
 // The connection that the pages work on: its link, its frame, and whether it is open.
 #pragma once
 
+#include "workbench/linkchoice.h"
 #include "workbench/linkrecorder.h"
 #include "workbench/linkworker.h"
 
@@ -27,8 +28,9 @@ public:
     // What the texts mean; nothing, and a sentence in the bar, when they have a mistake.
     std::optional<StackDescription> description();
     // Asks by the link dialog; nothing when it is cancelled, or after a sentence in the bar.
-    std::optional<LinkDescription> link_ask();
-    int timeout_ms() const;
+    std::optional<LinkChoice> link_ask();
+    // Why no work can begin on the link now, in a sentence; empty when it can.
+    QString hindrance() const;
 
     void load(const QSettings& ini);
     void store(QSettings& ini) const;

@@ -7,6 +7,7 @@
 #include "workbench/notice.h"
 #include "workbench/settingkeys.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFontDatabase>
@@ -39,6 +40,10 @@ ExchangePage::ExchangePage(ConnectionBar& connection, QWidget* parent)
     connect(&run, &ExchangeRun::ended, this, &ExchangePage::run_end);
     connect(view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &ExchangePage::record_show);
+    connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
+        if (this->connection.link().state() == LinkWorker::State::Closing)
+            abort();
+    });
     connect(view, &QTableView::activated, this, &ExchangePage::use_again);
     retranslate();
 }
@@ -169,10 +174,12 @@ void ExchangePage::send()
     const auto payload = payload_typed();
     if (!payload)
         return;
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     const auto stack = connection.description(); // can't change while the link is open
-    if (connection.link().state() != LinkWorker::State::Open || !stack)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a device: connect first."));
+    if (!stack)
+        return;
     run.start(connection.link(), {*stack, *payload, most_box->value()});
     notice->say(Notice::Kind::Hint, tr("Waiting for the reply ..."));
     record_show();

@@ -47,11 +47,15 @@ void FirmwarePage::connect_list()
             module_show();
     });
     connect(&list, &ModuleList::module_ended, this, &FirmwarePage::module_end);
-    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &FirmwarePage::module_show);
+    connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        module_show();
+        result_show();
+    });
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
         list.retranslate();
         buttons_set();
+        if (connection.link().state() == LinkWorker::State::Closing)
+            list.module(0).abort();
     });
     connect(&connection, &ConnectionBar::description_changed, this, [this] {
         if (const auto stack = connection.description())
@@ -75,6 +79,7 @@ QWidget* FirmwarePage::file_row_create()
     file_edit = new QLineEdit;
     file_edit->setObjectName("firmware_file");
     file_edit->setClearButtonEnabled(true);
+    file_edit->setAcceptDrops(false); // a file is the page's; here its address would become text
     file_label->setBuddy(file_edit);
     connect(file_edit, &QLineEdit::textChanged, this, &FirmwarePage::file_check);
     file_button = button_create("firmware_choose", &FirmwarePage::file_choose);
@@ -104,6 +109,7 @@ QWidget* FirmwarePage::modules_create()
     table->setColumnWidth(ModuleList::LINK, 170);
     table->setColumnWidth(ModuleList::DEVICE, 190);
     table->setWordWrap(false);
+    table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents); // the rest is the map's
     table->setMinimumHeight(4 * table->fontMetrics().height());
     table->setMaximumHeight(12 * table->fontMetrics().height());
     table->selectRow(0);
@@ -197,6 +203,8 @@ void FirmwarePage::start()
     file = FirmwareFile(file_edit->text()); // it may have changed since it was chosen
     if (!file.usable())
         return notice->say(Notice::Kind::Problem, file.problem());
+    if (list.module(0).ready() && connection.link().busy())
+        return notice->say(Notice::Kind::Problem, connection.hindrance());
     if (list.start(file, settings->settings()) == 0)
         return notice->say(Notice::Kind::Problem,
                            tr("There is no link to a module: connect first, or add a link."));
@@ -209,18 +217,20 @@ void FirmwarePage::stop()
 {
     list.abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    if (stop_button->hasFocus())
+        table->setFocus();
     stop_button->setEnabled(false);
 }
 
 // On the same frame as the connection above, as a production line has modules of one kind.
 void FirmwarePage::module_ask()
 {
-    const auto link = connection.link_ask();
-    if (!link)
+    const auto choice = connection.link_ask();
+    if (!choice)
         return;
     StackDescription stack = list.module(0).description();
-    stack.link = *link;
-    stack.timeout_ms = connection.timeout_ms();
+    stack.link = choice->link;
+    stack.timeout_ms = choice->timeout_ms;
     module_add(stack);
 }
 
@@ -263,11 +273,18 @@ void FirmwarePage::module_show()
     buttons_set();
 }
 
-void FirmwarePage::module_end(int row)
+// The whole sentence, of which the table shows the beginning.
+void FirmwarePage::result_show()
 {
-    const UpgradeModule& module = list.module(row);
-    if (list.count() == 1) {
+    const UpgradeModule& module = list.module(current_row());
+    if (!busy() && module.stage() == UpgradeModule::Stage::Ended)
         notice->say(module.good() ? Notice::Kind::Good : Notice::Kind::Problem, module.end_text());
+}
+
+void FirmwarePage::module_end()
+{
+    if (list.count() == 1) {
+        result_show();
     } else if (list.running() == 0) {
         int good = 0;
         int ended = 0;
@@ -290,6 +307,8 @@ void FirmwarePage::buttons_set()
     const bool running = busy();
     const int row = current_row();
     start_button->setEnabled(!running);
+    if (!running && stop_button->hasFocus())
+        start_button->setFocus(); // a disabled button gives the keys to the log
     stop_button->setEnabled(running);
     settings->setEnabled(!running);
     file_edit->setEnabled(!running);
@@ -361,4 +380,6 @@ void FirmwarePage::retranslate()
     list.retranslate();
     file_check();
     module_show();
+    if (file.usable())
+        result_show();
 }

@@ -62,7 +62,8 @@ private:
     void module_remove();
     void results_save();
     void module_show();
-    void module_end(int row);
+    void result_show();
+    void module_end();
     void buttons_set();
     void retranslate();
     int current_row() const;

@@ -12,9 +12,11 @@ void LinkTask::start(LinkWorker& link, const LinkWorker::Job& work, const Step& 
     under_way = true;
     abort_asked = false;
     ++started;
-    link.run([this, work, ended, left = left](Stack* stack) {
+    const auto job = [this, work](Stack* stack) {
         work(stack);
         abort_step_set({});
+    };
+    link.run(job, [this, ended, left = left] {
         home.post([this, ended] {
             under_way = false;
             ended();

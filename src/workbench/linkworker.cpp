@@ -116,12 +116,13 @@ void LinkWorker::close()
     });
 }
 
-void LinkWorker::run(const Job& job)
+void LinkWorker::run(const Job& job, const std::function<void()>& after)
 {
     ++jobs;
-    inside->post([this, inside = inside, job] {
+    inside->post([this, inside = inside, job, after] {
         job(inside->stack.get());
-        home.post([this] { --jobs; });
+        --jobs;
+        after();
     });
 }
 

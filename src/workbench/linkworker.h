@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QThread>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -37,8 +38,9 @@ public:
     void open(const StackDescription& description);
     // After the jobs under way. A link that is being opened is closed then.
     void close();
-    // On the link's thread, in any case but that of an early end of the worker.
-    void run(const Job& job);
+    // On the link's thread, in any case but that of an early end of the worker; `after` follows
+    // there, once the job no longer counts.
+    void run(const Job& job, const std::function<void()>& after);
     // A job is under way, or waits.
     bool busy() const { return jobs > 0; }
 
@@ -54,6 +56,6 @@ private:
     QThread thread;
     LinkInside* inside; // lives on the thread
     State now = State::Closed;
-    int jobs = 0;
+    std::atomic<int> jobs{0};
     std::optional<LinkProblem> last_problem;
 };

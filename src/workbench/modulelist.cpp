@@ -68,10 +68,8 @@ int ModuleList::start(const FirmwareFile& file, const UpgradeSettings& settings)
 
 void ModuleList::abort()
 {
-    for (const auto& module : modules) {
-        if (module->running())
-            module->abort();
-    }
+    for (const auto& module : modules)
+        module->abort();
 }
 
 int ModuleList::running() const

@@ -8,6 +8,7 @@
 #include "workbench/searchbox.h"
 
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -148,6 +149,11 @@ bool SearchPage::busy() const
     return run.running() || block->running();
 }
 
+bool SearchPage::unwritten() const
+{
+    return block->unwritten();
+}
+
 void SearchPage::abort()
 {
     if (!busy())
@@ -155,6 +161,7 @@ void SearchPage::abort()
     run.abort();
     block->abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    keys_keep();
     stop_button->setEnabled(false);
 }
 
@@ -168,13 +175,12 @@ void SearchPage::start()
             return notice->say(Notice::Kind::Problem, problem);
         search = *typed;
     }
-    if (connection.link().state() != LinkWorker::State::Open)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a device: connect first."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     list.clear();
     heat = HeatMap(search.channels, search.rates);
     view->map_set(heat);
-    notice->say(Notice::Kind::Hint, tr("Waiting for the link ...")); // another page may use it
     if (settings->for_cnet())
         run.cnet_start(connection.link(), search);
     else
@@ -216,11 +222,19 @@ void SearchPage::run_end(const SearchReport& report)
                 : stopped ? Notice::Kind::Hint
                           : Notice::Kind::Problem,
                 CnetWords::search_end(report, heat.count_of(HeatState::Searched), list.count()));
+    keys_keep();
     page_set();
-    if (good && table->currentIndex().row() < 0)
+    if (good && !table->selectionModel()->hasSelection())
         table->selectRow(0);
     if (!busy())
         emit idle();
+}
+
+// A disabled button would give them to the log.
+void SearchPage::keys_keep()
+{
+    if (stop_button->hasFocus())
+        table->setFocus();
 }
 
 void SearchPage::page_set()

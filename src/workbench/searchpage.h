@@ -28,6 +28,8 @@ public:
 
     // Something would be lost by closing now.
     bool busy() const;
+    // Words have been changed that the device doesn't hold.
+    bool unwritten() const;
     // What is under way ends after its exchange.
     void abort();
     const HeatMap& map() const { return heat; }
@@ -55,6 +57,7 @@ private:
     void device_add(const FoundDevice& device);
     void device_choose(const QModelIndex& index);
     void run_end(const SearchReport& report);
+    void keys_keep();
     void page_set();
     void retranslate();
 

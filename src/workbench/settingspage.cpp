@@ -3,6 +3,7 @@
 #include "workbench/connectionbar.h"
 #include "workbench/icons.h"
 #include "workbench/notice.h"
+#include "workbench/rowview.h"
 #include "workbench/settingsverdict.h"
 
 #include <QFileDialog>
@@ -46,7 +47,7 @@ SettingsPage::SettingsPage(ConnectionBar& connection, QWidget* parent)
 
 QWidget* SettingsPage::table_create()
 {
-    view = new QTableView;
+    view = new RowView(SettingsTable::VALUE);
     view->setObjectName("settings_table");
     view->setModel(&table);
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -55,11 +56,11 @@ QWidget* SettingsPage::table_create()
     view->setTabKeyNavigation(false); // Tab leaves the table
     view->setWordWrap(false);
     view->setAlternatingRowColors(true);
-    view->horizontalHeader()->setStretchLastSection(true);
+    view->horizontalHeader()->setSectionResizeMode(SettingsTable::TAKES, QHeaderView::Stretch);
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     const int letter = view->fontMetrics().averageCharWidth();
-    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 26, 32, 6};
+    constexpr int LETTERS[SettingsTable::COLUMNS] = {13, 25, 25, 36, 0, 6};
     for (int column = 0; column < SettingsTable::COLUMNS; ++column)
         view->setColumnWidth(column, letter * LETTERS[column]);
     hint = new QLabel;
@@ -126,6 +127,8 @@ void SettingsPage::connect_all()
     connect(&connection.link(), &LinkWorker::state_changed, this, [this] {
         if (connection.link().state() == LinkWorker::State::Opening)
             table.module_forget();
+        if (connection.link().state() == LinkWorker::State::Closing && busy())
+            stop();
     });
 }
 
@@ -205,13 +208,9 @@ void SettingsPage::command_mode_begin()
 
 void SettingsPage::start(const QVector<SettingTask>& tasks)
 {
-    LinkWorker& link = connection.link();
-    if (link.state() != LinkWorker::State::Open)
-        return notice->say(Notice::Kind::Problem,
-                           tr("There is no link to a module: connect first."));
-    if (link.busy())
-        return notice->say(Notice::Kind::Problem,
-                           tr("The link works for another page: wait for its end, or stop it."));
+    const QString hindrance = connection.hindrance();
+    if (!hindrance.isEmpty())
+        return notice->say(Notice::Kind::Problem, hindrance);
     const auto stack = connection.description();
     if (stack && std::any_of(stack->framers.cbegin(), stack->framers.cend(), is_dorv))
         return notice->say(Notice::Kind::Problem,
@@ -221,7 +220,7 @@ void SettingsPage::start(const QVector<SettingTask>& tasks)
     bar->setRange(0, int(tasks.size()));
     bar->setValue(0);
     table.waiting_set(tasks);
-    run.start(link, tasks);
+    run.start(connection.link(), tasks);
     buttons_set();
     stop_button->setFocus();
 }
@@ -230,17 +229,19 @@ void SettingsPage::stop()
 {
     run.abort();
     notice->say(Notice::Kind::Hint, tr("Stopping after the exchange under way ..."));
+    if (stop_button->hasFocus())
+        view->setFocus();
     stop_button->setEnabled(false);
 }
 
 void SettingsPage::run_end(const SettingsReport& report)
 {
+    if (stop_button->hasFocus())
+        view->setFocus(); // a disabled button gives the keys to the log
     table.waiting_set({});
     const SettingsVerdict verdict = settings_verdict(report);
     notice->say(verdict.good ? Notice::Kind::Good : Notice::Kind::Problem, verdict.text);
     buttons_set();
-    if (stop_button->hasFocus() || !window()->focusWidget())
-        view->setFocus();
     emit idle();
 }
 

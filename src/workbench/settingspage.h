@@ -24,6 +24,8 @@ public:
     const SettingsTable& settings() const { return table; }
     // Something would be lost by closing now.
     bool busy() const { return run.running(); }
+    // Values have been typed that no module holds.
+    bool unwritten() const { return !table.differing().isEmpty(); }
     void abort() { run.abort(); }
 
 signals:

@@ -81,7 +81,7 @@ void UpgradeModule::abort()
 {
     if (at == Stage::Opening)
         link.close();
-    else
+    else if (running())
         run.abort();
 }
 

@@ -54,7 +54,10 @@ UpgradeVerdict good_end(const UpgradeReport& report, const QString& file_name)
             UpgradeVerdict::tr("%1: the module holds all %2 bytes and says so, after %3 s.")
                 .arg(file_name, QString::number(report.file_size),
                      QString::number(double(report.elapsed_ms) / 1000, 'f', 1)),
-            UpgradeVerdict::tr("It has been restarted.")};
+            link_gone(report.link)
+                ? UpgradeVerdict::tr("The link has gone: if the module doesn't restart, switch it "
+                                     "off and on.")
+                : UpgradeVerdict::tr("It has been restarted.")};
 }
 
 UpgradeVerdict send_failed(const UpgradeReport& report, const UpgradeSettings& settings)

@@ -184,6 +184,17 @@ bool WorkbenchWindow::close_confirmed()
            QMessageBox::Yes;
 }
 
+bool WorkbenchWindow::loss_confirmed()
+{
+    if (!settings_page->unwritten() && !search_page->unwritten())
+        return true;
+    return QMessageBox::question(this, tr("Values not written"),
+                                 tr("Values have been typed that aren't written to a device. Close "
+                                    "and lose them?"),
+                                 QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No) == QMessageBox::Yes;
+}
+
 void WorkbenchWindow::closeEvent(QCloseEvent* event)
 {
     if (busy()) {
@@ -196,6 +207,10 @@ void WorkbenchWindow::closeEvent(QCloseEvent* event)
         if (!closing)
             return;
     }
+    closing = false; // an end that comes during the question closes nothing
+    closing = loss_confirmed();
+    if (!closing)
+        return event->ignore();
     store();
     event->accept();
 }

@@ -46,6 +46,7 @@ private:
     bool busy() const;
     void abort();
     bool close_confirmed();
+    bool loss_confirmed();
     void load();
     void store() const;
     void retranslate();

@@ -130,6 +130,15 @@ TEST_F(WorkbenchExchanges, SurvivesALinkThatGoesInTheMiddle)
     type("payload", "01 02");
     click("send");
     ASSERT_TRUE(window->exchanges().busy());
+    type("firmware_file", sandbox.path("M1_2.bin"));
+    const char* const others[][2] = {{"start", "firmware_notice"},
+                                     {"settings_read_all", "settings_notice"},
+                                     {"search_start", "search_notice"}};
+    for (int page = 0; page < 3; ++page) {
+        find<QTabWidget>("pages")->setCurrentIndex(page);
+        click(others[page][0]);
+        EXPECT_TRUE(notice(others[page][1]).startsWith("The link works for another page"));
+    }
     yes = false;
     window->close();
     EXPECT_TRUE(window->isVisible() && window->exchanges().busy());

@@ -259,6 +259,7 @@ TEST_F(WorkbenchSearch, SaysBadInputInOneSentenceAndKeepsIt)
 TEST_F(WorkbenchSearch, WorksByKeysAndNamesItsParts)
 {
     configure("search/channels", "9");
+    configure("search/rates", 2); // the second alone
     device_start("cnet --device 9,1,0x1234");
     ASSERT_TRUE(connect_module());
     QApplication::setActiveWindow(window.get());

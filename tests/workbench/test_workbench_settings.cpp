@@ -36,14 +36,24 @@ protected:
         }
         return "no such row";
     }
-    // Moves to the setting as somebody would, by the letters of its name, and types its value.
-    void type_value(const char* name, const QString& value)
+    QTableView* choose_setting(const char* name) const
     {
         auto* const table = find<QTableView>("settings_table");
         for (int row = 0; row < table->model()->rowCount(); ++row) {
             if (table->model()->index(row, SettingsTable::NAME).data() == name)
-                table->setCurrentIndex(table->model()->index(row, SettingsTable::VALUE));
+                table->setCurrentIndex(table->model()->index(row, SettingsTable::NAME));
         }
+        return table;
+    }
+    // Each exchange takes the time-out, so some tests have one.
+    bool read_one(const char* name)
+    {
+        choose_setting(name);
+        return run("settings_read");
+    }
+    void type_value(const char* name, const QString& value)
+    {
+        QTableView* const table = choose_setting(name);
         QTest::keyClick(table, Qt::Key_F2);
         auto* const editor = table->findChild<QLineEdit*>();
         ASSERT_TRUE(editor) << name;
@@ -101,7 +111,7 @@ TEST_F(WorkbenchSettings, ReadsAllChangesThreeWritesThemAndReadsThemBack)
 
 TEST_F(WorkbenchSettings, SaysWhatIsWrongInOneSentenceAndKeepsWhatIsTyped)
 {
-    dorv_start(" --silent-after 12");
+    dorv_start(" --silent-after 2");
     file_write(sandbox.path("bad.txt"), "freq 1\nsf 7 8\n");
     click("settings_read_all");
     EXPECT_TRUE(said().startsWith("There is no link")) << qPrintable(said());
@@ -121,7 +131,6 @@ TEST_F(WorkbenchSettings, SaysWhatIsWrongInOneSentenceAndKeepsWhatIsTyped)
     EXPECT_EQ(questions, 1);
 
     ASSERT_TRUE(connect_module());
-    ASSERT_TRUE(run("settings_read_all"));
     ASSERT_TRUE(run("settings_write_differing"));
     EXPECT_EQ(cell("pwr", SettingsTable::STATE), "written") << qPrintable(said());
     type_value("pwr", "12");
@@ -133,6 +142,8 @@ TEST_F(WorkbenchSettings, SaysWhatIsWrongInOneSentenceAndKeepsWhatIsTyped)
     EXPECT_EQ(cell("pwr", SettingsTable::VALUE), "12");
     EXPECT_EQ(cell("pwr", SettingsTable::HELD), "10");
     EXPECT_EQ(questions, 1);
+    window->close(); // asks before it drops what is typed
+    EXPECT_TRUE(window->isVisible());
 }
 
 TEST_F(WorkbenchSettings, SurvivesALinkThatClosesInTheMiddle)
@@ -176,6 +187,7 @@ TEST_F(WorkbenchSettings, WorksByKeysAloneAndCopiesTheLinkForAShell)
     EXPECT_TRUE(wait_until([&] { return said() == "The module takes commands."; }));
     press(Qt::Key_A);
     EXPECT_TRUE(wait_until([&] { return said() == "Settings read: 10 of 10."; }));
+    EXPECT_EQ(QApplication::focusWidget(), find<QWidget>("settings_table"));
     std::set<QWidget*> reached;
     for (int step = 0; step < 60; ++step) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
@@ -214,11 +226,11 @@ TEST_F(WorkbenchSettings, RecordsWhatPassesTheLinkAndSaysWhereAndWhyNot)
     ASSERT_TRUE(wait_until([&] { return recorded().startsWith("Recording"); }));
     EXPECT_EQ(text<QPushButton>("record"), "Stop recording");
     ASSERT_TRUE(connect_module());
-    ASSERT_TRUE(run("settings_read_all"));
+    ASSERT_TRUE(read_one("deveui"));
     EXPECT_EQ(text<QPushButton>("record"), "Stop recording");
     click("record");
     ASSERT_TRUE(wait_until([&] { return recorded().contains("is in"); }));
-    ASSERT_TRUE(run("settings_read_all")); // no more of it
+    ASSERT_TRUE(read_one("deveui")); // no more of it
     QByteArray sent;
     QByteArray received;
     for (const CaptureRecord& record : read_records(file_content(chosen))) {
@@ -227,9 +239,8 @@ TEST_F(WorkbenchSettings, RecordsWhatPassesTheLinkAndSaysWhereAndWhyNot)
         else if (record.event == CaptureEvent::DataReceived)
             received += record.bytes;
     }
-    EXPECT_EQ(sent.count("=?"), 10);
-    EXPECT_EQ(received.count('\n'), 10);
-    EXPECT_TRUE(received.contains("0011223344556677\r\n"));
+    EXPECT_EQ(sent.count("=?"), 1);
+    EXPECT_EQ(received, "0011223344556677\r\n");
     EXPECT_TRUE(read_lines(file_content(chosen)).join('\n').contains(module->address));
 }
 
@@ -241,12 +252,12 @@ TEST_F(WorkbenchSettings, ARecordingOnAFullDiskSaysHowMuchIsMissing)
     ASSERT_TRUE(wait_until([&] { return recorded().startsWith("Recording"); }));
     ASSERT_TRUE(connect_module());
     {
-        const FullAt full(1000);
-        ASSERT_TRUE(run("settings_read_all"));
+        const FullAt full(1);
+        ASSERT_TRUE(read_one("deveui"));
         ASSERT_TRUE(wait_until([&] { return recorded().contains("can't be written"); }));
         click("record");
         EXPECT_TRUE(wait_until([&] { return recorded().contains("bytes are missing"); }))
             << qPrintable(recorded());
     }
-    EXPECT_EQ(said(), "Settings read: 10 of 10.");
+    EXPECT_EQ(said(), "Settings read: 1 of 1.");
 }

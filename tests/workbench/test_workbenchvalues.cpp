@@ -150,6 +150,7 @@ TEST(UpgradeVerdict, SaysWhatHappenedAndWhatToDo)
         const char* next;
     } rows[] = {
         {report(E::Upgraded, R::None, T::NoAnswer), "holds all", "restarted"},
+        {report(E::Upgraded, R::None, T::ConnectionLost), "holds all", "off and on"},
         {report(E::Aborted, R::NoReply, T::PortGone), "was stopped", "Start again"},
         {report(E::WrongFirmware, R::None, T::NoAnswer), "not for the module M7", "underscore"},
         {report(E::NoInfo, R::NoReply, T::NoAnswer), "doesn't say what it is", "the rate"},

@@ -16,10 +16,6 @@
         <translation>%1 的修改尚未写入：请先写入或还原。</translation>
     </message>
     <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
-    </message>
-    <message>
         <source>Writing the configuration of %1 ...</source>
         <translation>正在写入 %1 的配置……</translation>
     </message>
@@ -288,6 +284,14 @@
         <source>Records all that passes the link into a capture (%1).</source>
         <translation>把经过链路的所有数据录制到抓包文件（%1）。</translation>
     </message>
+    <message>
+        <source>There is no link to a device: connect first.</source>
+        <translation>没有到设备的链路：请先连接。</translation>
+    </message>
+    <message>
+        <source>The link works for another page: wait for its end, or stop it.</source>
+        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
+    </message>
 </context>
 <context>
     <name>DeviceBox</name>
@@ -364,10 +368,6 @@
     <message>
         <source>A payload has at most %1 bytes, not %2.</source>
         <translation>负载最多 %1 字节，现在是 %2 字节。</translation>
-    </message>
-    <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
     </message>
     <message>
         <source>Waiting for the reply ...</source>
@@ -1154,14 +1154,6 @@
 <context>
     <name>SearchPage</name>
     <message>
-        <source>There is no link to a device: connect first.</source>
-        <translation>没有到设备的链路：请先连接。</translation>
-    </message>
-    <message>
-        <source>Waiting for the link ...</source>
-        <translation>正在等待链路……</translation>
-    </message>
-    <message>
         <source>Stopping after the exchange under way ...</source>
         <translation>当前收发完成后停止……</translation>
     </message>
@@ -1394,14 +1386,6 @@
         <translation>有一个值不正确，未写入任何参数。%1：%2。</translation>
     </message>
     <message>
-        <source>There is no link to a module: connect first.</source>
-        <translation>没有到模块的链路：请先连接。</translation>
-    </message>
-    <message>
-        <source>The link works for another page: wait for its end, or stop it.</source>
-        <translation>链路正被其他页面使用：请等待其结束，或停止它。</translation>
-    </message>
-    <message>
         <source>Settings are no payload: disconnect, and choose a frame without dorv.</source>
         <translation>参数不是载荷：请断开连接，并选择不含 dorv 的帧。</translation>
     </message>
@@ -1616,11 +1600,11 @@
     </message>
     <message>
         <source>%1: %2 is one of %3</source>
-        <translation>%1：%2应为 %3 之一</translation>
+        <translation>%1：%2 应为 %3 之一</translation>
     </message>
     <message>
         <source>%1 is a number from %2 to %3</source>
-        <translation>%1应为 %2 到 %3 的数</translation>
+        <translation>%1 应为 %2 到 %3 的数</translation>
     </message>
     <message>
         <source>a count of data bits</source>
@@ -1947,6 +1931,10 @@
         <source>%1 %2</source>
         <translation>%1%2</translation>
     </message>
+    <message>
+        <source>The link has gone: if the module doesn&apos;t restart, switch it off and on.</source>
+        <translation>链路已断开：如果模块没有重启，请将其断电再上电。</translation>
+    </message>
 </context>
 <context>
     <name>WorkbenchWindow</name>
@@ -2039,6 +2027,14 @@ The module stays in its boot code; another run completes what this one began.</s
     <message>
         <source>Mod&amp;ule settings</source>
         <translation>模块参数(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Values not written</source>
+        <translation>参数未写入</translation>
+    </message>
+    <message>
+        <source>Values have been typed that aren&apos;t written to a device. Close and lose them?</source>
+        <translation>有已输入的值尚未写入设备。要关闭并丢弃它们吗？</translation>
     </message>
 </context>
 </TS>

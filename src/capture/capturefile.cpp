@@ -111,7 +111,8 @@ CaptureResult CaptureFile::append_to(const QString& path)
     if (!lock(file.handle()))
         return in_use(path);
     const CaptureSurvey survey = CaptureSurvey::of(file);
-    if (survey.section_count == 0)
+    // A file of another kind, such as an archive, may hold a capture; nothing is cut off its end.
+    if (survey.section_count == 0 || survey.good_end == 0)
         return failed(path + " is no capture", "Give another name; nothing was changed in it.");
     CaptureResult result = good();
     const std::int64_t end = survey.torn_end ? survey.torn_end->offset : survey.size;

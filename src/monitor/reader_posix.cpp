@@ -97,14 +97,16 @@ void Reader::run_frames()
     while (!link.has_gone()) {
         if (!link.has_waiting() && ::poll(waiting, 2, -1) < 0)
             continue;
+        bool stop = false;
         if (waiting[1].revents != 0) {
             eventfd_t count = 0;
             ::eventfd_read(wake, &count);
             const std::lock_guard lock(mutex);
-            if (stopping)
-                return;
+            stop = stopping;
         }
-        write_frames(top, link);
+        write_frames(top, link); // before the end too: the last reply may be among them
+        if (stop)
+            return;
         if (link.has_waiting() || waiting[0].revents != 0)
             read_frame(top, link);
     }

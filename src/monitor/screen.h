@@ -23,13 +23,18 @@ public:
     bool is_terminal() const { return output; }
     // In characters; 80 where it isn't known.
     int width() const;
-    // False when stdout takes no more; its reader has gone, or its disk is full: error().
+    // False when stdout takes no more; its reader has gone, or its disk is full: error(). Waits for
+    // a slow reader, but not for one that is stuck when the end is asked for.
     bool write(const QByteArray& bytes);
     QString error() const { return reason; }
 
 private:
+    bool has_room();
+
     const bool output;
+    const bool file; // stdout
     bool keys = false;
+    bool given_up = false;
     QString reason;
 };
 

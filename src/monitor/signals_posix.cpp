@@ -9,11 +9,14 @@
 namespace {
 int ends[2] = {-1, -1};
 constexpr int WATCHED[] = {SIGINT, SIGTERM, SIGHUP, SIGCONT, SIGPIPE};
+volatile sig_atomic_t asked = 0;
 struct sigaction earlier[std::size(WATCHED)];
 
 void on_signal(int number)
 {
     const int saved_errno = errno;
+    if (number != SIGCONT)
+        asked = asked + 1;
     const char byte = char(number);
     const ssize_t ignored = ::write(ends[1], &byte, 1);
     static_cast<void>(ignored);
@@ -50,4 +53,9 @@ int Signals::take()
 {
     char number = 0;
     return ::read(ends[0], &number, 1) == 1 ? number : 0;
+}
+
+int Signals::ends_asked()
+{
+    return asked;
 }

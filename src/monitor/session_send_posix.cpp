@@ -113,9 +113,11 @@ void Session::begin_file(const QString& name)
 {
     const QString path = name.startsWith("~/") ? qEnvironmentVariable("HOME") + name.mid(1) : name;
     auto opened = std::make_unique<QFile>(path);
-    if (QFileInfo(path).isDir() || !opened->open(QIODevice::ReadOnly)) {
-        note("the file " + path + " can't be read: " +
-             (QFileInfo(path).isDir() ? "it is a folder" : opened->errorString()));
+    // The open of a pipe could wait for ever.
+    const bool other = QFileInfo::exists(path) && !QFileInfo(path).isFile();
+    if (other || !opened->open(QIODevice::ReadOnly)) {
+        const QString kind = QFileInfo(path).isDir() ? "it is a folder" : "it is no regular file";
+        note("the file " + path + " can't be read: " + (other ? kind : opened->errorString()));
         return;
     }
     file = std::move(opened);

@@ -304,6 +304,16 @@ SessionOptions session_options(const Invocation& invocation, const StackDescript
     return options;
 }
 
+void expect_two_files(const SessionOptions& options)
+{
+    const QFileInfo log(log_name(options.log, QDateTime::currentDateTime()));
+    const QFileInfo record(options.record.path);
+    if (!options.log.isEmpty() && !options.record.path.isEmpty() &&
+        log.absoluteFilePath() == record.absoluteFilePath())
+        throw usage_failure("--log and --record name the same file",
+                            "A capture holds more than text. Give two names.");
+}
+
 void run_monitor(Invocation& invocation)
 {
     invocation.expect_at_most(0);
@@ -311,6 +321,7 @@ void run_monitor(Invocation& invocation)
     SessionOptions options = session_options(invocation, stack);
     const std::unique_ptr<Wire> wire = make_wire(invocation, stack);
     options.record = record_settings(invocation, stack.link, wire->name());
+    expect_two_files(options);
     StringsFile strings;
     options.strings = strings.read() + options.strings;
     Session session(*wire, options);

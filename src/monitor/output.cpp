@@ -117,6 +117,15 @@ bool Output::finish()
     return good;
 }
 
+QString Output::log_fault() const
+{
+    if (!log || log->missing() == 0)
+        return {};
+    return QStringLiteral("%1 bytes are missing in the log %2: %3")
+        .arg(log->missing())
+        .arg(log->name(), log->fault());
+}
+
 void Output::write_log(const QByteArray& bytes)
 {
     if (!log || bytes.isEmpty())
@@ -126,6 +135,9 @@ void Output::write_log(const QByteArray& bytes)
     if (!good && !log_failing)
         std::fprintf(stderr, "\r[the log %s can't be written: %s; is its disk full?]\r\n",
                      log->name().toLocal8Bit().constData(), log->fault().toLocal8Bit().constData());
+    else if (good && log_failing)
+        std::fprintf(stderr, "\r[the log %s is written again]\r\n",
+                     log->name().toLocal8Bit().constData());
     log_failing = !good;
 }
 

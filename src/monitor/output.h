@@ -37,6 +37,8 @@ public:
     void leave_screen() { screen_left = true; }
     // Ends open lines, and gives the colours back.
     bool finish();
+    // What the log lacks at the end; empty for nothing.
+    QString log_fault() const;
 
 private:
     void write_log(const QByteArray& bytes);

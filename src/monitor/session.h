@@ -83,6 +83,7 @@ private:
     void note_open();
     void show_rest();
     SessionResult finish();
+    void files_missed(const QString& text, const QString& advice);
 
     // session_send_posix.cpp: what goes out
     void send(const QByteArray& bytes);

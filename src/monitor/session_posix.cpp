@@ -290,10 +290,23 @@ SessionResult Session::finish()
         show_rest();
     const CaptureResult recording = recorder.close();
     if (!recording)
-        end_with(SessionEnd::FileFailed, recording.error, recording.advice);
+        files_missed(recording.error, recording.advice);
     if (output && !output->finish())
         end_with(SessionEnd::OutputFailed, screen.error());
+    if (output && !output->log_fault().isEmpty())
+        files_missed(output->log_fault(), "Is its disk full?");
     if (!ended)
         end_with(SessionEnd::Quit);
     return *ended;
+}
+
+// A session that went well otherwise must not end as if all of it were kept.
+void Session::files_missed(const QString& text, const QString& advice)
+{
+    const bool good = !ended || ended->end == SessionEnd::Quit ||
+                      ended->end == SessionEnd::Reached || ended->end == SessionEnd::TimeOver;
+    if (good)
+        ended = SessionResult{SessionEnd::FileFailed, text, advice};
+    else if (output)
+        note(text);
 }

@@ -280,6 +280,11 @@ TEST_F(Monitor, ScriptsSendWaitAndEndWithACode)
          0,
          QByteArray::fromHex("010281e1"),
          ""},
+        {{"--frame", "crc16", "--send-hex", "01 02", "--expect", "\\x02", "--reply", "\\x01\\x02"},
+         "",
+         0,
+         QByteArray::fromHex("010281e1010281e1"),
+         ""},
         {{"--until", "("}, "", 2, "", "parenthesis"},
         {{"--reply", "x"}, "", 2, "", "no --expect"},
         {{"--send", "\\q"}, "", 2, "", "^~"},
@@ -290,6 +295,9 @@ TEST_F(Monitor, ScriptsSendWaitAndEndWithACode)
         {{"--for", "x"}, "", 2, "", "seconds"},
         {{"--log", "/none/x"}, "", 6, "", "/none/x"},
         {{"--record", "/none/x"}, "", 6, "", "/none/x"},
+        {{"--record", ""}, "", 2, "", "file is missing"},
+        {{"--record", "x", "--log", "./x"}, "", 2, "", "the same file"},
+        {{"--log", "/dev/full", "--send", "a", "--for", "0.2"}, "", 6, "a\r", "missing in the log"},
     };
     for (const auto& row : rows) {
         wire.clear();
@@ -342,5 +350,35 @@ TEST_F(Monitor, ASlowReaderGetsWhatWasReadBeforeTheEnd)
         return ended;
     }));
     EXPECT_EQ(count, sent.size());
+}
+
+TEST_F(Monitor, AReaderThatIsStuckDoesNotHoldUpTheEnd)
+{
+    const QString pipe = sandbox.path("pipe"), record = sandbox.path("it.pcapng");
+    ASSERT_EQ(::mkfifo(pipe.toLocal8Bit(), 0600), 0);
+    const FileDescriptor reader(::open(pipe.toLocal8Bit(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    QProcess process;
+    process.setStandardOutputFile(pipe);
+    process.start(TARNWICKCTL, {"monitor", "--link", "serial:adapter", "--record", record});
+    ASSERT_TRUE(port->write(QByteArray(1'000'000, 'x')));
+    ASSERT_TRUE(wait_until([&] { return QFileInfo(record).size() > 1'000'000; }));
+    EXPECT_TRUE(wait_until([&] {
+        process.terminate();
+        return process.waitForFinished(100);
+    }));
+}
+
+TEST_F(Monitor, ClosedStreamsAreNotTheDevice)
+{
+    ASSERT_TRUE(port->write("hi"));
+    QProcess process;
+    process.start("sh",
+                  {"-c", TARNWICKCTL " monitor --link serial:adapter --for 0.3 <&- >&- 2>&-"});
+    EXPECT_TRUE(wait_until([&] {
+        wire += port->read_now();
+        return process.state() == QProcess::NotRunning;
+    }));
+    EXPECT_EQ(process.exitCode(), 6); // "hi" could not be shown
+    EXPECT_EQ(wire, "");
 }
 } // namespace

@@ -3,6 +3,7 @@
 #include "stack/typedtext.h"
 
 #include <QDateTime>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -92,6 +93,12 @@ void open_capture(QFile& file)
                       "Copy it into a file, and name that."};
 }
 
+Failure no_capture(const QString& name)
+{
+    return {ExitCode::File, name + " is no capture: it has no pcapng section",
+            "`editcap` makes pcapng of other captures; serial ones have link type 250."};
+}
+
 CapturedFile::CapturedFile(const Invocation& invocation, const QString& name)
     : invocation(invocation)
     , name(name)
@@ -152,10 +159,12 @@ std::optional<NumberedRecord> CapturedFile::next()
         invocation.interrupts.check();
         switch (reader.next()) {
         case CaptureReader::Found::Section:
+            is_capture = true;
             if (on_section)
                 on_section(reader.section());
             break;
         case CaptureReader::Found::Port:
+            see_port(reader.ports().last().name);
             if (on_port)
                 on_port(reader.ports().last());
             break;
@@ -163,9 +172,11 @@ std::optional<NumberedRecord> CapturedFile::next()
             note_damage();
             break;
         case CaptureReader::Found::End:
+            check_content();
             return std::nullopt;
         case CaptureReader::Found::Record: {
             const CaptureRecord& record = reader.record();
+            see_port(reader.ports()[int(record.port)].name); // its description may be damaged
             if (++count == 1)
                 start_ns = record.time_ns;
             const NumberedRecord read = {count, record, reader.ports()[int(record.port)]};
@@ -177,6 +188,33 @@ std::optional<NumberedRecord> CapturedFile::next()
     return std::nullopt;
 }
 
+void CapturedFile::see_port(const QString& port)
+{
+    if (!seen_ports.contains(port))
+        seen_ports.append(port);
+}
+
+// The device's file by its whole path or what follows a slash of it.
+bool CapturedFile::is_asked_port(const QString& port) const
+{
+    const QString asked = invocation.text("port");
+    return !invocation.has("port") || port == asked || port.endsWith('/' + asked);
+}
+
+// Nothing to show would look like a port on which nothing happened.
+void CapturedFile::check_content() const
+{
+    if (!is_capture && seen_ports.isEmpty())
+        throw no_capture(name);
+    const bool asked = std::any_of(seen_ports.cbegin(), seen_ports.cend(),
+                                   [&](const QString& port) { return is_asked_port(port); });
+    if (!asked && invocation.has("port"))
+        throw usage_failure(name + " has no port " + invocation.text("port"),
+                            seen_ports.isEmpty()
+                                ? "It holds none at all."
+                                : "It has " + one_line(seen_ports.join(", ")) + '.');
+}
+
 bool CapturedFile::is_asked_for(const NumberedRecord& read) const
 {
     const auto at = [&](const Moment& moment) {
@@ -185,7 +223,7 @@ bool CapturedFile::is_asked_for(const NumberedRecord& read) const
     if (read.number < first_number || (from && read.record.time_ns < at(*from)) ||
         (to && read.record.time_ns > at(*to)))
         return false;
-    if (invocation.has("port") && read.port.name != invocation.text("port"))
+    if (!is_asked_port(read.port.name))
         return false;
     const QString direction = invocation.text("direction");
     return direction == "all" || direction == direction_name(read.record.direction);

@@ -6,8 +6,8 @@
 #include <unistd.h>
 #endif
 
-// To be called first of all: else the next file or port that is opened would be stdin or stdout, and
-// get what is meant for these. A write to a closed one still fails, and a read ends.
+// To be called first of all: else the next file or port that is opened would be stdin or stdout,
+// and get what is meant for these. A write to a closed one still fails, and a read ends.
 inline void fill_standard_streams()
 {
 #ifndef _WIN32

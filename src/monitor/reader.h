@@ -42,6 +42,7 @@ private:
     void run_stream();
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
+    bool is_stopping();
     void write_frames(QFramer& top, const DescriptorLink& link);
 
     Wire& wire;

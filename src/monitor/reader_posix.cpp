@@ -101,8 +101,7 @@ void Reader::run_frames()
         if (waiting[1].revents != 0) {
             eventfd_t count = 0;
             ::eventfd_read(wake, &count);
-            const std::lock_guard lock(mutex);
-            stop = stopping;
+            stop = is_stopping();
         }
         write_frames(top, link); // before the end too: the last reply may be among them
         if (stop)
@@ -120,10 +119,27 @@ void Reader::write_frames(QFramer& top, const DescriptorLink& link)
         const std::lock_guard lock(mutex);
         payloads.swap(outgoing);
     }
-    for (const QByteArray& payload : payloads)
-        if (top.write(payload.constData(), int(payload.size())) < 0 && !link.has_gone())
-            inbox.put_note("a frame was not sent: the device or the network takes nothing",
-                           time_now_ns());
+    int left = int(payloads.size());
+    for (const QByteArray& payload : payloads) {
+        --left;
+        // A framer may not say that the link took only a part.
+        const int result = top.write(payload.constData(), int(payload.size()));
+        if ((result >= 0 && !link.has_failed()) || link.has_gone())
+            continue;
+        inbox.put_note("a frame was not sent: the device or the network takes nothing",
+                       time_now_ns());
+        if (left == 0 || !is_stopping())
+            continue;
+        // Each would take a time-out, and the end was asked for.
+        inbox.put_note(QStringLiteral("%1 more were not sent").arg(left), time_now_ns());
+        return;
+    }
+}
+
+bool Reader::is_stopping()
+{
+    const std::lock_guard lock(mutex);
+    return stopping;
 }
 
 // What a framer refuses is shown as it came.

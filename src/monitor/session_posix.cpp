@@ -288,6 +288,8 @@ SessionResult Session::finish()
     wire.close();
     if (output)
         show_rest();
+    if (queue.size() > 0)
+        note(QStringLiteral("%1 bytes were not sent").arg(queue.size()));
     const CaptureResult recording = recorder.close();
     if (!recording)
         files_missed(recording.error, recording.advice);

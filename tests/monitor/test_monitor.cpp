@@ -180,6 +180,10 @@ TEST_F(Monitor, LinesAreEditedAboveNothingOfWhatComes)
     EXPECT_TRUE(shows("\r\x1b[K\x1b[1A\r\x1b[4C on\r\n\r\x1b[K> kept"));
     port->write("\r"); // the line is not over, and not erased
     EXPECT_TRUE(shows(" on\r\n\r\x1b[K> kept\r\x1b[K\x1b[1A\r\x1b[7C\r\r\n\r\x1b[K> kept"));
+    port->write("\tab\b\x1b[2C");
+    EXPECT_TRUE(shows("\tab\b\x1b[2C\r\n"));
+    port->write("!");
+    EXPECT_TRUE(shows("\x1b[1A\r\x1b[11C!"));
     type("\x14/\x10\r");
     EXPECT_EQ(port->read(6), "hello\r");
     ::kill(child, SIGTERM);
@@ -366,6 +370,18 @@ TEST_F(Monitor, AReaderThatIsStuckDoesNotHoldUpTheEnd)
         process.terminate();
         return process.waitForFinished(100);
     }));
+}
+
+TEST_F(Monitor, SaysWhatADeviceDidNotTake)
+{
+    for (const char* frame : {"none", "crc16", "rwlt"}) {
+        QProcess process;
+        process.start(TARNWICKCTL,
+                      {"monitor", "--link", "serial:adapter", "--for", "0.3", "--frame", frame,
+                       "--timeout", "50", "--send", QString(30000, 'x')});
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_TRUE(process.readAllStandardError().contains("not sent")) << frame;
+    }
 }
 
 TEST_F(Monitor, ClosedStreamsAreNotTheDevice)

@@ -72,6 +72,7 @@ private:
     // session_posix.cpp: the loop
     bool begin();
     void turn();
+    void end_in_time();
     int patience_us(std::int64_t now_ns) const;
     void take_inbox();
     void take_chunk(const Chunk& chunk);

@@ -120,10 +120,20 @@ void Session::turn()
     if (script.reached() && queue.size() == 0 && (script.has_until() || !keys))
         end_with(SessionEnd::Reached);
     if (end_ns && time_now_ns() >= *end_ns)
-        end_with(script.has_goal() && !script.reached() ? SessionEnd::Missed : SessionEnd::TimeOver,
-                 script.pattern());
+        end_in_time();
     if (!output->flush())
         end_with(SessionEnd::OutputFailed, screen.error());
+}
+
+// Nothing has been sent or seen when the port never came.
+void Session::end_in_time()
+{
+    if (opened_ns == 0)
+        end_with(SessionEnd::OpenFailed);
+    else if (script.has_goal() && !script.reached())
+        end_with(SessionEnd::Missed, script.pattern());
+    else
+        end_with(SessionEnd::TimeOver);
 }
 
 // In microseconds: pauses between characters are shorter than what poll() counts in.

@@ -241,6 +241,7 @@ TEST_F(Monitor, WaitsAtTheStartOrEndsWithThePort)
     port->unlink();
     EXPECT_EQ(run({}), 3);
     EXPECT_TRUE(err.contains("no such port")) << err.constData();
+    EXPECT_EQ(run({"--wait", "--for", "0.1"}), 3);
     ASSERT_TRUE(QDir(sandbox.ports_folder()).removeRecursively());
     start({"--wait", "--no-reconnect"}, "waiting for adapter");
     EXPECT_TRUE(QDir().mkpath(sandbox.ports_folder()));

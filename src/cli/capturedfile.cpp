@@ -67,7 +67,8 @@ QList<QCommandLineOption> selection_options()
          "time"},
         {"to", "Leave out what is later.", "time"},
         {"records", "Take these records, as in 100-200 or 100-.", "numbers"},
-        {"port", "Take the records of the port of this name.", "name"},
+        {"port", "Take the records of this port, by its name or what follows a slash of it.",
+         "name"},
         {"direction", "Take what was sent, received, or all.", "direction", "all"},
     };
 }

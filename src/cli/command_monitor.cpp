@@ -19,6 +19,8 @@
 
 namespace {
 constexpr int LONGEST_DELAY_MS = 60'000;
+// CR and CR LF end a line for ^ and $ too: most devices end theirs so.
+const QString LINE_ENDS = QStringLiteral("(*ANYCRLF)");
 constexpr double LONGEST_SESSION_S = 1e9;
 
 std::int64_t milliseconds(const Invocation& invocation, const char* option)
@@ -56,10 +58,10 @@ QByteArray string_bytes(const char* option, const QString& text, LineEnding endi
 
 QRegularExpression pattern(const char* option, const QString& text)
 {
-    QRegularExpression expression(text, QRegularExpression::MultilineOption);
+    QRegularExpression expression(LINE_ENDS + text, QRegularExpression::MultilineOption);
     if (expression.isValid() && !text.isEmpty())
         return expression;
-    const int at = std::max(0, int(expression.patternErrorOffset()));
+    const int at = std::max(0, int(expression.patternErrorOffset() - LINE_ENDS.size()));
     const QString reason = text.isEmpty() ? "a pattern is needed" : expression.errorString();
     throw usage_failure(QString("--") + option + ": " + reason + '\n' +
                             pointed_at(text, {reason, std::min(at, int(text.size())), 1}),
@@ -249,7 +251,8 @@ void report_end(const SessionResult& result, const LinkDescription& link, const 
     case SessionEnd::TimeOver:
         return;
     case SessionEnd::Missed:
-        throw Failure{ExitCode::NoAnswer, "nothing came that fits " + result.text,
+        throw Failure{ExitCode::NoAnswer,
+                      "nothing came that fits " + result.text.mid(LINE_ENDS.size()),
                       "What came is shown above; wait longer with --for, or change the pattern."};
     case SessionEnd::OpenFailed:
         throw open_failure(link, wire.fault());

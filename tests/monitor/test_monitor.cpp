@@ -270,6 +270,7 @@ TEST_F(Monitor, ScriptsSendWaitAndEndWithACode)
          QByteArray("\0\xffx", 3),
          ""},
         {{"--send", "a", "--line-ending", "crlf", "--until", "\\n"}, "", 0, "a\r\n", ""},
+        {{"--until", "^two$"}, "one\r\ntwo\r\n", 0, "one\r\ntwo\r\n", ""},
         {{"--until", "two"}, "one\ntwo", 0, "one\ntwo", ""},
         {{"--line-ending", "cr", "--until", "two"}, "one\ntwo", 0, "one\rtwo", ""},
         {{"--send", "user?", "--expect", "user", "--reply", "me", "--expect", "me", "--reply",

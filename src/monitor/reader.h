@@ -43,7 +43,7 @@ private:
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
     bool is_stopping();
-    void write_frames(QFramer& top, const DescriptorLink& link);
+    void write_frames(QFramer& top, DescriptorLink& link);
 
     Wire& wire;
     Inbox& inbox;

@@ -112,7 +112,7 @@ void Reader::run_frames()
     inbox.put_end();
 }
 
-void Reader::write_frames(QFramer& top, const DescriptorLink& link)
+void Reader::write_frames(QFramer& top, DescriptorLink& link)
 {
     QVector<QByteArray> payloads;
     {
@@ -122,6 +122,9 @@ void Reader::write_frames(QFramer& top, const DescriptorLink& link)
     int left = int(payloads.size());
     for (const QByteArray& payload : payloads) {
         --left;
+        // Some framers throw away what came before they write.
+        if (link.bytes_available() > 0)
+            read_frame(top, link);
         // A framer may not say that the link took only a part.
         const int result = top.write(payload.constData(), int(payload.size()));
         if ((result >= 0 && !link.has_failed()) || link.has_gone())

@@ -386,6 +386,12 @@ TEST_F(Monitor, SaysWhatADeviceDidNotTake)
     }
 }
 
+TEST_F(Monitor, SendingAFrameLosesNoneThatCame)
+{
+    ASSERT_TRUE(port->write("\xABhi\xBA"));
+    EXPECT_EQ(run({"--frame", "rwlt", "--send", "x", "--until", "hi", "--for", "5"}), 0);
+}
+
 TEST_F(Monitor, ClosedStreamsAreNotTheDevice)
 {
     ASSERT_TRUE(port->write("hi"));

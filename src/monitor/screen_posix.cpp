@@ -62,8 +62,9 @@ Screen::~Screen()
     give_back();
 }
 
-void Screen::take_keys()
+void Screen::take_keys(char prefix)
 {
+    quit = QByteArray(1, prefix) + 'q';
     if (::isatty(STDIN_FILENO) == 0 || ::tcgetattr(STDIN_FILENO, &before) != 0)
         return;
     keys = true;
@@ -118,11 +119,21 @@ bool Screen::has_room()
         pollfd room = {STDOUT_FILENO, POLLOUT, 0};
         if (::poll(&room, 1, LOOK_MS) > 0)
             return true;
+        look_at_keys();
         const int asked = Signals::ends_asked();
         waited_ms = asked > 0 ? waited_ms + LOOK_MS : 0;
-        given_up = asked > 1 || waited_ms >= FAREWELL_MS;
+        given_up = asked > 1 || waited_ms >= FAREWELL_MS || typed.contains(quit);
     }
     return false;
+}
+
+void Screen::look_at_keys()
+{
+    pollfd terminal = {STDIN_FILENO, POLLIN, 0};
+    char bytes[256];
+    if (!keys || ::poll(&terminal, 1, 0) <= 0)
+        return;
+    typed.append(bytes, int(std::max(ssize_t(0), ::read(STDIN_FILENO, bytes, sizeof bytes))));
 }
 
 int cells_of(const QString& text)

@@ -76,7 +76,7 @@ bool Session::begin()
         end_with(SessionEnd::OpenFailed);
         return false;
     }
-    screen.take_keys();
+    screen.take_keys(options.prefix);
     if (!reader) {
         note("waiting for " + wire.name() + ": " + wire.fault().text);
         wait.begin(wire.folders(), time_now_ns());
@@ -104,7 +104,7 @@ void Session::turn()
     ::ppoll(all, std::size(all), &limit, nullptr);
 
     take_signals();
-    if (all[1].revents != 0)
+    if (all[1].revents != 0 || screen.has_typed())
         take_input();
     if (all[3].revents != 0)
         blocked = false;
@@ -139,7 +139,7 @@ void Session::end_in_time()
 // In microseconds: pauses between characters are shorter than what poll() counts in.
 int Session::patience_us(std::int64_t now_ns) const
 {
-    if (backlog_at < backlog.size())
+    if (backlog_at < backlog.size() || screen.has_typed())
         return 0;
     std::int64_t next = now_ns + LONGEST_WAIT_NS / 2;
     const auto consider = [&](const std::optional<std::int64_t>& time) {

@@ -78,6 +78,10 @@ void Session::push()
 
 void Session::take_input()
 {
+    if (screen.has_typed()) {
+        take_keys(screen.take_typed());
+        return;
+    }
     char bytes[PIECE];
     const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
     if (count < 0 && (errno == EAGAIN || errno == EINTR))
@@ -120,6 +124,8 @@ void Session::begin_file(const QString& name)
         note("the file " + path + " can't be read: " + (other ? kind : opened->errorString()));
         return;
     }
+    if (options.framers)
+        note("the file goes out as it is, without frames");
     file = std::move(opened);
     file_sent = 0;
     file_percent = -1;

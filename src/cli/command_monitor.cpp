@@ -14,13 +14,15 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <cmath>
 
 namespace {
 constexpr int LONGEST_DELAY_MS = 60'000;
 // CR and CR LF end a line for ^ and $ too: most devices end theirs so.
-const QString LINE_ENDS = QStringLiteral("(*ANYCRLF)");
+constexpr char LINE_ENDS[] = "(*ANYCRLF)";
+constexpr int LINE_ENDS_SIZE = sizeof LINE_ENDS - 1;
 constexpr double LONGEST_SESSION_S = 1e9;
 
 std::int64_t milliseconds(const Invocation& invocation, const char* option)
@@ -58,10 +60,11 @@ QByteArray string_bytes(const char* option, const QString& text, LineEnding endi
 
 QRegularExpression pattern(const char* option, const QString& text)
 {
-    QRegularExpression expression(LINE_ENDS + text, QRegularExpression::MultilineOption);
+    QRegularExpression expression(QLatin1String(LINE_ENDS) + text,
+                                  QRegularExpression::MultilineOption);
     if (expression.isValid() && !text.isEmpty())
         return expression;
-    const int at = std::max(0, int(expression.patternErrorOffset() - LINE_ENDS.size()));
+    const int at = std::max(0, int(expression.patternErrorOffset() - LINE_ENDS_SIZE));
     const QString reason = text.isEmpty() ? "a pattern is needed" : expression.errorString();
     throw usage_failure(QString("--") + option + ": " + reason + '\n' +
                             pointed_at(text, {reason, std::min(at, int(text.size())), 1}),
@@ -205,33 +208,35 @@ std::unique_ptr<Wire> make_wire(const Invocation& invocation, const StackDescrip
 class StringsFile
 {
 public:
-    StringsFile()
-        : file(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-               "/tarnwick/monitor-strings")
+    QStringList read() const
     {
-    }
-
-    QStringList read()
-    {
+        QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
-        file.close();
-        return lines;
+        return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     }
 
-    // What can't be kept is no loss worth a word. It may hold passwords.
-    void write(const QStringList& lines)
+    // What a session beside this one has written meanwhile stays. What can't be kept is no loss
+    // worth a word. It may hold passwords.
+    void write(const QStringList& lines) const
     {
-        QDir().mkpath(QFileInfo(file).path());
+        QStringList all = read();
+        for (const QString& line : lines)
+            all.removeAll(line);
+        all += lines;
+        QDir().mkpath(QFileInfo(name).path());
+        QSaveFile file(name);
         if (!file.open(QIODevice::WriteOnly))
             return;
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        file.write(lines.join('\n').toUtf8() + '\n');
+        file.write(all.mid(std::max(0, int(all.size()) - History::MOST)).join('\n').toUtf8() +
+                   '\n');
+        file.commit();
     }
 
 private:
-    QFile file;
+    const QString name = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                         "/tarnwick/monitor-strings";
 };
 
 Failure open_failure(const LinkDescription& link, const WireFault& fault)
@@ -252,7 +257,7 @@ void report_end(const SessionResult& result, const LinkDescription& link, const 
         return;
     case SessionEnd::Missed:
         throw Failure{ExitCode::NoAnswer,
-                      "nothing came that fits " + result.text.mid(LINE_ENDS.size()),
+                      "nothing came that fits " + result.text.mid(LINE_ENDS_SIZE),
                       "What came is shown above; wait longer with --for, or change the pattern."};
     case SessionEnd::OpenFailed:
         throw open_failure(link, wire.fault());
@@ -325,7 +330,7 @@ void run_monitor(Invocation& invocation)
     const std::unique_ptr<Wire> wire = make_wire(invocation, stack);
     options.record = record_settings(invocation, stack.link, wire->name());
     expect_two_files(options);
-    StringsFile strings;
+    const StringsFile strings;
     options.strings = strings.read() + options.strings;
     Session session(*wire, options);
     const SessionResult result = session.run();

@@ -26,7 +26,7 @@ int take_sequence(const QString& text, int& at)
 }
 
 // The cell of a row in which the cursor is after the character.
-int cell_after(uint code, int cell, int width)
+int cell_after(char32_t code, int cell, int width)
 {
     constexpr int TAB = 8;
     if (code == '\b')
@@ -195,7 +195,7 @@ void Output::count_cells(const QByteArray& bytes)
         } else {
             const bool pair = text[at].isHighSurrogate() && at + 1 < text.size();
             const uint code =
-                pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : uint(text[at].unicode());
+                pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
             column = row + cell_after(code, column - row, width);
             at += pair ? 1 : 0;
         }

@@ -186,10 +186,13 @@ TEST_F(Monitor, LinesAreEditedAboveNothingOfWhatComes)
     EXPECT_TRUE(shows("\x1b[1A\r\x1b[11C!"));
     type("\x14/\x10\r");
     EXPECT_EQ(port->read(6), "hello\r");
+    const QString strings = sandbox.path("data/tarnwick/monitor-strings");
+    QDir().mkpath(QFileInfo(strings).path());
+    file_write(strings, "of another session\n");
     ::kill(child, SIGTERM);
     EXPECT_EQ(exit_code(), 130);
     EXPECT_TRUE(terminal_is_restored());
-    EXPECT_TRUE(file_content(sandbox.path("data/tarnwick/monitor-strings")).contains("hello\n"));
+    EXPECT_EQ(file_content(strings), "of another session\nfirst\nhello\n");
 }
 
 TEST_F(Monitor, AFileGoesOutWholeAndCanBeStopped)

@@ -194,7 +194,7 @@ void Output::count_cells(const QByteArray& bytes)
             column = std::clamp(column + cells, row, std::max(column, row + width - 1));
         } else {
             const bool pair = text[at].isHighSurrogate() && at + 1 < text.size();
-            const uint code =
+            const char32_t code =
                 pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
             column = row + cell_after(code, column - row, width);
             at += pair ? 1 : 0;

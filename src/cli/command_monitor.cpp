@@ -177,6 +177,9 @@ std::unique_ptr<Wire> make_wire(const Invocation& invocation, const StackDescrip
 {
     const LinkDescription& link = stack.link;
     const auto socket = [&](SocketKind kind) {
+        for (const char* option : {"dtr", "rts"})
+            if (invocation.has(option))
+                throw usage_failure(QString("--") + option + ": only serial ports have that line");
         return std::make_unique<SocketWire>(kind, link.host, link.remote_port, stack.timeout_ms);
     };
     switch (link.kind) {

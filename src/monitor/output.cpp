@@ -51,7 +51,9 @@ void Output::note(const QString& line)
         return;
     }
     std::fprintf(stderr, "[%s]\n", line.toLocal8Bit().constData());
-    write_log('[' + line.toUtf8() + "]\n");
+    log_text();
+    if (log)
+        write_log(shown.stamp(time_now_ns()) + '[' + line.toUtf8() + "]\n");
 }
 
 void Output::help(const QString& lines)
@@ -92,7 +94,8 @@ bool Output::flush()
 {
     if (text.isEmpty() && !redraw)
         return true;
-    write_log(text);
+    log_text();
+    logged = 0; // as all of the text goes from here
     if (screen_left) {
         text.clear();
         return true;
@@ -133,6 +136,12 @@ QString Output::log_fault() const
     return QStringLiteral("%1 bytes are missing in the log %2: %3")
         .arg(log->missing())
         .arg(log->name(), log->fault());
+}
+
+void Output::log_text()
+{
+    write_log(text.mid(logged));
+    logged = int(text.size());
 }
 
 void Output::write_log(const QByteArray& bytes)

@@ -1,6 +1,7 @@
 #include "capture/capturefile.h"
 
 #include "capture/capturesurvey.h"
+#include "capture/namedpipe.h"
 
 #include <QFileInfo>
 #include <cerrno>
@@ -70,7 +71,9 @@ CaptureResult CaptureFile::open(const QString& path, CaptureExisting existing)
     if (info.isDir())
         return failed(path + " is a folder", "Give the name of a file.");
     CaptureResult result;
-    if (info.exists() && !info.isFile())
+    if (is_named_pipe(path))
+        result = open_pipe(path);
+    else if (info.exists() && !info.isFile())
         result = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
                      ? good()
                      : failed(path + " can't be written: " + file.errorString(),
@@ -83,6 +86,16 @@ CaptureResult CaptureFile::open(const QString& path, CaptureExisting existing)
         file.close();
     handle = result ? file.handle() : -1;
     return result;
+}
+
+CaptureResult CaptureFile::open_pipe(const QString& path)
+{
+    QString reason;
+    const int descriptor = open_named_pipe(path, reason);
+    if (descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
+                                     QFileDevice::AutoCloseHandle))
+        return good();
+    return failed(path + " can't be written: " + reason, {});
 }
 
 CaptureResult CaptureFile::create(const QString& path)

@@ -22,6 +22,7 @@ public:
     QString sync() const;
 
 private:
+    CaptureResult open_pipe(const QString& path);
     CaptureResult create(const QString& path);
     CaptureResult append_to(const QString& path);
     void keep_name(const QString& path) const;

@@ -67,7 +67,8 @@ QList<QCommandLineOption> selection_options()
          "time"},
         {"to", "Leave out what is later.", "time"},
         {"records", "Take these records, as in 100-200 or 100-.", "numbers"},
-        {"port", "Take the records of the port of this name.", "name"},
+        {"port", "Take the records of this port, by its name or what follows a slash of it.",
+         "name"},
         {"direction", "Take what was sent, received, or all.", "direction", "all"},
     };
 }
@@ -91,6 +92,12 @@ void open_capture(QFile& file)
     if (file.isSequential())
         throw Failure{ExitCode::File, "the capture " + file.fileName() + " is no file on a disk",
                       "Copy it into a file, and name that."};
+}
+
+Failure no_capture(const QString& name)
+{
+    return {ExitCode::File, name + " is no capture: it has no pcapng section",
+            "`editcap` makes pcapng of other captures; serial ones have link type 250."};
 }
 
 CapturedFile::CapturedFile(const Invocation& invocation, const QString& name)
@@ -155,10 +162,12 @@ std::optional<NumberedRecord> CapturedFile::next()
         const bool described = !reader.ports().isEmpty();
         switch (reader.next()) {
         case CaptureReader::Found::Section:
+            is_capture = true;
             if (on_section)
                 on_section(reader.section());
             break;
         case CaptureReader::Found::Port:
+            see_port(reader.ports().last().name);
             if (on_port)
                 on_port(reader.ports().last());
             break;
@@ -169,9 +178,11 @@ std::optional<NumberedRecord> CapturedFile::next()
                 on_section(reader.section());
             break;
         case CaptureReader::Found::End:
+            check_content();
             return std::nullopt;
         case CaptureReader::Found::Record: {
             const CaptureRecord& record = reader.record();
+            see_port(reader.ports()[int(record.port)].name); // its description may be damaged
             if (++count == 1)
                 start_ns = record.time_ns;
             const NumberedRecord read = {count, record, reader.ports()[int(record.port)]};
@@ -183,6 +194,33 @@ std::optional<NumberedRecord> CapturedFile::next()
     return std::nullopt;
 }
 
+void CapturedFile::see_port(const QString& port)
+{
+    if (!seen_ports.contains(port))
+        seen_ports.append(port);
+}
+
+// The device's file by its whole path or what follows a slash of it.
+bool CapturedFile::is_asked_port(const QString& port) const
+{
+    const QString asked = invocation.text("port");
+    return !invocation.has("port") || port == asked || port.endsWith('/' + asked);
+}
+
+// Nothing to show would look like a port on which nothing happened.
+void CapturedFile::check_content() const
+{
+    if (!is_capture && seen_ports.isEmpty())
+        throw no_capture(name);
+    const bool asked = std::any_of(seen_ports.cbegin(), seen_ports.cend(),
+                                   [&](const QString& port) { return is_asked_port(port); });
+    if (!asked && invocation.has("port"))
+        throw usage_failure(name + " has no port " + invocation.text("port"),
+                            seen_ports.isEmpty()
+                                ? "It holds none at all."
+                                : "It has " + one_line(seen_ports.join(", ")) + '.');
+}
+
 bool CapturedFile::is_asked_for(const NumberedRecord& read) const
 {
     const std::int64_t time_ns = read.record.time_ns;
@@ -192,7 +230,7 @@ bool CapturedFile::is_asked_for(const NumberedRecord& read) const
     if (read.number < first_number || (from && since(*from) < from->ns) ||
         (to && since(*to) > to->ns))
         return false;
-    if (invocation.has("port") && read.port.name != invocation.text("port"))
+    if (!is_asked_port(read.port.name))
         return false;
     const QString direction = invocation.text("direction");
     return direction == "all" || direction == direction_name(read.record.direction);

@@ -46,6 +46,9 @@ private:
     void read_record_range();
     bool is_asked_for(const NumberedRecord& read) const;
     void note_damage();
+    void see_port(const QString& port);
+    bool is_asked_port(const QString& port) const;
+    void check_content() const;
 
     const Invocation& invocation;
     const QString name;
@@ -58,10 +61,13 @@ private:
     std::uint64_t count = 0;
     std::int64_t start_ns = 0;
     std::uint64_t damage_count = 0;
+    bool is_capture = false;
+    QStringList seen_ports;
 };
 
 // Throws Failure.
 void open_capture(QFile& file);
+Failure no_capture(const QString& name);
 // Text from a file, without line ends.
 QString one_line(const QString& text);
 // "1 frame", "2 frames".

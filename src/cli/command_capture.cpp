@@ -18,9 +18,7 @@ struct Surveyed
         survey = CaptureSurvey::of(file, [&] { return !invocation.interrupts.raised(); });
         invocation.interrupts.check();
         if (survey.section_count == 0 && survey.record_count == 0)
-            throw Failure{ExitCode::File, name + " is no capture: it has no pcapng section",
-                          "`editcap` makes pcapng of other captures; serial ones have link type "
-                          "250."};
+            throw no_capture(name);
     }
 
     QString name;

@@ -20,6 +20,9 @@
 
 namespace {
 constexpr int LONGEST_DELAY_MS = 60'000;
+// CR and CR LF end a line for ^ and $ too: most devices end theirs so.
+constexpr char LINE_ENDS[] = "(*ANYCRLF)";
+constexpr int LINE_ENDS_SIZE = sizeof LINE_ENDS - 1;
 constexpr double LONGEST_SESSION_S = 1e9;
 
 std::int64_t milliseconds(const Invocation& invocation, const char* option)
@@ -57,10 +60,11 @@ QByteArray string_bytes(const char* option, const QString& text, LineEnding endi
 
 QRegularExpression pattern(const char* option, const QString& text)
 {
-    QRegularExpression expression(text, QRegularExpression::MultilineOption);
+    QRegularExpression expression(QLatin1String(LINE_ENDS) + text,
+                                  QRegularExpression::MultilineOption);
     if (expression.isValid() && !text.isEmpty())
         return expression;
-    const int at = std::max(0, int(expression.patternErrorOffset()));
+    const int at = std::max(0, int(expression.patternErrorOffset() - LINE_ENDS_SIZE));
     const QString reason = text.isEmpty() ? "a pattern is needed" : expression.errorString();
     throw usage_failure(QString("--") + option + ": " + reason + '\n' +
                             pointed_at(text, {reason, std::min(at, int(text.size())), 1}),
@@ -173,6 +177,9 @@ std::unique_ptr<Wire> make_wire(const Invocation& invocation, const StackDescrip
 {
     const LinkDescription& link = stack.link;
     const auto socket = [&](SocketKind kind) {
+        for (const char* option : {"dtr", "rts"})
+            if (invocation.has(option))
+                throw usage_failure(QString("--") + option + ": only serial ports have that line");
         return std::make_unique<SocketWire>(kind, link.host, link.remote_port, stack.timeout_ms);
     };
     switch (link.kind) {
@@ -204,34 +211,35 @@ std::unique_ptr<Wire> make_wire(const Invocation& invocation, const StackDescrip
 class StringsFile
 {
 public:
-    StringsFile()
-        : path(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-               "/tarnwick/monitor-strings")
-    {
-    }
-
     QStringList read() const
     {
-        QFile file(path);
+        QFile file(name);
         if (!file.open(QIODevice::ReadOnly))
             return {};
         return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     }
 
-    // What can't be kept is no loss worth a word. It may hold passwords.
+    // What a session beside this one has written meanwhile stays. What can't be kept is no loss
+    // worth a word. It may hold passwords.
     void write(const QStringList& lines) const
     {
-        QDir().mkpath(QFileInfo(path).path());
-        QSaveFile file(path);
+        QStringList all = read();
+        for (const QString& line : lines)
+            all.removeAll(line);
+        all += lines;
+        QDir().mkpath(QFileInfo(name).path());
+        QSaveFile file(name);
         if (!file.open(QIODevice::WriteOnly))
             return;
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        file.write(lines.join('\n').toUtf8() + '\n');
+        file.write(all.mid(std::max(0, int(all.size()) - History::MOST)).join('\n').toUtf8() +
+                   '\n');
         file.commit();
     }
 
 private:
-    const QString path;
+    const QString name = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                         "/tarnwick/monitor-strings";
 };
 
 Failure open_failure(const LinkDescription& link, const WireFault& fault)
@@ -251,7 +259,8 @@ void report_end(const SessionResult& result, const LinkDescription& link, const 
     case SessionEnd::TimeOver:
         return;
     case SessionEnd::Missed:
-        throw Failure{ExitCode::NoAnswer, "nothing came that fits " + result.text,
+        throw Failure{ExitCode::NoAnswer,
+                      "nothing came that fits " + result.text.mid(LINE_ENDS_SIZE),
                       "What came is shown above; wait longer with --for, or change the pattern."};
     case SessionEnd::OpenFailed:
         throw open_failure(link, wire.fault());
@@ -308,6 +317,16 @@ SessionOptions session_options(const Invocation& invocation, const StackDescript
     return options;
 }
 
+void expect_two_files(const SessionOptions& options)
+{
+    const QFileInfo log(log_name(options.log, QDateTime::currentDateTime()));
+    const QFileInfo record(options.record.path);
+    if (!options.log.isEmpty() && !options.record.path.isEmpty() &&
+        log.absoluteFilePath() == record.absoluteFilePath())
+        throw usage_failure("--log and --record name the same file",
+                            "A capture holds more than text. Give two names.");
+}
+
 void run_monitor(Invocation& invocation)
 {
     invocation.expect_at_most(0);
@@ -315,6 +334,7 @@ void run_monitor(Invocation& invocation)
     SessionOptions options = session_options(invocation, stack);
     const std::unique_ptr<Wire> wire = make_wire(invocation, stack);
     options.record = record_settings(invocation, stack.link, wire->name());
+    expect_two_files(options);
     const StringsFile strings;
     options.strings = strings.read() + options.strings;
     Session session(*wire, options);

@@ -2,6 +2,7 @@
 #include "cli/failure.h"
 #include "cli/invocation.h"
 #include "cli/linkfailure.h"
+#include "serialport/standardstreams.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -120,6 +121,15 @@ void run_with_link(const Command& command, Invocation& invocation)
     }
 }
 
+// An empty variable of a script must not cost the file that was wanted.
+void expect_file_names(const QList<QCommandLineOption>& options, const QCommandLineParser& parser)
+{
+    for (const QCommandLineOption& option : options)
+        if (option.valueName() == "file" && parser.values(option).contains(QString()))
+            throw usage_failure("--" + option.names().constLast() +
+                                ": the name of a file is missing");
+}
+
 void run_command(const Command& command, const QStringList& words, Console& console)
 {
     QCommandLineParser parser;
@@ -128,6 +138,7 @@ void run_command(const Command& command, const QStringList& words, Console& cons
     if (!parser.parse(QStringList("tarnwickctl") + options_first(options, words)))
         throw usage_failure(parser.errorText(),
                             "`tarnwickctl " + command.name + " --help` lists the options.");
+    expect_file_names(options, parser);
     Interrupts interrupts;
     Invocation invocation(command, parser, parser.positionalArguments(), console, interrupts);
     try {
@@ -188,6 +199,7 @@ void report(const Failure& failure, Console& console)
 
 int main(int argc, char** argv)
 {
+    fill_standard_streams();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     Console console(arguments.contains("--json"));

@@ -5,7 +5,9 @@
 
 namespace {
 constexpr int UNHEARD = 4096;
-}
+// So long looks like the end, as between two sessions of one file.
+constexpr std::chrono::seconds LONG_SILENCE(10);
+} // namespace
 
 Replay::Replay(std::unique_ptr<CapturedPort> port, const ReplaySettings& settings,
                const FaultSettings& faults, Journal notes)
@@ -62,7 +64,11 @@ void Replay::read_next()
     while (piece && piece->kind != CapturedPiece::Kind::Received);
     if (!piece)
         return;
-    due = std::min(due + played(piece->time - last_recorded), CapturedPiece::MOST_TIME);
+    const std::chrono::nanoseconds silence = played(piece->time - last_recorded);
+    if (silence >= LONG_SILENCE)
+        notes(QStringLiteral("a silence of %1 s comes now; --most-silence shortens such")
+                  .arg(std::chrono::duration_cast<std::chrono::seconds>(silence).count()));
+    due = std::min(due + silence, CapturedPiece::MOST_TIME);
     last_recorded = std::max(last_recorded, piece->time);
 }
 

@@ -33,6 +33,8 @@ public:
     // For the monitor: what was read since the last call, and when its first byte was.
     QByteArray taken(std::int64_t& time_ns);
     bool has_gone() const { return lost; }
+    // The last write: the wire did not take all of it.
+    bool has_failed() const { return write_failed; }
     bool has_waiting() const { return !ahead.isEmpty(); }
 
 private:
@@ -48,4 +50,5 @@ private:
     QByteArray log;
     std::int64_t log_ns = 0;
     bool lost = false;
+    bool write_failed = false;
 };

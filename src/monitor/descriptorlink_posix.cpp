@@ -63,11 +63,11 @@ int DescriptorLink::read(char* buffer, int nbytes)
 int DescriptorLink::write(const char* buffer, int nbytes)
 {
     int done = 0;
-    while (done < nbytes && !lost) {
+    bool refused = false;
+    while (done < nbytes && !lost && !refused) {
         const int count = wire.send(buffer + done, nbytes - done);
-        if (count == Wire::REFUSED)
-            return -1;
-        lost = count < 0;
+        refused = count == Wire::REFUSED;
+        lost = count < 0 && !refused;
         if (tap && count > 0)
             tap({capture_time_ns(),
                  QByteArray(buffer + done, count),
@@ -76,10 +76,11 @@ int DescriptorLink::write(const char* buffer, int nbytes)
                  false,
                  {}});
         done += std::max(0, count);
-        if (done < nbytes && !lost && !wait_for(POLLOUT, timeout_ms))
+        if (done < nbytes && !lost && !refused && !wait_for(POLLOUT, timeout_ms))
             break;
     }
-    return lost ? -1 : done;
+    write_failed = done < nbytes;
+    return lost || refused ? -1 : done;
 }
 
 bool DescriptorLink::can_read_line()

@@ -1,9 +1,15 @@
 #include "monitor/logfile.h"
 
+#include "capture/namedpipe.h"
+
+#include <QFileInfo>
 #include <ctime>
+#include <utility>
 
 namespace {
 constexpr std::int64_t KILO = 1024;
+constexpr int OPEN_LINE_MOST = 4096;   // a stream without line ends is logged too
+constexpr int KEPT_MOST = 1024 * 1024; // minutes of a log at 115200
 
 struct Unit
 {
@@ -65,11 +71,8 @@ LogFile::LogFile(const QString& pattern, const std::optional<Rotation>& rotation
 
 bool LogFile::open(const QDateTime& now)
 {
-    file.setFileName(log_name(pattern, now));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-        reason = file.errorString();
+    if (!open_file(log_name(pattern, now)))
         return false;
-    }
     size = file.size();
     if (rotation && rotation->seconds > 0)
         period = period_of(now, rotation->seconds);
@@ -81,7 +84,7 @@ bool LogFile::write(const QByteArray& text, const QDateTime& now)
     const int end = int(text.lastIndexOf('\n')) + 1;
     if (end == 0) {
         open_line += text;
-        return true;
+        return open_line.size() > OPEN_LINE_MOST ? flush() : kept.isEmpty();
     }
     const bool good = put(open_line + text.left(end));
     open_line = text.mid(end);
@@ -90,20 +93,51 @@ bool LogFile::write(const QByteArray& text, const QDateTime& now)
 
 bool LogFile::flush()
 {
-    const QByteArray last = open_line;
-    open_line.clear();
-    return last.isEmpty() || put(last);
+    return put(std::exchange(open_line, {}));
+}
+
+bool LogFile::open_file(const QString& name)
+{
+    file.setFileName(name);
+    QString pipe_reason;
+    bool good = false;
+    if (is_named_pipe(name)) {
+        const int descriptor = open_named_pipe(name, pipe_reason);
+        good =
+            descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
+                                         QFileDevice::AutoCloseHandle);
+    } else {
+        // A device has no end to append to.
+        const bool device = QFileInfo::exists(name) && !QFileInfo(name).isFile();
+        good = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered |
+                         (device ? QIODevice::WriteOnly : QIODevice::Append));
+    }
+    if (!good)
+        reason = pipe_reason.isEmpty() ? file.errorString() : pipe_reason;
+    return good;
 }
 
 bool LogFile::put(const QByteArray& text)
 {
-    if (!file.isOpen())
-        return false;
-    const bool good = file.write(text) == text.size() && file.flush();
-    size += text.size();
-    if (!good)
-        reason = file.errorString();
-    return good;
+    if (lost > 0 || kept.size() > KEPT_MOST) {
+        lost += text.size();
+        lost_ever += text.size();
+    } else {
+        kept += text;
+    }
+    while (!kept.isEmpty() && file.isOpen()) {
+        const std::int64_t count = file.write(kept);
+        if (count <= 0) {
+            reason = file.errorString();
+            break;
+        }
+        size += count;
+        kept.remove(0, int(count));
+        if (kept.isEmpty() && lost > 0)
+            kept = "[" + QByteArray::number(qlonglong(std::exchange(lost, 0))) +
+                   " bytes are missing here: the log could not be written]\n";
+    }
+    return kept.isEmpty();
 }
 
 bool LogFile::is_full(const QDateTime& now) const

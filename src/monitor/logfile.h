@@ -29,9 +29,12 @@ public:
     bool open(const QDateTime& now);
     // Changes to the next file at the end of a line, when it is time. A full file whose successor
     // has the same name becomes NAME.1, NAME.2 and so on. False when something could not be
-    // written; what follows is tried again.
+    // written; it is kept, up to a limit, and tried again with what follows. Where lines are
+    // missing, a line in the file says so.
     bool write(const QByteArray& text, const QDateTime& now);
     bool flush();
+    // What found no place so far, in bytes.
+    std::int64_t missing() const { return lost_ever + kept.size(); }
     QString name() const { return file.fileName(); }
     QString fault() const { return reason; }
 
@@ -39,6 +42,7 @@ private:
     bool is_full(const QDateTime& now) const;
     bool rotate(const QDateTime& now);
     bool put(const QByteArray& text);
+    bool open_file(const QString& name);
 
     const QString pattern;
     const std::optional<Rotation> rotation;
@@ -46,5 +50,8 @@ private:
     std::int64_t size = 0;
     std::int64_t period = 0; // which one the file belongs to
     QByteArray open_line;
+    QByteArray kept;            // for a disk that has room again
+    std::int64_t lost = 0;      // after what is kept
+    std::int64_t lost_ever = 0; // with what the file says is missing
     QString reason;
 };

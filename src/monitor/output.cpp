@@ -14,17 +14,26 @@ QByteArray move(int count, char where)
     return count > 0 ? "\x1b[" + QByteArray::number(count) + where : QByteArray();
 }
 
-// Without its escape sequences.
-QString plain(const QByteArray& bytes)
+// Takes an escape sequence from the text; the cells by which it moves the cursor.
+int take_sequence(const QString& text, int& at)
 {
-    QString text = QString::fromUtf8(bytes);
-    for (int at = int(text.indexOf('\x1b')); at >= 0; at = int(text.indexOf('\x1b', at))) {
-        int end = at + 2;
-        while (end < text.size() && !text[end].isLetter())
-            ++end;
-        text.remove(at, end + 1 - at);
-    }
-    return text;
+    const int begin = at + 2; // after ESC [
+    for (at = begin; at < text.size() && !text[at].isLetter();)
+        ++at;
+    const QChar last = at < text.size() ? text[at] : QChar();
+    const int count = std::max(1, text.mid(begin, at - begin).toInt());
+    return last == 'C' ? count : last == 'D' ? -count : 0;
+}
+
+// The cell of a row in which the cursor is after the character.
+int cell_after(char32_t code, int cell, int width)
+{
+    constexpr int TAB = 8;
+    if (code == '\b')
+        return std::max(0, cell - 1);
+    if (code == '\t')
+        return std::min((cell / TAB + 1) * TAB, width - 1);
+    return cell + cells_of(QString::fromUcs4(&code, 1));
 }
 } // namespace
 
@@ -42,7 +51,9 @@ void Output::note(const QString& line)
         return;
     }
     std::fprintf(stderr, "[%s]\n", line.toLocal8Bit().constData());
-    write_log('[' + line.toUtf8() + "]\n");
+    log_text();
+    if (log)
+        write_log(shown.stamp(capture_time_ns()) + '[' + line.toUtf8() + "]\n");
 }
 
 void Output::help(const QString& lines)
@@ -83,7 +94,8 @@ bool Output::flush()
 {
     if (text.isEmpty() && !redraw)
         return true;
-    write_log(text);
+    log_text();
+    logged = 0; // as all of the text goes from here
     if (screen_left) {
         text.clear();
         return true;
@@ -117,6 +129,21 @@ bool Output::finish()
     return good;
 }
 
+QString Output::log_fault() const
+{
+    if (!log || log->missing() == 0)
+        return {};
+    return QStringLiteral("%1 bytes are missing in the log %2: %3")
+        .arg(log->missing())
+        .arg(log->name(), log->fault());
+}
+
+void Output::log_text()
+{
+    write_log(text.mid(logged));
+    logged = int(text.size());
+}
+
 void Output::write_log(const QByteArray& bytes)
 {
     if (!log || bytes.isEmpty())
@@ -126,6 +153,9 @@ void Output::write_log(const QByteArray& bytes)
     if (!good && !log_failing)
         std::fprintf(stderr, "\r[the log %s can't be written: %s; is its disk full?]\r\n",
                      log->name().toLocal8Bit().constData(), log->fault().toLocal8Bit().constData());
+    else if (good && log_failing)
+        std::fprintf(stderr, "\r[the log %s is written again]\r\n",
+                     log->name().toLocal8Bit().constData());
     log_failing = !good;
 }
 
@@ -162,11 +192,22 @@ void Output::count_cells(const QByteArray& bytes)
     if (line.size() < bytes.size())
         used = column = 0;
     const int width = screen.width();
-    const QList<QByteArray> parts = line.split('\r');
-    for (int i = 0; i < parts.size(); ++i) {
-        if (i > 0 && used > 0)
-            column = (used - 1) / width * width; // the beginning of its last row
-        column += cells_of(plain(parts[i]));
+    const QString text = QString::fromUtf8(line);
+    for (int at = 0; at < text.size(); ++at) {
+        // The row that the cursor is in; a full one until something follows.
+        const int row = column > 0 ? (column - 1) / width * width : 0;
+        if (text[at] == '\r') {
+            column = row;
+        } else if (text[at] == '\x1b') {
+            const int cells = take_sequence(text, at);
+            column = std::clamp(column + cells, row, std::max(column, row + width - 1));
+        } else {
+            const bool pair = text[at].isHighSurrogate() && at + 1 < text.size();
+            const char32_t code =
+                pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
+            column = row + cell_after(code, column - row, width);
+            at += pair ? 1 : 0;
+        }
         used = std::max(used, column);
     }
 }

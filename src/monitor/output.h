@@ -37,8 +37,11 @@ public:
     void leave_screen() { screen_left = true; }
     // Ends open lines, and gives the colours back.
     bool finish();
+    // What the log lacks at the end; empty for nothing.
+    QString log_fault() const;
 
 private:
+    void log_text();
     void write_log(const QByteArray& bytes);
     void remove_line(QByteArray& out);
     void draw_line(QByteArray& out);
@@ -50,6 +53,7 @@ private:
     bool log_failing = false;
     bool screen_left = false;
     QByteArray text; // shown and not yet written
+    int logged = 0;  // of it, when a note came meanwhile
     QString label;
     QString typed;
     int cursor = 0;

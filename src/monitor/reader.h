@@ -36,6 +36,8 @@ public:
     // All outlive it. Throws std::system_error when the system starts no thread.
     Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings);
     ~Reader(); // stops
+    // Waits for the end of a write.
+    void stop();
 
     // With framers the thread writes too: one payload, one frame. The inbox gets what has gone out.
     void send_frame(const QByteArray& payload);
@@ -48,7 +50,7 @@ private:
     long read_recorded(QByteArray& buffer, Chunk& chunk);
     void run_frames();
     void read_frame(QFramer& top, DescriptorLink& link);
-    void write_frames(QFramer& top, const DescriptorLink& link);
+    void write_frames(QFramer& top, DescriptorLink& link);
     void write_frame(QFramer& top, const DescriptorLink& link, const QByteArray& payload);
 
     Wire& wire;

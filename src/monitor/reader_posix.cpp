@@ -27,6 +27,13 @@ Reader::Reader(Wire& wire, Inbox& inbox, const ReaderSettings& settings)
 
 Reader::~Reader()
 {
+    stop();
+}
+
+void Reader::stop()
+{
+    if (!thread.joinable())
+        return;
     {
         const std::lock_guard lock(mutex);
         stopping = true;
@@ -109,9 +116,9 @@ void Reader::run_frames()
 }
 
 // A framer may throw away what waits when it writes, so that is read first.
-void Reader::write_frames(QFramer& top, const DescriptorLink& link)
+void Reader::write_frames(QFramer& top, DescriptorLink& link)
 {
-    while (!link.has_gone() && !link.has_waiting()) {
+    while (!link.has_gone() && link.bytes_available() <= 0) {
         QByteArray payload;
         {
             const std::lock_guard lock(mutex);
@@ -130,7 +137,9 @@ void Reader::write_frame(QFramer& top, const DescriptorLink& link, const QByteAr
     frame.bytes = payload;
     frame.direction = Direction::Out;
     frame.whole = true;
-    const bool sent = top.write(payload.constData(), int(payload.size())) >= 0;
+    // A framer may not say that the link took only a part.
+    const bool sent =
+        top.write(payload.constData(), int(payload.size())) >= 0 && !link.has_failed();
     if (!sent && link.has_gone())
         return;
     unsent_bytes -= int(payload.size());

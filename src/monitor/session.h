@@ -73,6 +73,7 @@ private:
     // session_posix.cpp: the loop
     bool begin();
     void turn();
+    void end_in_time();
     int patience_us(std::int64_t now_ns) const;
     void take_inbox();
     void take_chunk(const Chunk& chunk);
@@ -84,6 +85,7 @@ private:
     void note_open();
     void show_rest();
     SessionResult finish();
+    void files_missed(const QString& text, const QString& advice);
 
     // session_send_posix.cpp: what goes out
     void send(const QByteArray& bytes);

@@ -78,7 +78,7 @@ bool Session::begin()
         end_with(SessionEnd::OpenFailed);
         return false;
     }
-    screen.take_keys();
+    screen.take_keys(options.prefix);
     if (!reader) {
         note("waiting for " + wire.name() + ": " + wire.fault().text);
         wait.begin(wire.folders(), capture_time_ns());
@@ -106,7 +106,7 @@ void Session::turn()
     ::ppoll(all, std::size(all), &limit, nullptr);
 
     take_signals();
-    if (all[1].revents != 0)
+    if (all[1].revents != 0 || screen.has_typed())
         take_input();
     if (all[3].revents != 0)
         blocked = false;
@@ -122,16 +122,26 @@ void Session::turn()
     if (script.reached() && unsent() == 0 && (script.has_until() || !keys))
         end_with(SessionEnd::Reached);
     if (end_ns && capture_time_ns() >= *end_ns)
-        end_with(script.has_goal() && !script.reached() ? SessionEnd::Missed : SessionEnd::TimeOver,
-                 script.pattern());
+        end_in_time();
     if (!output->flush())
         end_with(SessionEnd::OutputFailed, screen.error());
+}
+
+// Nothing has been sent or seen when the port never came.
+void Session::end_in_time()
+{
+    if (opened_ns == 0)
+        end_with(SessionEnd::OpenFailed);
+    else if (script.has_goal() && !script.reached())
+        end_with(SessionEnd::Missed, script.pattern());
+    else
+        end_with(SessionEnd::TimeOver);
 }
 
 // In microseconds: pauses between characters are shorter than what poll() counts in.
 int Session::patience_us(std::int64_t now_ns) const
 {
-    if (backlog_at < backlog.size())
+    if (backlog_at < backlog.size() || screen.has_typed())
         return 0;
     std::int64_t next = now_ns + LONGEST_WAIT_NS / 2;
     const auto consider = [&](const std::optional<std::int64_t>& time) {
@@ -292,16 +302,34 @@ void Session::show_rest()
 
 SessionResult Session::finish()
 {
+    if (reader)
+        reader->stop();
+    const int left = unsent();
     reader.reset();
     wire.close();
     if (output)
         show_rest();
+    if (left > 0)
+        note(QStringLiteral("%1 bytes were not sent").arg(left));
     const CaptureResult recording = recorder.close();
     if (!recording)
-        end_with(SessionEnd::FileFailed, recording.error, recording.advice);
+        files_missed(recording.error, recording.advice);
     if (output && !output->finish())
         end_with(SessionEnd::OutputFailed, screen.error());
+    if (output && !output->log_fault().isEmpty())
+        files_missed(output->log_fault(), "Is its disk full?");
     if (!ended)
         end_with(SessionEnd::Quit);
     return *ended;
+}
+
+// A session that went well otherwise must not end as if all of it were kept.
+void Session::files_missed(const QString& text, const QString& advice)
+{
+    const bool good = !ended || ended->end == SessionEnd::Quit ||
+                      ended->end == SessionEnd::Reached || ended->end == SessionEnd::TimeOver;
+    if (good)
+        ended = SessionResult{SessionEnd::FileFailed, text, advice};
+    else if (output)
+        note(text);
 }

@@ -76,6 +76,10 @@ void Session::push()
 
 void Session::take_input()
 {
+    if (screen.has_typed()) {
+        take_keys(screen.take_typed());
+        return;
+    }
     char bytes[PIECE];
     const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
     if (count < 0 && (errno == EAGAIN || errno == EINTR))
@@ -111,11 +115,15 @@ void Session::begin_file(const QString& name)
 {
     const QString path = name.startsWith("~/") ? qEnvironmentVariable("HOME") + name.mid(1) : name;
     auto opened = std::make_unique<QFile>(path);
-    if (QFileInfo(path).isDir() || !opened->open(QIODevice::ReadOnly)) {
-        note("the file " + path + " can't be read: " +
-             (QFileInfo(path).isDir() ? "it is a folder" : opened->errorString()));
+    // The open of a pipe could wait for ever.
+    const bool other = QFileInfo::exists(path) && !QFileInfo(path).isFile();
+    if (other || !opened->open(QIODevice::ReadOnly)) {
+        const QString kind = QFileInfo(path).isDir() ? "it is a folder" : "it is no regular file";
+        note("the file " + path + " can't be read: " + (other ? kind : opened->errorString()));
         return;
     }
+    if (options.framers)
+        note("the file goes out as it is, without frames");
     file = std::move(opened);
     file_sent = 0;
     file_percent = -1;

@@ -14,4 +14,6 @@ public:
     // The next signal that came, 0 for none: SIGINT, SIGTERM and SIGHUP ask for the end, SIGCONT
     // says that others had the terminal.
     int take();
+    // How often an end was asked for.
+    static int ends_asked();
 };

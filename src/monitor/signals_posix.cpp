@@ -13,11 +13,14 @@ namespace {
 FileDescriptor wakes;
 FileDescriptor wake;
 constexpr int WATCHED[] = {SIGINT, SIGTERM, SIGHUP, SIGCONT, SIGPIPE};
+volatile sig_atomic_t asked = 0;
 struct sigaction earlier[std::size(WATCHED)];
 
 void on_signal(int number)
 {
     const int saved_errno = errno;
+    if (number != SIGCONT)
+        asked = asked + 1;
     const char byte = char(number);
     const ssize_t ignored = ::write(wake.number(), &byte, 1);
     static_cast<void>(ignored);
@@ -57,4 +60,9 @@ int Signals::take()
 {
     char number = 0;
     return ::read(wakes.number(), &number, 1) == 1 ? number : 0;
+}
+
+int Signals::ends_asked()
+{
+    return asked;
 }

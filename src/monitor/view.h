@@ -42,6 +42,8 @@ public:
     // The screen was changed by others, so the next text begins a line.
     void screen_cleared() { line_start = true; }
     bool at_line_start() const { return line_start; }
+    // What is put before something of that time, as the stamps are set.
+    QByteArray stamp(std::int64_t time_ns);
 
 private:
     bool by_frames() const { return shown.json || shown.hex; }
@@ -52,7 +54,6 @@ private:
     void finish_text(QByteArray& out);
     void end_frame(const Chunk& chunk, QByteArray& out);
     void end_line(QByteArray& out);
-    QByteArray stamp(std::int64_t time_ns);
 
     ViewOptions shown;
     ByteText text;

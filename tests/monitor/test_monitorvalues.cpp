@@ -312,6 +312,10 @@ TEST(Script, RepliesInTurnAndLooksBehindEachMatch)
     script.feed("in");
     EXPECT_TRUE(script.reached());
     EXPECT_FALSE(Script().has_goal());
+    Script cut({{QRegularExpression("a"), ""}}, QRegularExpression(QString::fromUtf8("é")));
+    cut.feed("a\xc3");
+    cut.feed("\xa9");
+    EXPECT_TRUE(cut.reached());
 }
 
 TEST(LogFile, RotatesBySizeAndDayAtTheEndOfALine)
@@ -336,6 +340,11 @@ TEST(LogFile, RotatesBySizeAndDayAtTheEndOfALine)
     by_day.write("new\n", day.addSecs(61));
     EXPECT_EQ(file_content(sandbox.path("25.txt")), "old\nlast\n");
     EXPECT_EQ(file_content(sandbox.path("26.txt")), "new\n");
+
+    LogFile endless(sandbox.path("endless"), {});
+    ASSERT_TRUE(endless.open(day));
+    endless.write(QByteArray(10000, 'a'), day);
+    EXPECT_EQ(file_content(sandbox.path("endless")).size(), 10000);
 
     for (const char* wrong : {"", "M", "0M", "-1M", "10", "10x", "1.5M"})
         EXPECT_FALSE(rotation_of(wrong)) << wrong;

@@ -173,6 +173,9 @@ TEST_F(Recordings, WhatWasReceivedComesAgainAtItsTimes)
     EXPECT_THAT(replayed({{3600000, '<', "a"}, {10, '<', "b"}, {40, '<', "c"}}, {}),
                 ElementsAre("0 a", "0 b", "30 c"));
     EXPECT_TRUE(notes.contains("the end of"));
+    EXPECT_FALSE(notes.contains("silence"));
+    replayed({{0, '<', "a"}, {3600000, '<', "b"}}, {});
+    EXPECT_TRUE(notes.contains("a silence of 3600 s"));
 }
 
 TEST_F(Recordings, SaysWhyACaptureIsNoDevice)

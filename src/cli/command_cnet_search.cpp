@@ -1,6 +1,6 @@
 // tarnwickctl cnet search: which devices answer, on which channels and rates.
 #include "checksum/hextext.h"
-#include "cli/progress.h"
+#include "cli/progressline.h"
 #include "cli/session.h"
 #include "cli/typedargument.h"
 #include "stack/numbermask.h"

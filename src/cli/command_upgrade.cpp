@@ -1,4 +1,5 @@
 // tarnwickctl upgrade: new firmware for a module, or for several at the same time.
+#include "cli/progressline.h"
 #include "cli/session.h"
 #include "cli/upgradeline.h"
 

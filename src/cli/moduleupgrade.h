@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/failure.h"
-#include "cli/progress.h"
+#include "stack/progress.h"
 #include "stack/stack.h"
 #include "stack/upgrade.h"
 

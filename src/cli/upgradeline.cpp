@@ -1,5 +1,6 @@
 #include "cli/upgradeline.h"
 
+#include "cli/progressline.h"
 #include "stack/exchangetext.h"
 
 #include <QJsonArray>

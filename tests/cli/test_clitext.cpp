@@ -2,7 +2,7 @@
 #include "cli/cnetaddress.h"
 #include "cli/dorvarguments.h"
 #include "cli/exchangelog.h"
-#include "cli/progress.h"
+#include "cli/progressline.h"
 #include "cli/typedargument.h"
 #include "framers/qframernull.h"
 #include "stack/boundedcnet.h"

@@ -90,13 +90,13 @@ TEST(Transfer, ShowsBytesRateAndTimeLeft)
         Transfer transfer;
         const char* text;
     } rows[] = {
-        {{0, 0, 0}, ""},
-        {{0, 1000, 500}, "0 of 1000 bytes"},
-        {{500, 1000, 100}, "500 of 1000 bytes"},
-        {{131072, 262144, 12000}, "131072 of 262144 bytes, 10.9 KB/s, 0:12 left"},
-        {{1000, 100000, 2000}, "1000 of 100000 bytes, 500 B/s, 3:18 left"},
-        {{1000, 1000, 2000}, "1000 of 1000 bytes, 500 B/s"},
-        {{500, 1000, 1000, true}, "500 of 1000 bytes, 500 B/s"},
+        {{{0, 0, 0}}, ""},
+        {{{0, 1000, 500}}, "0 of 1000 bytes"},
+        {{{500, 1000, 100}}, "500 of 1000 bytes"},
+        {{{131072, 262144, 12000}}, "131072 of 262144 bytes, 10.9 KB/s, 0:12 left"},
+        {{{1000, 100000, 2000}}, "1000 of 100000 bytes, 500 B/s, 3:18 left"},
+        {{{1000, 1000, 2000}}, "1000 of 1000 bytes, 500 B/s"},
+        {{{500, 1000, 1000}, true}, "500 of 1000 bytes, 500 B/s"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.transfer.text(), row.text);

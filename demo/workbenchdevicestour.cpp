@@ -5,43 +5,24 @@
 //   tarnwick-workbench-devices-tour LANGUAGE PALETTE FOLDER CNET-PORT ECHO-PORT
 //
 // Exit codes: 0 all went well, 1 something didn't, 2 wrong arguments.
-#include "workbench/connectionbar.h"
 #include "workbench/exchangepage.h"
 #include "workbench/searchpage.h"
-#include "workbench/workbenchwindow.h"
+#include "workbenchdriver.h"
 
-#include <QApplication>
-#include <QDeadlineTimer>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QEventLoop>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSettings>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <cstdio>
-#include <functional>
 
 namespace {
 
-constexpr int PATIENCE_MS = 120000;
-constexpr int PAUSE_MS = 100;
 constexpr int ATTEMPTS = 3; // a busy machine may keep the simulated device from answering in time
 
-class Tour
+class Tour : private WorkbenchDriver
 {
 public:
-    Tour(const QString& ini_path, const QString& shots)
-        : window(ini_path)
-        , shots(shots)
+    Tour(const Settings& settings, const QString& folder)
+        : WorkbenchDriver(settings, folder, {1120, 860})
     {
-        window.show();
-        window.resize(1120, 860);
         watch.setTimerType(Qt::PreciseTimer);
         QObject::connect(&watch, &QTimer::timeout, &watch, [this] {
             longest_ms = std::max(longest_ms, double(since.nsecsElapsed()) / 1e6 - 1);
@@ -57,25 +38,11 @@ public:
     }
 
 private:
-    template <typename Widget> Widget* find(const char* name) const
-    {
-        return window.findChild<Widget*>(name);
-    }
-    void click(const char* name) const
-    {
-        QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton);
-    }
-    void say(const char* name) const
-    {
-        const auto* const notice = find<QWidget>(name);
-        std::printf("%s\n", qPrintable(notice->findChild<QLabel*>("notice_text")->text()));
-    }
     // Pictures take longer than a window may.
     void shoot(const QString& name)
     {
-        QTest::qWait(PAUSE_MS);
         watch.stop();
-        window.grab().save(QDir(shots).filePath(name + ".png"));
+        WorkbenchDriver::shoot(window, name);
         watch_start();
     }
     void watch_start()
@@ -83,30 +50,11 @@ private:
         since.start();
         watch.start(1);
     }
-    // In an event loop as the program's own, where QTest would sleep between its looks.
-    bool wait(const std::function<bool()>& condition) const
-    {
-        QEventLoop loop;
-        QTimer look;
-        const QDeadlineTimer patience(PATIENCE_MS);
-        QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-            if (condition() || patience.hasExpired())
-                loop.quit();
-        });
-        look.start(1);
-        loop.exec();
-        return condition();
-    }
     bool connected(const QString& port)
     {
-        using State = LinkWorker::State;
-        LinkWorker& link = window.connection().link();
-        if (link.state() == State::Open)
-            click("connect");
-        wait([&] { return link.state() == State::Closed; });
-        find<QLineEdit>("link_text")->setText("serial:" + port + ",115200,8N1");
-        click("connect");
-        return wait([&] { return link.state() == State::Open; });
+        disconnect();
+        port_set(port);
+        return connect();
     }
     void page_show(QWidget& page) const { find<QTabWidget>("pages")->setCurrentWidget(&page); }
 
@@ -164,8 +112,6 @@ private:
         return page.history().record(2).ending == ExchangeEnding::Answered;
     }
 
-    WorkbenchWindow window;
-    const QString shots;
     QTimer watch; // how long the event loop was away
     QElapsedTimer since;
     double longest_ms = 0;
@@ -175,10 +121,7 @@ private:
 
 int main(int argc, char** argv)
 {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-#endif
+    high_dpi_set();
     QApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
     if (words.size() != 6) {
@@ -186,15 +129,10 @@ int main(int argc, char** argv)
                              "CNET-PORT ECHO-PORT\n");
         return 2;
     }
-    const QTemporaryDir settings_folder;
-    const QString ini = settings_folder.filePath("workbench.ini");
-    {
-        QSettings settings(ini, QSettings::IniFormat);
-        settings.setValue("workbench/language", words[1]);
-        settings.setValue("workbench/palette", words[2]);
-        settings.setValue("workbench/frame", "crc16");
-        settings.setValue("workbench/timeout", 150);
-    }
-    QDir().mkpath(words[3]);
-    return Tour(ini, words[3]).run(words[4], words[5]) ? 0 : 1;
+    Tour tour({{"workbench/language", words[1]},
+               {"workbench/palette", words[2]},
+               {"workbench/frame", "crc16"},
+               {"workbench/timeout", 150}},
+              words[3]);
+    return tour.run(words[4], words[5]) ? 0 : 1;
 }

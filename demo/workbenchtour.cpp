@@ -7,46 +7,27 @@
 //                                /run/user/1000/tarnwick/ports/dorv
 //
 // Exit codes: 0 all modules hold what they shall, 1 one doesn't, 2 wrong arguments.
-#include "workbench/connectionbar.h"
 #include "workbench/firmwarepage.h"
 #include "workbench/framerdialog.h"
 #include "workbench/settingspage.h"
-#include "workbench/workbenchwindow.h"
+#include "workbenchdriver.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QSettings>
 #include <QTabWidget>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <cstdio>
-#include <functional>
 
 namespace {
 
-constexpr int PATIENCE_MS = 120000;
-constexpr int PAUSE_MS = 100;
-
-class Tour
+class Tour : private WorkbenchDriver
 {
 public:
-    Tour(const QString& ini_path, const QString& shots, const QStringList& ports,
+    Tour(const Settings& settings, const QString& folder, const QStringList& ports,
          const QString& dorv_port)
-        : window(ini_path)
-        , shots(shots)
+        : WorkbenchDriver(settings, folder, {1120, 800})
         , ports(ports)
         , dorv_port(dorv_port)
     {
-        window.show();
-        window.resize(1120, 800);
     }
 
     bool run() { return upgrades() && settings(); }
@@ -55,36 +36,16 @@ private:
     bool upgrades()
     {
         shoot_frame();
-        click("connect");
-        if (!wait([this] { return window.connection().link().state() == LinkWorker::State::Open; }))
+        if (!connect())
             return false;
         click("start");
-        wait([this] { return window.findChild<QProgressBar*>("progress")->value() >= 50; });
+        wait([this] { return find<QProgressBar>("progress")->value() >= 50; });
         shoot(window, "workbench-run");
         click("stop");
         wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-stopped");
         say("firmware_notice");
         return several();
-    }
-
-    void click(const char* name) const
-    {
-        QTest::mouseClick(window.findChild<QPushButton*>(name), Qt::LeftButton);
-    }
-    void say(const char* name) const
-    {
-        const auto* const notice = window.findChild<QWidget*>(name);
-        std::printf("%s\n", qPrintable(notice->findChild<QLabel*>("notice_text")->text()));
-    }
-    void shoot(QWidget& widget, const QString& name) const
-    {
-        QTest::qWait(PAUSE_MS);
-        widget.grab().save(QDir(shots).filePath(name + ".png"));
-    }
-    bool wait(const std::function<bool()>& condition) const
-    {
-        return QTest::qWaitFor(condition, PATIENCE_MS);
     }
 
     void shoot_frame()
@@ -108,7 +69,7 @@ private:
             window.firmware().module_add(stack);
         }
         click("start");
-        wait([this] { return window.findChild<QProgressBar*>("progress")->value() >= 70; });
+        wait([this] { return find<QProgressBar>("progress")->value() >= 70; });
         shoot(window, "workbench-several");
         const bool ended = wait([this] { return !window.firmware().busy(); });
         shoot(window, "workbench-end");
@@ -132,7 +93,7 @@ private:
 
     void value_type(const char* name, const QString& value)
     {
-        auto* const table = window.findChild<QTableView*>("settings_table");
+        auto* const table = find<QTableView>("settings_table");
         QAbstractItemModel& model = *table->model();
         for (int row = 0; row < model.rowCount(); ++row) {
             if (model.index(row, SettingsTable::NAME).data() == name)
@@ -142,18 +103,14 @@ private:
 
     bool settings()
     {
-        using State = LinkWorker::State;
-        const LinkWorker& link = window.connection().link();
         const SettingsPage& page = window.settings();
-        click("connect");
-        if (!wait([&] { return link.state() == State::Closed; }))
+        if (!disconnect())
             return false;
-        window.findChild<QTabWidget*>("pages")->setCurrentIndex(1);
-        window.findChild<QLineEdit*>("link_text")->setText("serial:" + dorv_port + ",115200,8N1");
-        window.findChild<QLineEdit*>("frame_text")->setText("none");
-        record(QDir(shots).filePath("session.pcapng"));
-        click("connect");
-        if (!wait([&] { return link.state() == State::Open; }))
+        find<QTabWidget>("pages")->setCurrentIndex(1);
+        port_set(dorv_port);
+        find<QLineEdit>("frame_text")->setText("none");
+        record(QDir(folder).filePath("session.pcapng"));
+        if (!connect())
             return false;
         click("settings_read_all");
         wait([&] { return !page.busy(); });
@@ -161,7 +118,7 @@ private:
         value_type("heartbeat", "60 3 1");
         value_type("devaddr", "0x26011bda");
         value_type("pwr", "256");
-        auto* const table = window.findChild<QTableView*>("settings_table");
+        auto* const table = find<QTableView>("settings_table");
         const auto place = [&](const char* name) {
             return table->model()->match(table->model()->index(0, SettingsTable::NAME),
                                          Qt::DisplayRole, name)[0];
@@ -179,8 +136,6 @@ private:
         return ended && page.settings().differing().isEmpty();
     }
 
-    WorkbenchWindow window;
-    const QString shots;
     const QStringList ports;
     const QString dorv_port;
 };
@@ -189,10 +144,7 @@ private:
 
 int main(int argc, char** argv)
 {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-#endif
+    high_dpi_set();
     QApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
     if (words.size() < 7) {
@@ -201,18 +153,12 @@ int main(int argc, char** argv)
                      "DORV_PORT\n");
         return 2;
     }
-    const QTemporaryDir settings_folder;
-    const QString ini = settings_folder.filePath("workbench.ini");
-    {
-        QSettings settings(ini, QSettings::IniFormat);
-        settings.setValue("workbench/language", words[1]);
-        settings.setValue("workbench/palette", words[2]);
-        settings.setValue("workbench/firmware", words[3]);
-        settings.setValue("workbench/link", "serial:" + words[5] + ",115200,8N1");
-        settings.setValue("workbench/frame", "crc16");
-        settings.setValue("upgrade/reset_wait", 300);
-    }
-    QDir().mkpath(words[4]);
-    const QStringList ports = words.mid(5, words.size() - 6);
-    return Tour(ini, words[4], ports, words.last()).run() ? 0 : 1;
+    Tour tour({{"workbench/language", words[1]},
+               {"workbench/palette", words[2]},
+               {"workbench/firmware", words[3]},
+               {"workbench/link", "serial:" + words[5] + ",115200,8N1"},
+               {"workbench/frame", "crc16"},
+               {"upgrade/reset_wait", 300}},
+              words[4], words.mid(5, words.size() - 6), words.last());
+    return tour.run() ? 0 : 1;
 }

@@ -1,7 +1,10 @@
 #include "linkcfg/inifile.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <algorithm>
+#include <cctype>
 
 namespace {
 
@@ -22,9 +25,34 @@ const QString& without_dead_lock(const QString& path)
     return path;
 }
 
+// Whether a section lies inside another one, as [a/b] does. A value that looks like it does no
+// harm.
+bool may_have_nested_sections(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray text = "\n" + file.readAll();
+    const auto separates = [](char c) { return c == '/' || c == '\\' || c == '%'; };
+    auto at = std::find(text.begin(), text.end(), '[');
+    while (at != text.end()) {
+        const bool begins_a_line = std::isspace(uchar(at[-1])) != 0;
+        const auto end = begins_a_line ? std::find(at, text.end(), '\n') : at + 1;
+        if (begins_a_line && std::any_of(at, end, separates))
+            return true;
+        at = std::find(end, text.end(), '[');
+    }
+    return false;
+}
+
 } // namespace
 
 IniFile::IniFile(const QString& path)
     : QSettings(without_dead_lock(path), QSettings::IniFormat)
 {
+    // Qt reads a section for the first key that is asked for, but not [a] for the key "a/c" if
+    // there is a section [a/b] too. The list of groups has it read all, which takes time with many
+    // keys.
+    if (may_have_nested_sections(path))
+        childGroups();
 }

@@ -3,14 +3,13 @@
 #include "fuzzing.h"
 #include "linkcfg/qlinkcfgdlg.h"
 #include "linkcfg/qtcpipcfgwidget.h"
+#include "sandbox.h"
 #include "terminal/mainwindow.h"
 #include "terminal/settingkeys.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QMetaProperty>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTimer>
 
 namespace {
@@ -25,23 +24,27 @@ void application_start()
     static char name[] = "fuzz";
     static char* argv[] = {name, nullptr};
     static const QApplication application(argc, argv);
-    static const QTemporaryDir folder;
-    require(QDir::setCurrent(folder.path()));
+    static const Sandbox sandbox;
     QSettings(ROOT_FILE, QSettings::IniFormat).setValue("global/cfg_file", FILE_NAME);
     static QTimer timer;
     timer.callOnTimeout(QApplication::closeAllWindows);
     timer.start(0);
 }
 
-// What is in the fields of a window.
+// What is in the fields of a window, sorted, as a window that is raised changes its place.
 QStringList shown(const QWidget& window)
 {
     QStringList texts;
     for (const QWidget* field : window.findChildren<QWidget*>())
-        texts += field->metaObject()->userProperty().read(field).toString();
+        texts += field->objectName() + field->metaObject()->userProperty().read(field).toString();
     for (const auto* table : window.findChildren<QTableWidget*>())
         for (const QTableWidgetItem* item : table->findItems("*", Qt::MatchWildcard))
-            texts += item->text() + QString::number(int(item->checkState()));
+            texts += QString("%1,%2: %3 %4")
+                         .arg(item->row())
+                         .arg(item->column())
+                         .arg(item->text())
+                         .arg(int(item->checkState()));
+    texts.sort();
     return texts;
 }
 
@@ -49,10 +52,7 @@ QStringList shown(const QWidget& window)
 template <typename Show> void check(const QByteArray& content, const Show& show)
 {
     static const bool started = (application_start(), true);
-    QFile file(FILE_NAME);
-    file.remove();
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
+    file_write(FILE_NAME, content);
     if (QSettings(FILE_NAME, QSettings::IniFormat).value("strings/size").toInt() > MOST_ROWS)
         return;
     const QStringList first = show();

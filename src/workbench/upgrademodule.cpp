@@ -125,7 +125,7 @@ void UpgradeModule::phase_set(LoaderPhase phase)
 
 void UpgradeModule::progress_set(int offset)
 {
-    sent = {offset, file_size, send_clock.isValid() ? send_clock.elapsed() : 0, false};
+    sent = {{offset, file_size, send_clock.isValid() ? send_clock.elapsed() : 0}, false};
     emit changed();
 }
 

@@ -313,10 +313,10 @@ TEST(TcpipLink, MayBeClosedAndOpenedByAHandlerOfItsLog)
     for (const auto meddle : {&QLinkTcpip::close, &QLinkTcpip::open})
         for (int at = 1, lines = at; lines >= at; ++at) {
             SCOPED_TRACE(at);
+            bool unconnected = false;
+            lines = 0;
             QLinkTcpip link(&cfg);
             link.verbose_set(true);
-            lines = 0;
-            bool unconnected = false;
             QObject::connect(&link, &QLinkTcpip::log, &link, [&](const QString& line) {
                 unconnected = unconnected || line == "tcpip: unconnected";
                 if (++lines == at)

@@ -5,6 +5,11 @@
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+constexpr int FIRST_PORT = 20000, PORTS = 10000;
+} // namespace
 
 std::unique_ptr<NetPeer> NetPeer::socat(const QString& listen, const QString& other)
 {
@@ -23,11 +28,11 @@ std::unique_ptr<NetPeer> NetPeer::socat(const QString& listen, const QString& ot
 std::unique_ptr<NetPeer> NetPeer::ser2net(const QString& device)
 {
     auto peer = std::make_unique<NetPeer>();
-    {
-        QTcpServer probe; // it can't report its port, so it gets one that was free just now
-        EXPECT_TRUE(probe.listen(QHostAddress::LocalHost));
-        peer->tcp_port = probe.serverPort();
-    }
+    // It can't report its port, so it gets a free one below those that the system hands out, where
+    // test programs that run at the same time begin to look in different places.
+    peer->tcp_port = FIRST_PORT + getpid() % PORTS;
+    while (!QTcpServer().listen(QHostAddress::LocalHost, peer->tcp_port))
+        ++peer->tcp_port;
     const QString served = "connection: &port#  accepter: tcp,127.0.0.1,%1#"
                            "  connector: serialdev,%2,115200n81,local#";
     peer->process.start("/usr/sbin/ser2net",

@@ -5,10 +5,10 @@ set -eu
 cd "$(dirname "$0")/.."
 build=$PWD/build/package
 root=$build/root
-export LC_ALL=C.UTF-8
 
 cmake --preset package >/dev/null
 cmake --build --preset package
+export LC_ALL=C.UTF-8 # not before, as a cache of objects keeps those of each language apart
 rm -rf "$build"/*.deb "$root"
 (cd "$build" && cpack)
 lintian --allow-root --fail-on error,warning "$build"/*.deb

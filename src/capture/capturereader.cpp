@@ -60,17 +60,25 @@ public:
     {
         if (offset >= start && offset + count <= start + bytes.size())
             return bytes.mid(int(offset - start), int(count));
-        return device.seek(offset) ? device.read(count) : QByteArray();
+        return read(offset, count);
     }
 
     QIODevice& device;
     const std::int64_t size;
+    bool readable = true; // all that was asked for since this was set
 
 private:
     void fill(std::int64_t offset, std::int64_t count)
     {
         start = offset;
-        bytes = device.seek(offset) ? device.read(std::min(count, size - offset)) : QByteArray();
+        bytes = read(offset, count);
+    }
+    QByteArray read(std::int64_t offset, std::int64_t count)
+    {
+        const std::int64_t there = std::max<std::int64_t>(std::min(count, size - offset), 0);
+        QByteArray found = device.seek(offset) ? device.read(there) : QByteArray();
+        readable = readable && found.size() == there;
+        return found;
     }
 
     QByteArray bytes;
@@ -88,6 +96,7 @@ CaptureReader::Found CaptureReader::next()
 {
     while (next_offset < window->size) {
         block_offset = next_offset;
+        window->readable = true;
         const auto length =
             PcapngBlock::length(window->at(block_offset, PcapngBlock::HEAD + 4), order);
         if (!length.value)
@@ -219,7 +228,7 @@ CaptureReader::Found CaptureReader::pass_damage(std::int64_t known_length, const
     }
     const std::int64_t good =
         known_length > 0 ? block_offset + known_length : next_good(block_offset + 1);
-    const bool torn = known_length == 0 && good >= window->size;
+    const bool torn = known_length == 0 && good >= window->size && window->readable;
     current_damage = {torn ? CaptureDamage::Kind::TornEnd : CaptureDamage::Kind::Block,
                       block_offset, good - block_offset, reason};
     next_offset = good;

@@ -13,7 +13,7 @@
 struct CaptureDamage
 {
     enum class Kind {
-        Block,   // good blocks follow
+        Block,   // good blocks follow, or what may be some and can't be read
         TornEnd, // the file ends in it, as after a kill or a lost supply
     };
 

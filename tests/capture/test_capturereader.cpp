@@ -1,7 +1,9 @@
 // What is left of a file that is damaged, and that the damage is found.
+#include "capture/capturesurvey.h"
 #include "captures.h"
 #include "print.h"
 
+#include <QBuffer>
 #include <QSet>
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -65,6 +67,27 @@ TEST(CaptureReader, ReadsUpToATornEnd)
             ASSERT_EQ(read_lines(known_file().left(size)), expected) << size;
         }
     }
+}
+
+// The last bytes of it can't be read.
+class BadDisk : public QBuffer
+{
+    qint64 readData(char* bytes, qint64 most) override
+    {
+        const qint64 readable = size() - 30 - pos();
+        return readable > 0 ? QBuffer::readData(bytes, std::min(most, readable)) : -1;
+    }
+};
+
+TEST(CaptureReader, TakesNoEndThatCantBeReadForATornOne)
+{
+    BadDisk disk;
+    disk.setData(known_file());
+    ASSERT_TRUE(disk.open(QIODevice::ReadOnly));
+    const CaptureSurvey survey = CaptureSurvey::of(disk);
+    EXPECT_FALSE(survey.torn_end);
+    ASSERT_EQ(survey.damages.size(), 1);
+    EXPECT_EQ(survey.damages[0].offset, offset_of_block(int(BLOCKS.size()) - 1));
 }
 
 TEST(CaptureReader, FindsTheNextGoodBlock)

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <future>
 
-namespace {
 tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
 {
     tcpip_cfg settings = tcpip_defaults();
@@ -31,7 +30,6 @@ tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms)
     }
     return settings;
 }
-} // namespace
 
 Stack::Stack(const StackDescription& description, ExchangeSink& log)
     : description(description.link)
@@ -123,8 +121,11 @@ QString Stack::target() const
     return description.kind == LinkKind::Serial ? description.port : link_name(description);
 }
 
-bool Stack::dropped() const
+bool Stack::connection_lost() const
 {
+    if (traced->failed())
+        return true;
+    // The other side may have closed it while nobody was reading.
     const auto* const tcp = qobject_cast<const QLinkTcpip*>(link_object.get());
     return tcp && description.kind == LinkKind::Tcp && traced->is_open() && !tcp->connected();
 }
@@ -139,7 +140,7 @@ LinkProblem Stack::trouble() const
 {
     if (port_gone())
         return {LinkTrouble::PortGone, target()};
-    if (traced->failed())
+    if (connection_lost())
         return {LinkTrouble::ConnectionLost, target()};
     return {traced->silent() ? LinkTrouble::NoAnswer : LinkTrouble::BadAnswer, target()};
 }

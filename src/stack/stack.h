@@ -1,6 +1,7 @@
 // A link with its framers, assembled from their description.
 #pragma once
 
+#include "links/tcpip_cfg.h"
 #include "stack/framerstack.h"
 #include "stack/linkproblem.h"
 #include "stack/stacktext.h"
@@ -16,6 +17,9 @@ struct StackDescription
     QVector<FramerDescription> framers;
     int timeout_ms = 0;
 };
+
+// Of a network link.
+tcpip_cfg network_settings(const LinkDescription& link, int timeout_ms);
 
 // On the link, the lowest first; the lowest passes the payload as it is.
 std::vector<std::unique_ptr<QFramer>> make_framers(QLink& link,
@@ -45,16 +49,16 @@ public:
     // worker doesn't start; in that case the stack is of no more use.
     void run_worker(QThread& worker, const std::function<void()>& start,
                     const std::function<void()>& give_up);
-    // The port has gone, or the connection is lost.
-    bool lost() const { return port_gone() || traced->failed(); }
-    // The other side has closed the connection. For the thread that drives the link.
-    bool dropped() const;
+    // The port has gone, or the connection is lost. For the thread that drives the link, as is the
+    // next one.
+    bool lost() const { return port_gone() || connection_lost(); }
     // Why there is no answer: PortGone, ConnectionLost, BadAnswer or NoAnswer.
     LinkProblem trouble() const;
 
 private:
     void add_link(int timeout_ms);
     bool port_gone() const;
+    bool connection_lost() const;
     QString target() const;
     LinkProblem open_problem() const;
 

@@ -33,7 +33,7 @@ public:
     {
         timer = std::make_unique<QTimer>();
         connect(timer.get(), &QTimer::timeout, this, [this, lost] {
-            if (!stack || (!stack->lost() && !stack->dropped() && stack->link().is_open()))
+            if (!stack || (!stack->lost() && stack->link().is_open()))
                 return;
             LinkProblem problem = stack->trouble();
             if (problem.kind != LinkTrouble::PortGone)

@@ -55,6 +55,11 @@ TEST_F(TarnwickCtl, EndsWithTheCodeOfWhatHappened)
     EXPECT_TRUE(busy.contains("It is open in tarnwickctl (")) << busy.toStdString();
     silent.reset();
     EXPECT_EQ(holder.wait(), 3) << "the port has gone";
+    auto server = std::make_unique<Simulated>("echo --listen 0");
+    Ctl listener("dorv search --duration 600 -v --link tcp:" + server->address);
+    ASSERT_TRUE(listener.says("nothing in time"));
+    server.reset();
+    EXPECT_EQ(listener.wait(), 3) << "the connection is lost";
     EXPECT_TRUE(ctl_json("help dorv")["help"].toString().contains("dorv reset"));
     const QJsonObject error = ctl_json("cnet info --link serial:/dev/none")["error"].toObject();
     EXPECT_EQ(error["exit"].toInt(), 3);

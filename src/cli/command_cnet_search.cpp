@@ -3,20 +3,13 @@
 #include "cli/progressline.h"
 #include "cli/session.h"
 #include "cli/typedargument.h"
+#include "stack/cnetsearch.h"
 #include "stack/numbermask.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
 
 namespace {
-struct SearchSettings
-{
-    std::uint32_t channels = 0;
-    std::uint32_t rates = 0;
-    QByteArray target; // empty: everybody is asked
-    bool long_answers = false;
-};
-
 QByteArray parse_target(const Piece& text)
 {
     QByteArray target = parse_hex_bytes(text);
@@ -25,7 +18,7 @@ QByteArray parse_target(const Piece& text)
     return target;
 }
 
-SearchSettings settings_of(const Invocation& invocation)
+CnetSearchSettings settings_of(const Invocation& invocation)
 {
     invocation.expect_at_most(0);
     const auto channels = [](const Piece& text) {
@@ -43,7 +36,7 @@ SearchSettings settings_of(const Invocation& invocation)
 class Search
 {
 public:
-    Search(const SearchSettings& settings, const Invocation& invocation)
+    Search(const CnetSearchSettings& settings, Invocation& invocation)
         : settings(settings)
         , console(invocation.console)
         , interrupts(invocation.interrupts)
@@ -56,10 +49,10 @@ public:
 private:
     void connect_signals();
     void start();
-    void show_found(int channel, int rate, const void* answer, int size);
+    void show_found(int channel, int rate, const QByteArray& answer);
     void show_progress(int current, int channel, int rate);
 
-    const SearchSettings settings;
+    const CnetSearchSettings settings;
     Console& console;
     Interrupts& interrupts;
     CnetSession session;
@@ -69,9 +62,9 @@ private:
     QJsonArray found;
 };
 
-void Search::show_found(int channel, int rate, const void* answer, int size)
+void Search::show_found(int channel, int rate, const QByteArray& answer)
 {
-    const QString bytes = hex_text(answer, size);
+    const QString bytes = hex_text(answer.constData(), int(answer.size()));
     console.line(
         QStringLiteral("channel %1  %2  %3").arg(channel, 2).arg(baud_text(rate), -8).arg(bytes));
     found.append(QJsonObject{
@@ -101,14 +94,9 @@ void Search::connect_signals()
     });
     on(&CnetCfg::search_progress,
        [this](int current, int channel, int rate) { show_progress(current, channel, rate); });
-    on(qOverload<int, int, const cnet_search_response*>(&CnetCfg::dev_found),
-       [this](int channel, int rate, const cnet_search_response* answer) {
-           show_found(channel, rate, answer->bytes, sizeof answer->bytes);
-       });
-    on(qOverload<int, int, const cnet_search_response_ext*>(&CnetCfg::dev_found),
-       [this](int channel, int rate, const cnet_search_response_ext* answer) {
-           show_found(channel, rate, answer->bytes, sizeof answer->bytes);
-       });
+    on_cnet_found(cfg, [this](int channel, int rate, const QByteArray& answer) {
+        show_found(channel, rate, answer);
+    });
     QObject::connect(&interrupts, &Interrupts::interrupted, &cfg, [this] { cfg.abort(); });
 }
 
@@ -144,7 +132,7 @@ QJsonObject Search::run()
 
 void run_search(Invocation& invocation)
 {
-    const SearchSettings settings = settings_of(invocation);
+    const CnetSearchSettings settings = settings_of(invocation);
     const QJsonObject result = Search(settings, invocation).run();
     if (result["devices"].toArray().isEmpty())
         invocation.console.note("No device answered.");

@@ -73,13 +73,6 @@ void SearchRun::cnet_connect(CnetCfg& cfg, Stack& stack)
     const auto on = [&cfg](auto signal, auto receiver) {
         connect(&cfg, signal, &cfg, receiver, Qt::DirectConnection);
     };
-    const auto found = [this](int channel, int rate, const std::uint8_t* bytes, int size) {
-        FoundDevice device;
-        device.channel = channel;
-        device.rate = rate;
-        device.answer = QByteArray(reinterpret_cast<const char*>(bytes), size);
-        task.report([this, device] { emit device_found(device); });
-    };
     on(&CnetCfg::log, [&stack](const QString& line) { stack.sink().note(line); });
     on(&CnetCfg::search_started,
        [this](int total) { task.report([this, total] { emit begun(total); }); });
@@ -89,14 +82,13 @@ void SearchRun::cnet_connect(CnetCfg& cfg, Stack& stack)
             emit pair_begun(channel, rate);
         });
     });
-    on(qOverload<int, int, const cnet_search_response*>(&CnetCfg::dev_found),
-       [found](int channel, int rate, const cnet_search_response* answer) {
-           found(channel, rate, answer->bytes, sizeof answer->bytes);
-       });
-    on(qOverload<int, int, const cnet_search_response_ext*>(&CnetCfg::dev_found),
-       [found](int channel, int rate, const cnet_search_response_ext* answer) {
-           found(channel, rate, answer->bytes, sizeof answer->bytes);
-       });
+    on_cnet_found(cfg, [this](int channel, int rate, const QByteArray& answer) {
+        FoundDevice device;
+        device.channel = channel;
+        device.rate = rate;
+        device.answer = answer;
+        task.report([this, device] { emit device_found(device); });
+    });
 }
 
 SearchReport SearchRun::dorv_search(Stack& stack, int duration_ms)

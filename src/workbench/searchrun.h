@@ -1,16 +1,8 @@
 // One search for devices, on the thread of its link.
 #pragma once
 
-#include "tools/cnetcfg.h"
+#include "stack/cnetsearch.h"
 #include "workbench/linktask.h"
-
-struct CnetSearchSettings
-{
-    std::uint32_t channels = 0; // masks, as in cnet_pairs()
-    std::uint32_t rates = 0;
-    QByteArray target; // empty: everybody is asked
-    bool long_answers = false;
-};
 
 // A cnet device has a place and an answer, a Dorv module what it reported of itself.
 struct FoundDevice

@@ -45,7 +45,7 @@ void tune_as_asked(CnetSession& session, const Invocation& invocation)
 // The link open, and the local device tuned if that is asked.
 struct OpenSession : CnetSession
 {
-    explicit OpenSession(const Invocation& invocation)
+    explicit OpenSession(Invocation& invocation)
         : CnetSession(invocation)
     {
         connection.stack.open();

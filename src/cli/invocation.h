@@ -3,6 +3,7 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/failure.h"
 #include "cli/interrupts.h"
 
 #include <QCommandLineParser>
@@ -41,6 +42,9 @@ public:
 
     Console& console;
     Interrupts& interrupts;
+    // What the program ends with when the command returns. One that has done its work but lost
+    // something beside it changes this.
+    ExitCode ending = ExitCode::Done;
 
 private:
     const Command& command;

@@ -37,7 +37,7 @@ PcapngInterface record_port(const LinkDescription& link, const QString& text, co
     return port;
 }
 
-RecordFile::RecordFile(const Invocation& invocation)
+RecordFile::RecordFile(Invocation& invocation)
     : invocation(invocation)
     , writer([&console = invocation.console](const CaptureReport& report) {
         console.note(report.text());
@@ -56,8 +56,10 @@ RecordFile::~RecordFile()
     if (!writer.is_open())
         return;
     const CaptureResult result = writer.close();
-    if (!result)
-        invocation.console.note(result.error + '\n' + result.advice);
+    if (result)
+        return;
+    invocation.console.note(result.error + '\n' + result.advice);
+    invocation.ending = ExitCode::File;
 }
 
 std::uint32_t RecordFile::add_port(const LinkDescription& link, const QString& text)

@@ -17,8 +17,9 @@ class RecordFile
 public:
     // A file that is there goes on. The invocation outlives it. Throws Failure when the file can't
     // be written.
-    explicit RecordFile(const Invocation& invocation);
-    // Notes on stderr what is missing in the file.
+    explicit RecordFile(Invocation& invocation);
+    // Notes on stderr what is missing in the file, and has the program end with ExitCode::File
+    // then.
     ~RecordFile();
 
     // Before a link of the invocation is used. Any thread may record what it exchanges.
@@ -26,7 +27,7 @@ public:
     void record(CaptureRecord record, std::uint32_t port);
 
 private:
-    const Invocation& invocation;
+    Invocation& invocation;
     CaptureWriter writer;
 };
 

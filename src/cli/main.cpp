@@ -130,7 +130,7 @@ void expect_file_names(const QList<QCommandLineOption>& options, const QCommandL
                                 ": the name of a file is missing");
 }
 
-void run_command(const Command& command, const QStringList& words, Console& console)
+ExitCode run_command(const Command& command, const QStringList& words, Console& console)
 {
     QCommandLineParser parser;
     const QList<QCommandLineOption> options = options_of(command);
@@ -153,6 +153,7 @@ void run_command(const Command& command, const QStringList& words, Console& cons
     if (!console.flush())
         throw Failure{ExitCode::File, "the result could not be written to the end",
                       "Is the disk full that the output goes to?"};
+    return invocation.ending;
 }
 
 QList<Command> all_commands()
@@ -181,8 +182,7 @@ ExitCode run(const QStringList& arguments, Console& console)
     const Command* command = find_command(commands, arguments);
     if (!command)
         throw unknown_command(commands, arguments);
-    run_command(*command, arguments.mid(command->name.count(' ') + 1), console);
-    return ExitCode::Done;
+    return run_command(*command, arguments.mid(command->name.count(' ') + 1), console);
 }
 
 void report(const Failure& failure, Console& console)

@@ -86,7 +86,7 @@ QList<QCommandLineOption> stack_options(Needs needs)
     return options;
 }
 
-Connection::Connection(const Invocation& invocation)
+Connection::Connection(Invocation& invocation)
     : description(stack_description(invocation))
     , log(invocation.console, invocation.has("verbose"), invocation.text("log"))
     , file(invocation)
@@ -97,7 +97,7 @@ Connection::Connection(const Invocation& invocation)
         invocation.console.use_plain_progress();
 }
 
-CnetSession::CnetSession(const Invocation& invocation)
+CnetSession::CnetSession(Invocation& invocation)
     : connection(invocation)
     , cfg(&connection.stack.link())
 {
@@ -113,7 +113,7 @@ Failure CnetSession::failure(const QString& what) const
     return no_answer(connection.stack, what, NO_CNET_ANSWER_ADVICE);
 }
 
-DorvSession::DorvSession(const Invocation& invocation)
+DorvSession::DorvSession(Invocation& invocation)
     : connection(invocation)
     , cfg(&connection.stack.link())
 {

@@ -23,7 +23,7 @@ QVector<StackDescription> stack_descriptions(const Invocation& invocation);
 // wrong.
 struct Connection
 {
-    explicit Connection(const Invocation& invocation);
+    explicit Connection(Invocation& invocation);
 
     StackDescription description;
     ExchangeLog log;
@@ -35,7 +35,7 @@ struct Connection
 // A way to a cnet device, not open yet.
 struct CnetSession
 {
-    explicit CnetSession(const Invocation& invocation);
+    explicit CnetSession(Invocation& invocation);
 
     // Why the last operation failed, or the search ended.
     Failure failure(const QString& what) const;
@@ -48,7 +48,7 @@ struct CnetSession
 struct DorvSession
 {
     // Opens the link. Throws Failure.
-    explicit DorvSession(const Invocation& invocation);
+    explicit DorvSession(Invocation& invocation);
 
     // Why the last operation failed.
     Failure failure(const QString& what) const;

@@ -176,4 +176,18 @@ TEST_F(CaptureCommands, FindTheFirstExchangeThatDiffers)
     }
 }
 
+TEST(Recording, ThatLacksBytesIsReportedAfterTheWorkIsDone)
+{
+    const Sandbox sandbox;
+    const Simulated echo("echo");
+    const QString bytes = QString("55").repeated(900);
+    const QString command = "frame exchange --record r --hex " + bytes + " --link serial:echo";
+    EXPECT_EQ(CtlRun(command).exit, 0);
+    const FullAt full(QFileInfo("r").size() + 500);
+    const CtlRun run(command);
+    EXPECT_EQ(run.exit, 6);
+    EXPECT_TRUE(run.out.startsWith("55 55")) << run.out.toStdString();
+    EXPECT_TRUE(run.err.contains("r lacks ")) << run.err.toStdString();
+}
+
 } // namespace

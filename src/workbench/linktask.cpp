@@ -3,25 +3,26 @@
 LinkTask::~LinkTask()
 {
     abort();
-    left->acquire(started);
-    home.catch_up();
+    if (left.valid())
+        left.wait();
 }
 
 void LinkTask::start(LinkWorker& link, const LinkWorker::Job& work, const Step& ended)
 {
     under_way = true;
     abort_asked = false;
-    ++started;
+    const auto leaving = std::make_shared<std::promise<void>>();
+    left = leaving->get_future();
     const auto job = [this, work](Stack* stack) {
         work(stack);
         abort_step_set({});
     };
-    link.run(job, [this, ended, left = left] {
+    link.run(job, [this, ended, leaving] {
         home.post([this, ended] {
             under_way = false;
             ended();
         });
-        left->release();
+        leaving->set_value();
     });
 }
 

@@ -3,7 +3,7 @@
 
 #include "workbench/linkworker.h"
 
-#include <QSemaphore>
+#include <future>
 #include <mutex>
 
 // Belongs to the window's thread. One piece of work at a time.
@@ -38,7 +38,5 @@ private:
     std::atomic<bool> abort_asked{false};
     std::mutex mutex; // guards the step
     Step abort_step;
-    // One for each piece of work that has left the link's thread.
-    const std::shared_ptr<QSemaphore> left = std::make_shared<QSemaphore>();
-    int started = 0;
+    std::future<void> left; // done when the last work has left the link's thread
 };

@@ -4,12 +4,11 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
-#include <atomic>
+#include <deque>
 #include <functional>
 #include <future>
+#include <mutex>
 
-// A queued call of Qt does the same, but race detectors don't see the locks inside Qt. Here an
-// atomic count orders what was done before post() and what the job does.
 class Mailbox : public QObject
 {
 public:
@@ -19,9 +18,11 @@ public:
     // before. What hasn't run at the end of the mailbox never does.
     void post(Job job)
     {
-        auto* const letter = new Letter(std::move(job));
-        ++posted;
-        QCoreApplication::postEvent(this, letter);
+        {
+            const std::lock_guard<std::mutex> lock(mutex);
+            jobs.push_back(std::move(job));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User)); // one for each job
     }
     // Returns when `job` has run, on the thread of the mailbox; not to be called there.
     void post_and_wait(const Job& job)
@@ -33,27 +34,19 @@ public:
         });
         done.get_future().wait();
     }
-    // All that was done before any post() so far comes before what follows.
-    void catch_up() const { posted.load(); }
 
 protected:
-    void customEvent(QEvent* event) override
-    {
-        catch_up();
-        static_cast<Letter*>(event)->job();
-    }
+    void customEvent(QEvent* /*event*/) override { first()(); }
 
 private:
-    class Letter : public QEvent
+    Job first()
     {
-    public:
-        explicit Letter(Job job)
-            : QEvent(QEvent::User)
-            , job(std::move(job))
-        {
-        }
-        const Job job;
-    };
+        const std::lock_guard<std::mutex> lock(mutex);
+        Job job = std::move(jobs.front());
+        jobs.pop_front();
+        return job;
+    }
 
-    std::atomic<int> posted{0};
+    std::mutex mutex; // guards the jobs
+    std::deque<Job> jobs;
 };

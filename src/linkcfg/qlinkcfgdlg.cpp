@@ -64,6 +64,12 @@ int QLinkCfgDlg::link_type() const
     return link_type_box->currentIndex();
 }
 
+void QLinkCfgDlg::link_type_set(int type)
+{
+    link_type_box->setCurrentIndex(type);
+    page_stack->setCurrentIndex(type);
+}
+
 QStackedWidget* QLinkCfgDlg::page_stack_create(int link_type)
 {
     auto* stack = new QStackedWidget(this);

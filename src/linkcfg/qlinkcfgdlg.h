@@ -23,6 +23,7 @@ public:
 
     // The type on show: 0 serial, 1 TCP/IP, 2 CAN, 3 USB; -1 when the file named none of these.
     int link_type() const;
+    void link_type_set(int type);
     QSerialCfgWidget* serial_widget() const { return serial_page; }
     QTcpipCfgWidget* tcpip_widget() const { return tcpip_page; }
 

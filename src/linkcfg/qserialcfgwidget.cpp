@@ -206,6 +206,23 @@ void QSerialCfgWidget::custom_baud_set(int rate)
         baudComboBox->setEditText(text);
 }
 
+void QSerialCfgWidget::settings_show(const QString& port, const PortSettings& settings)
+{
+    if (portComboBox->findText(port) != -1)
+        portComboBox->setCurrentText(port);
+    int baud = baudComboBox->findData(int(settings.BaudRate));
+    if (baud == -1) {
+        custom_baud_set(int(settings.BaudRate));
+        baud = custom_baud_index();
+    }
+    baudComboBox->setCurrentIndex(baud);
+    dataBitsComboBox->setCurrentIndex(dataBitsComboBox->findData(settings.DataBits));
+    parityComboBox->setCurrentIndex(parityComboBox->findData(settings.Parity));
+    stopBitsComboBox->setCurrentIndex(stopBitsComboBox->findData(settings.StopBits));
+    flowComboBox->setCurrentIndex(flowComboBox->findData(settings.FlowControl));
+    timeoutSpinBox->setValue(int(settings.Timeout_Millisec));
+}
+
 void QSerialCfgWidget::baudComboBoxIndexChanged(int index)
 {
     if (!is_custom_baud_index(index)) {

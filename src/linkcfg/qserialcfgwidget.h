@@ -52,6 +52,9 @@ public:
     int custom_baud() const; // bits/s
     void custom_baud_set(int rate);
 
+    // Shows these as if somebody had chosen them, the port only if it is there.
+    void settings_show(const QString& port, const PortSettings& settings);
+
 private slots:
     void baudComboBoxIndexChanged(int index);
     void baudComboBoxTextChanged(QString s);

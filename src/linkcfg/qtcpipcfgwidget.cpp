@@ -106,6 +106,19 @@ void QTcpipCfgWidget::settings_get(tcpip_cfg* cfg) const
     std::copy(addr.cbegin(), addr.cend(), cfg->addr);
 }
 
+void QTcpipCfgWidget::settings_show(const tcpip_cfg& cfg)
+{
+    const QString address = QString::fromLatin1(cfg.addr);
+    const bool v6 = address.contains(':');
+    if (!address.isEmpty()) {
+        ui->comboBox_ip_version->setCurrentIndex(v6 ? TCPIP_V6 : TCPIP_V4);
+        (v6 ? ui->lineEdit_ipv6_addr : ui->lineEdit_ipv4_addr)->setText(address);
+    }
+    ui->comboBox_protocol->setCurrentIndex(cfg.protocol);
+    ui->spinBox_remote_port->setValue(cfg.remote_port);
+    ui->spinBox_timeot->setValue(cfg.timeout);
+}
+
 void QTcpipCfgWidget::on_comboBox_ip_version_currentIndexChanged(int index)
 {
     ui->lineEdit_ipv4_addr->setEnabled(index != TCPIP_V6);

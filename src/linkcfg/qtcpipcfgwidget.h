@@ -35,6 +35,9 @@ public:
 
     // The address is that of the IP version chosen, as Latin-1, cut to 63 bytes.
     void settings_get(tcpip_cfg* cfg) const;
+    // Shows protocol, address if there is one, remote port and time-out as if somebody had typed
+    // them. An address with a colon is one of IPv6.
+    void settings_show(const tcpip_cfg& cfg);
 
 private slots:
     void on_comboBox_ip_version_currentIndexChanged(int index);

@@ -27,7 +27,8 @@ ConnectionBar::ConnectionBar(LogFeed& feed, const QString& ini_path, QWidget* pa
     : QWidget(parent)
     , feed(feed)
     , ini_path(ini_path)
-    , worker(feed, &recorder)
+    , recorded(recorder)
+    , worker(feed, &recorded)
     , notice(new Notice)
     , record_notice(new Notice)
 {
@@ -173,7 +174,7 @@ void ConnectionBar::toggle()
     if (const auto stack = description()) {
         if (!recorder.recording())
             record_notice->clear();
-        recorder.link_set(*stack);
+        recorded.description_set(*stack);
         worker.open(*stack);
     }
 }
@@ -188,10 +189,8 @@ void ConnectionBar::record_toggle()
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // it goes on after its end
     if (dialog.exec() != QDialog::Accepted)
         return;
-    if (const auto stack = description())
-        recorder.link_set(*stack);
     record_notice->clear();
-    recorder.start(dialog.selectedFiles().value(0));
+    recorder.start(dialog.selectedFiles().value(0), options_text());
 }
 
 void ConnectionBar::record_show()
@@ -210,6 +209,8 @@ void ConnectionBar::record_show()
 std::optional<LinkChoice> ConnectionBar::link_ask()
 {
     QLinkCfgDlg dialog(window(), ini_path);
+    if (const auto stack = description())
+        show_link(dialog, *stack);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     const LinkChoice choice = chosen_link(dialog);
@@ -237,11 +238,15 @@ void ConnectionBar::frame_edit()
         frame_text_edit->setText(framers_text(dialog.framers()));
 }
 
-// As the options of tarnwickctl.
+QString ConnectionBar::options_text() const
+{
+    return "--link " + shell_word(link_text_edit->text().trimmed()) + " --frame " +
+           shell_word(frame_text_edit->text().trimmed());
+}
+
 void ConnectionBar::copy() const
 {
-    QApplication::clipboard()->setText("--link " + shell_word(link_text_edit->text().trimmed()) +
-                                       " --frame " + shell_word(frame_text_edit->text().trimmed()));
+    QApplication::clipboard()->setText(options_text());
 }
 
 void ConnectionBar::state_show()

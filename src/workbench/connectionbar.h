@@ -25,6 +25,7 @@ public:
     ConnectionBar(LogFeed& feed, const QString& ini_path, QWidget* parent);
 
     LinkWorker& link() { return worker; }
+    LinkRecorder& link_recorder() { return recorder; }
     // What the texts mean; nothing, and a sentence in the bar, when they have a mistake.
     std::optional<StackDescription> description();
     // Asks by the link dialog; nothing when it is cancelled, or after a sentence in the bar.
@@ -49,6 +50,7 @@ private:
     void toggle();
     void link_choose();
     void frame_edit();
+    QString options_text() const; // of tarnwickctl
     void copy() const;
     void record_toggle();
     void record_show();
@@ -58,7 +60,8 @@ private:
 
     LogFeed& feed;
     const QString ini_path;
-    LinkRecorder recorder; // outlives the link
+    LinkRecorder recorder;
+    RecordedLink recorded; // outlives the link
     LinkWorker worker;
     QLabel* link_label;
     QLineEdit* link_text_edit;

@@ -23,7 +23,7 @@
 FirmwarePage::FirmwarePage(ConnectionBar& connection, LogFeed& feed, QWidget* parent)
     : QWidget(parent)
     , connection(connection)
-    , list(connection.link(), feed, nullptr)
+    , list(connection.link(), feed, connection.link_recorder(), nullptr)
     , notice(new Notice)
 {
     setObjectName("firmware");

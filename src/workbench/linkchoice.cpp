@@ -60,3 +60,16 @@ LinkChoice chosen_link(const QLinkCfgDlg& dialog)
     choice.problem = LinkChoice::tr("Only serial and TCP/IP links can be used: choose one.");
     return choice;
 }
+
+void show_link(QLinkCfgDlg& dialog, const StackDescription& stack)
+{
+    const LinkDescription& link = stack.link;
+    if (link.kind != LinkKind::Serial) {
+        dialog.link_type_set(TCPIP);
+        return dialog.tcpip_widget()->settings_show(network_settings(link, stack.timeout_ms));
+    }
+    PortSettings settings = link.settings;
+    settings.Timeout_Millisec = stack.timeout_ms;
+    dialog.link_type_set(SERIAL);
+    dialog.serial_widget()->settings_show(link.port, settings);
+}

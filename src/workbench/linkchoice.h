@@ -1,7 +1,7 @@
 // The link that somebody chose in the link dialog.
 #pragma once
 
-#include "stack/stacktext.h"
+#include "stack/stack.h"
 
 #include <QCoreApplication>
 
@@ -19,3 +19,5 @@ public:
 
 LinkChoice network_choice(const tcpip_cfg& settings);
 LinkChoice chosen_link(const QLinkCfgDlg& dialog);
+// The other way: the dialog begins with this link.
+void show_link(QLinkCfgDlg& dialog, const StackDescription& stack);

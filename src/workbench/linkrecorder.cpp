@@ -19,22 +19,7 @@ LinkRecorder::~LinkRecorder()
     thread.wait();
 }
 
-void LinkRecorder::link_set(const StackDescription& description)
-{
-    const LinkDescription& link = description.link;
-    PcapngInterface next;
-    next.name = link.kind == LinkKind::Serial ? link.port : link_name(link);
-    next.description = link_text(link);
-    if (link.kind == LinkKind::Serial)
-        next.speed = std::uint64_t(link.settings.BaudRate);
-    const std::lock_guard<std::mutex> lock(mutex);
-    stack_text = "--link " + next.description + " --frame " + framers_text(description.framers);
-    if (writer && next.description != port_description.description)
-        port = writer->add_port(next);
-    port_description = next;
-}
-
-void LinkRecorder::start(const QString& path)
+void LinkRecorder::start(const QString& path, const QString& remark)
 {
     thread.start();
     // The system may refuse another thread.
@@ -42,7 +27,7 @@ void LinkRecorder::start(const QString& path)
         return emit said(false, tr("The system starts no thread for the recording: end other "
                                    "programs."));
     file = path;
-    desk->post([this, path] { open_here(path); });
+    desk->post([this, path, remark] { open_here(path, remark); });
     emit changed();
 }
 
@@ -52,21 +37,18 @@ void LinkRecorder::stop()
 }
 
 // On the recorder's thread, as is close_here().
-void LinkRecorder::open_here(const QString& path)
+void LinkRecorder::open_here(const QString& path, const QString& remark)
 {
     auto begun = std::make_unique<CaptureWriter>(
         [this](const CaptureReport& news) { home.post([this, news] { report(news); }); });
     PcapngSection section;
     section.application = QString(PcapngSection::OWN_APPLICATION) + " tarnwick-workbench";
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        section.comments = QStringList(stack_text);
-    }
+    section.comments = QStringList(remark);
     const CaptureResult result = begun->open(path, section, CaptureExisting::Append);
     if (result) {
         const std::lock_guard<std::mutex> lock(mutex);
-        port = begun->add_port(port_description);
         writer = std::move(begun);
+        ++recordings;
     }
     home.post([this, result] { opened(result); });
 }
@@ -123,28 +105,42 @@ void LinkRecorder::report(const CaptureReport& report)
     }
 }
 
-void LinkRecorder::record(CaptureRecord record)
+void LinkRecorder::record(CaptureRecord record, RecordedLink& link)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     if (!writer)
         return;
-    record.port = port;
+    if (std::exchange(link.recording, recordings) != recordings)
+        link.number = writer->add_port(link.port);
+    record.port = link.number;
     writer->record(std::move(record));
 }
 
-void LinkRecorder::sent(const QByteArray& bytes, int result)
+void RecordedLink::description_set(const StackDescription& description)
 {
-    if (result > 0)
-        record(CaptureRecord::sent(capture_time_ns(), bytes.left(result)));
+    const LinkDescription& link = description.link;
+    const std::lock_guard<std::mutex> lock(recorder.mutex);
+    if (port.description == link_text(link))
+        return;
+    port.name = link.kind == LinkKind::Serial ? link.port : link_name(link);
+    port.description = link_text(link);
+    port.speed = link.kind == LinkKind::Serial ? std::uint64_t(link.settings.BaudRate) : 0;
+    recording = 0;
 }
 
-void LinkRecorder::received(const QByteArray& bytes, int result)
+void RecordedLink::sent(const QByteArray& bytes, int result)
 {
     if (result > 0)
-        record(CaptureRecord::received(capture_time_ns(), bytes));
+        recorder.record(CaptureRecord::sent(capture_time_ns(), bytes.left(result)), *this);
 }
 
-void LinkRecorder::note(const QString& text)
+void RecordedLink::received(const QByteArray& bytes, int result)
 {
-    record(CaptureRecord::remark(capture_time_ns(), text));
+    if (result > 0)
+        recorder.record(CaptureRecord::received(capture_time_ns(), bytes), *this);
+}
+
+void RecordedLink::note(const QString& text)
+{
+    recorder.record(CaptureRecord::remark(capture_time_ns(), text), *this);
 }

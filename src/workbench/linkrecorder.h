@@ -1,4 +1,4 @@
-// What passes a link, recorded into a capture.
+// What passes links, recorded into one capture.
 #pragma once
 
 #include "capture/capturewriter.h"
@@ -11,9 +11,11 @@
 #include <memory>
 #include <mutex>
 
+class RecordedLink;
+
 // Belongs to the window's thread, like its signals; the file is opened and closed on a thread of
-// its own, as both may wait for the disk. Exchanges come from any thread.
-class LinkRecorder : public QObject, public ExchangeSink
+// its own, as both may wait for the disk.
+class LinkRecorder : public QObject
 {
     Q_OBJECT
 
@@ -25,15 +27,10 @@ public:
     // From start() until the file is closed.
     bool recording() const { return !file.isEmpty(); }
     const QString& path() const { return file; }
-    // The link and its framers from now on.
-    void link_set(const StackDescription& description);
-    // Only while not recording. A capture that is there goes on after its end.
-    void start(const QString& path);
+    // Only while not recording. A capture that is there goes on after its end. `remark` says what
+    // is recorded.
+    void start(const QString& path, const QString& remark);
     void stop();
-
-    void sent(const QByteArray& bytes, int result) override;
-    void received(const QByteArray& bytes, int result) override;
-    void note(const QString& text) override;
 
 signals:
     void changed();
@@ -41,20 +38,44 @@ signals:
     void said(bool good, QString sentence);
 
 private:
-    void open_here(const QString& path);
+    friend RecordedLink;
+
+    void open_here(const QString& path, const QString& remark);
     void close_here();
     void opened(const CaptureResult& result);
     void closed(const CaptureResult& result);
     void report(const CaptureReport& report);
-    void record(CaptureRecord record);
+    void record(CaptureRecord record, RecordedLink& link);
 
     Mailbox home; // for what comes back from other threads
     QThread thread;
     Mailbox* desk; // lives on the thread
     QString file;
-    std::mutex mutex; // guards all below
+    std::mutex mutex; // guards what follows, and the links
     std::unique_ptr<CaptureWriter> writer;
-    PcapngInterface port_description;
-    QString stack_text; // the options of tarnwickctl
-    std::uint32_t port = 0;
+    int recordings = 0; // so far
+};
+
+// A link whose exchanges go into the recording, if there is one. They come from any thread.
+class RecordedLink : public ExchangeSink
+{
+public:
+    // The recorder outlives it.
+    explicit RecordedLink(LinkRecorder& recorder)
+        : recorder(recorder)
+    {
+    }
+    void description_set(const StackDescription& description);
+
+    void sent(const QByteArray& bytes, int result) override;
+    void received(const QByteArray& bytes, int result) override;
+    void note(const QString& text) override;
+
+private:
+    friend LinkRecorder;
+
+    LinkRecorder& recorder;
+    PcapngInterface port;
+    int recording = 0;        // the last one that has the port
+    std::uint32_t number = 0; // of the port in that one
 };

@@ -10,16 +10,17 @@ QString quoted(QString field)
 }
 } // namespace
 
-ModuleList::ModuleList(LinkWorker& shared, LogFeed& feed, QObject* parent)
+ModuleList::ModuleList(LinkWorker& shared, LogFeed& feed, LinkRecorder& recorder, QObject* parent)
     : QAbstractTableModel(parent)
     , feed(feed)
+    , recorder(recorder)
 {
     append(std::make_unique<UpgradeModule>(shared, nullptr));
 }
 
 void ModuleList::add(const StackDescription& description)
 {
-    append(std::make_unique<UpgradeModule>(description, feed, nullptr));
+    append(std::make_unique<UpgradeModule>(description, feed, recorder, nullptr));
 }
 
 void ModuleList::append(std::unique_ptr<UpgradeModule> module)

@@ -15,7 +15,7 @@ public:
     enum Column { LINK, DEVICE, STAGE, PROGRESS, RESULT, COLUMNS };
 
     // The first row is the module on the shared link, which is never removed.
-    ModuleList(LinkWorker& shared, LogFeed& feed, QObject* parent);
+    ModuleList(LinkWorker& shared, LogFeed& feed, LinkRecorder& recorder, QObject* parent);
 
     UpgradeModule& module(int row) const { return *modules[std::size_t(row)]; }
     int count() const { return int(modules.size()); }
@@ -48,5 +48,6 @@ private:
     QString hint(const UpgradeModule& module, int column) const;
 
     LogFeed& feed;
+    LinkRecorder& recorder;
     std::vector<std::unique_ptr<UpgradeModule>> modules;
 };

@@ -29,12 +29,15 @@ UpgradeModule::UpgradeModule(LinkWorker& shared, QObject* parent)
     connect_run();
 }
 
-UpgradeModule::UpgradeModule(const StackDescription& description, LogFeed& feed, QObject* parent)
+UpgradeModule::UpgradeModule(const StackDescription& description, LogFeed& feed,
+                             LinkRecorder& recorder, QObject* parent)
     : QObject(parent)
     , stack(description)
-    , own_link(std::make_unique<LinkWorker>(feed))
+    , recorded(std::make_unique<RecordedLink>(recorder))
+    , own_link(std::make_unique<LinkWorker>(feed, recorded.get()))
     , link(*own_link)
 {
+    recorded->description_set(description);
     connect_run();
     connect(&link, &LinkWorker::state_changed, this, &UpgradeModule::link_changed);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "workbench/firmwarefile.h"
+#include "workbench/linkrecorder.h"
 #include "workbench/pagemap.h"
 #include "workbench/transfer.h"
 #include "workbench/upgraderun.h"
@@ -19,7 +20,8 @@ public:
     // On a link that is opened and closed by others; it outlives the module.
     UpgradeModule(LinkWorker& shared, QObject* parent);
     // On a link of its own, open only during a run.
-    UpgradeModule(const StackDescription& description, LogFeed& feed, QObject* parent);
+    UpgradeModule(const StackDescription& description, LogFeed& feed, LinkRecorder& recorder,
+                  QObject* parent);
 
     // Of its own link; of a shared one, what was set.
     const StackDescription& description() const { return stack; }
@@ -61,6 +63,7 @@ private:
     void stage_set(Stage stage);
 
     StackDescription stack;
+    std::unique_ptr<RecordedLink> recorded; // outlives the link
     std::unique_ptr<LinkWorker> own_link;
     LinkWorker& link;
     UpgradeRun run; // goes before its link

@@ -5,8 +5,11 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QSpinBox>
 #include <QTableView>
 #include <QToolButton>
+#include <captures.h>
+#include <map>
 #include <set>
 
 TEST_F(Workbench, UpgradesAModuleOverALineWithFaults)
@@ -102,6 +105,8 @@ TEST_F(Workbench, UpgradesSeveralModulesAtOnceAndSavesTheirResults)
         click("module_add");
     }
     ASSERT_EQ(window->firmware().modules().count(), 3);
+    const QString session = chosen = sandbox.path("session.pcapng");
+    click("record");
     ASSERT_TRUE(connect_module());
     click("start");
     EXPECT_EQ(window->firmware().modules().running(), 3);
@@ -110,6 +115,16 @@ TEST_F(Workbench, UpgradesSeveralModulesAtOnceAndSavesTheirResults)
     EXPECT_EQ(file_content(sandbox.path("rom2")), mixed_bytes(60000));
     find<QTableView>("modules")->selectRow(1);
     EXPECT_TRUE(notice().startsWith("M1_2.bin: the module holds")) << qPrintable(notice());
+    click("record");
+    ASSERT_TRUE(wait_until([&] { return notice("record_notice").contains("is in"); }));
+    std::map<std::uint32_t, QByteArray> sent; // to each port
+    for (const CaptureRecord& record : read_records(file_content(session)))
+        if (record.event == CaptureEvent::DataSent)
+            sent[record.port] += record.bytes;
+    EXPECT_EQ(sent.size(), 3U);
+    EXPECT_EQ(std::count_if(sent.begin(), sent.end(),
+                            [](const auto& port) { return port.second.size() > 60000; }),
+              2);
     chosen = sandbox.path("results.csv");
     click("results_save");
     const QList<QByteArray> lines = file_content(chosen).split('\n');
@@ -150,6 +165,21 @@ TEST_F(Workbench, SaysBadInputInOneSentenceInTheWindow)
             << row.sentence << ": " << qPrintable(notice(row.notice));
     }
     EXPECT_EQ(questions, 0);
+}
+
+TEST_F(Workbench, BeginsTheLinkDialogWithTheLinkThatIsThere)
+{
+    module_start();
+    chosen = module->address;
+    for (const QString& link :
+         {"serial:" + chosen + ",12345,7E2,rtscts", QString("udp:10.0.0.7:99"),
+          QString("tcp:[fe80::1]:4001"), "serial:" + chosen + ",9600,8N1"}) {
+        type("link_text", link);
+        find<QSpinBox>("timeout")->setValue(777);
+        click("link_choose");
+        EXPECT_EQ(text<QLineEdit>("link_text"), link);
+        EXPECT_EQ(find<QSpinBox>("timeout")->value(), 777);
+    }
 }
 
 TEST_F(Workbench, NamesWhoHoldsAPortAndLeavesItAlone)

@@ -10,6 +10,7 @@ namespace {
 
 // Who makes a lock fills it within microseconds.
 constexpr int EMPTY_LOCK_STALE_MS = 100;
+constexpr char BOM_END = '\xBF'; // of UTF-8
 
 // Qt recognises the lock of a dead program by the process that it names. A kill between making
 // and filling it leaves an empty one, for which a store would hold up the window for half a minute.
@@ -36,7 +37,7 @@ bool may_have_nested_sections(const QString& path)
     const auto separates = [](char c) { return c == '/' || c == '\\' || c == '%'; };
     auto at = std::find(text.begin(), text.end(), '[');
     while (at != text.end()) {
-        const bool begins_a_line = std::isspace(uchar(at[-1])) != 0;
+        const bool begins_a_line = std::isspace(uchar(at[-1])) != 0 || at[-1] == BOM_END;
         const auto end = begins_a_line ? std::find(at, text.end(), '\n') : at + 1;
         if (begins_a_line && std::any_of(at, end, separates))
             return true;

@@ -140,7 +140,8 @@ LinkProblem Stack::trouble() const
 {
     if (port_gone())
         return {LinkTrouble::PortGone, target()};
-    if (connection_lost())
+    // A connection that ended after an answer doesn't explain the answer.
+    if (traced->failed() || (traced->silent() && connection_lost()))
         return {LinkTrouble::ConnectionLost, target()};
     return {traced->silent() ? LinkTrouble::NoAnswer : LinkTrouble::BadAnswer, target()};
 }

@@ -109,11 +109,11 @@ SearchReport SearchRun::dorv_search(Stack& stack, int duration_ms)
     QElapsedTimer clock;
     clock.start();
     cfg.search_start();
-    // The look that begins after the end is the last one: it reads the rest of a report that came
-    // just before.
-    for (bool last = false; !last && !task.aborted() && !stack.lost();) {
+    // The look that begins after the end, or after a loss, is the last one: it reads the rest of a
+    // report that came just before.
+    for (bool last = false; !last && !task.aborted();) {
         const int done = int(std::min<std::int64_t>(clock.elapsed(), duration_ms));
-        last = done == duration_ms;
+        last = done == duration_ms || stack.lost();
         cfg.search_timer_timeout(); // waits for as long as the link's time-out
         task.report([this, done] { emit advanced(done); });
     }

@@ -5,6 +5,7 @@
 #include "serialport/qextserialenumerator.h"
 
 #include <QComboBox>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -208,8 +209,9 @@ void QSerialCfgWidget::custom_baud_set(int rate)
 
 void QSerialCfgWidget::settings_show(const QString& port, const PortSettings& settings)
 {
-    if (portComboBox->findText(port) != -1)
-        portComboBox->setCurrentText(port);
+    const int named = portComboBox->findText(port);
+    const int linked = portComboBox->findText(QFileInfo(port).canonicalFilePath());
+    portComboBox->setCurrentIndex(named != -1 ? named : linked);
     int baud = baudComboBox->findData(int(settings.BaudRate));
     if (baud == -1) {
         custom_baud_set(int(settings.BaudRate));

@@ -52,7 +52,8 @@ public:
     int custom_baud() const; // bits/s
     void custom_baud_set(int rate);
 
-    // Shows these as if somebody had chosen them, the port only if it is there.
+    // Shows these as if somebody had chosen them. No port, if there is none with this name and none
+    // that it is a link to.
     void settings_show(const QString& port, const PortSettings& settings);
 
 private slots:

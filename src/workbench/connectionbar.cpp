@@ -203,14 +203,17 @@ void ConnectionBar::record_show()
     const QString key = record_button->shortcut().toString(QKeySequence::NativeText);
     record_button->setToolTip(
         on ? tr("Recording into %1. Ends by %2.").arg(recorder.path(), key)
-           : tr("Records all that passes the link into a capture (%1).").arg(key));
+           : tr("Records all that passes the links into a capture (%1).").arg(key));
 }
 
 std::optional<LinkChoice> ConnectionBar::link_ask()
 {
     QLinkCfgDlg dialog(window(), ini_path);
-    if (const auto stack = description())
-        show_link(dialog, *stack);
+    return link_ask(dialog);
+}
+
+std::optional<LinkChoice> ConnectionBar::link_ask(QLinkCfgDlg& dialog)
+{
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     const LinkChoice choice = chosen_link(dialog);
@@ -223,10 +226,22 @@ std::optional<LinkChoice> ConnectionBar::link_ask()
 
 void ConnectionBar::link_choose()
 {
-    if (const auto choice = link_ask()) {
-        timeout_box->setValue(choice->timeout_ms);
-        link_text_edit->setText(link_text(choice->link));
+    QLinkCfgDlg dialog(window(), ini_path);
+    bool legible = true;
+    try {
+        show_link(dialog, parse_link(link_text_edit->text().trimmed()), timeout_box->value());
+    } catch (const TextError&) {
+        legible = false;
     }
+    const LinkChoice shown = chosen_link(dialog);
+    const auto choice = link_ask(dialog);
+    if (!choice)
+        return;
+    // What nobody has changed stays as it is: the text may say more than the dialog can show.
+    if (!legible || choice->timeout_ms != shown.timeout_ms)
+        timeout_box->setValue(choice->timeout_ms);
+    if (!legible || link_text(choice->link) != link_text(shown.link))
+        link_text_edit->setText(link_text(choice->link));
 }
 
 void ConnectionBar::frame_edit()

@@ -12,6 +12,7 @@ class Notice;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
+class QLinkCfgDlg;
 class QPushButton;
 class QSettings;
 class QSpinBox;
@@ -48,6 +49,7 @@ private:
     QWidget* texts_create();
     QWidget* state_create();
     void toggle();
+    std::optional<LinkChoice> link_ask(QLinkCfgDlg& dialog);
     void link_choose();
     void frame_edit();
     QString options_text() const; // of tarnwickctl

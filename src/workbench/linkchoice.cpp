@@ -3,6 +3,7 @@
 #include "linkcfg/qlinkcfgdlg.h"
 #include "linkcfg/qserialcfgwidget.h"
 #include "linkcfg/qtcpipcfgwidget.h"
+#include "stack/portproblem.h"
 
 namespace {
 constexpr int SERIAL = 0; // of QLinkCfgDlg::link_type
@@ -16,8 +17,19 @@ LinkChoice serial_choice(const QSerialCfgWidget& page)
     page.port_settings_get(&choice.link.settings);
     choice.timeout_ms = page.timeout();
     if (choice.link.port.isEmpty())
-        choice.problem = LinkChoice::tr("There is no serial port: plug an adapter in.");
+        choice.problem = page.port_exists()
+                             ? LinkChoice::tr("No serial port is chosen: choose one.")
+                             : LinkChoice::tr("There is no serial port: plug an adapter in.");
     return choice;
+}
+
+QString full_name_of(const QString& port)
+{
+    try {
+        return full_port_name(port);
+    } catch (const LinkProblem&) {
+        return port; // it names several
+    }
 }
 } // namespace
 
@@ -61,15 +73,14 @@ LinkChoice chosen_link(const QLinkCfgDlg& dialog)
     return choice;
 }
 
-void show_link(QLinkCfgDlg& dialog, const StackDescription& stack)
+void show_link(QLinkCfgDlg& dialog, const LinkDescription& link, int timeout_ms)
 {
-    const LinkDescription& link = stack.link;
     if (link.kind != LinkKind::Serial) {
         dialog.link_type_set(TCPIP);
-        return dialog.tcpip_widget()->settings_show(network_settings(link, stack.timeout_ms));
+        return dialog.tcpip_widget()->settings_show(network_settings(link, timeout_ms));
     }
     PortSettings settings = link.settings;
-    settings.Timeout_Millisec = stack.timeout_ms;
+    settings.Timeout_Millisec = timeout_ms;
     dialog.link_type_set(SERIAL);
-    dialog.serial_widget()->settings_show(link.port, settings);
+    dialog.serial_widget()->settings_show(full_name_of(link.port), settings);
 }

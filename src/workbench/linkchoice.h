@@ -19,5 +19,5 @@ public:
 
 LinkChoice network_choice(const tcpip_cfg& settings);
 LinkChoice chosen_link(const QLinkCfgDlg& dialog);
-// The other way: the dialog begins with this link.
-void show_link(QLinkCfgDlg& dialog, const StackDescription& stack);
+// The other way: the dialog begins with this link. It knows no raw links, and fewer time-outs.
+void show_link(QLinkCfgDlg& dialog, const LinkDescription& link, int timeout_ms);

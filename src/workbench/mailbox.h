@@ -36,10 +36,10 @@ public:
     }
 
 protected:
-    void customEvent(QEvent* /*event*/) override { first()(); }
+    void customEvent(QEvent* /*event*/) override { job_take()(); }
 
 private:
-    Job first()
+    Job job_take()
     {
         const std::lock_guard<std::mutex> lock(mutex);
         Job job = std::move(jobs.front());

@@ -167,19 +167,28 @@ TEST_F(Workbench, SaysBadInputInOneSentenceInTheWindow)
     EXPECT_EQ(questions, 0);
 }
 
-TEST_F(Workbench, BeginsTheLinkDialogWithTheLinkThatIsThere)
+TEST_F(Workbench, BeginsTheLinkDialogWithTheLinkThatIsThereAndKeepsWhatNobodyChanges)
 {
+    const Simulated first("echo --name a");
     module_start();
-    chosen = module->address;
-    for (const QString& link :
-         {"serial:" + chosen + ",12345,7E2,rtscts", QString("udp:10.0.0.7:99"),
-          QString("tcp:[fe80::1]:4001"), "serial:" + chosen + ",9600,8N1"}) {
-        type("link_text", link);
-        find<QSpinBox>("timeout")->setValue(777);
+    const QString full = "serial:" + module->address + ",12345,7E2,rtscts";
+    const std::pair<QString, QString> rows[] = {
+        {"serial:boot,12345,7E2,rtscts", full},       {"rawudp:10.0.0.7:99", "udp:10.0.0.7:99"},
+        {"tcp:[fe80::1]:4001", "tcp:[fe80::1]:4001"}, {full, full},
+        {"serial:/dev/none", "serial:,115200,8N1"},
+    };
+    find<QSpinBox>("timeout")->setValue(60000);
+    for (const auto& [typed, shown] : rows) {
+        type("link_text", typed);
         click("link_choose");
-        EXPECT_EQ(text<QLineEdit>("link_text"), link);
-        EXPECT_EQ(find<QSpinBox>("timeout")->value(), 777);
+        EXPECT_EQ(offered, shown);
+        EXPECT_EQ(text<QLineEdit>("link_text"), typed);
+        EXPECT_EQ(find<QSpinBox>("timeout")->value(), 60000);
     }
+    EXPECT_EQ(notice("connection_notice"), "No serial port is chosen: choose one.");
+    chosen = first.address;
+    click("link_choose");
+    EXPECT_EQ(text<QLineEdit>("link_text"), "serial:" + chosen + ",115200,8N1");
 }
 
 TEST_F(Workbench, NamesWhoHoldsAPortAndLeavesItAlone)

@@ -104,7 +104,9 @@ protected:
             QMetaObject::invokeMethod(files, "accept", Qt::QueuedConnection);
         } else if (auto* const link = qobject_cast<QLinkCfgDlg*>(dialog)) {
             auto* const ports = link->findChild<QComboBox*>("portComboBox");
-            ports->setCurrentIndex(ports->findText(chosen));
+            offered = link_text(chosen_link(*link).link);
+            if (!chosen.isEmpty())
+                ports->setCurrentIndex(ports->findText(chosen));
             link->accept();
         }
     }
@@ -114,6 +116,7 @@ protected:
     QTimer answers;
     int questions = 0;
     bool yes = true;
-    QString chosen; // the file or port that is asked for
+    QString chosen;  // the file or port that is asked for; empty for what the dialog shows
+    QString offered; // the link that the dialog showed
     std::unique_ptr<WorkbenchWindow> window;
 };

@@ -281,7 +281,7 @@
         <translation>正在录制到 %1。按 %2 结束。</translation>
     </message>
     <message>
-        <source>Records all that passes the link into a capture (%1).</source>
+        <source>Records all that passes the links into a capture (%1).</source>
         <translation>把经过链路的所有数据录制到抓包文件（%1）。</translation>
     </message>
     <message>
@@ -787,6 +787,10 @@
 </context>
 <context>
     <name>LinkChoice</name>
+    <message>
+        <source>No serial port is chosen: choose one.</source>
+        <translation>尚未选择串口：请选择一个。</translation>
+    </message>
     <message>
         <source>There is no serial port: plug an adapter in.</source>
         <translation>没有串口：请插入适配器。</translation>

@@ -107,6 +107,7 @@ TEST_F(Workbench, UpgradesSeveralModulesAtOnceAndSavesTheirResults)
     ASSERT_EQ(window->firmware().modules().count(), 3);
     const QString session = chosen = sandbox.path("session.pcapng");
     click("record");
+    ASSERT_TRUE(wait_until([&] { return notice("record_notice").startsWith("Recording"); }));
     ASSERT_TRUE(connect_module());
     click("start");
     EXPECT_EQ(window->firmware().modules().running(), 3);
